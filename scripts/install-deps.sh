@@ -1,0 +1,17 @@
+#!/usr/bin/env bash
+# Installs the Debian packages of deps/debian-packages.txt that are not installed yet.
+# Quiet and quick when nothing is missing; uses sudo when not run as root.
+set -euo pipefail
+here="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+mapfile -t wanted < <(grep -v -E '^\s*(#|$)' "$here/deps/debian-packages.txt")
+missing=()
+for pkg in "${wanted[@]}"; do
+    status="$(dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null || true)"
+    [[ "$status" == "install ok installed" ]] || missing+=("$pkg")
+done
+[[ ${#missing[@]} -eq 0 ]] && exit 0
+echo "Installing: ${missing[*]}" >&2
+as_root=()
+[[ "$(id -u)" -eq 0 ]] || as_root=(sudo)
+"${as_root[@]}" apt-get update -q
+DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "app/Startup.h"
+
+#include <QList>
+#include <QString>
+
+namespace cq {
+
+// "What is wrong with my installation": every finding is really tried (the tools are run,
+// Qt is asked for the audio input and the speech engine), never guessed from file names.
+struct CheckFinding {
+    QString what; // "ffmpeg", "convert", "audio input", "speech voice", "mail hand-over"
+    bool usable = false;
+    QString detail; // the version, the device, or what to do about it
+};
+
+struct InstallationCheck {
+    QList<CheckFinding> findings;
+
+    static InstallationCheck run(const AppPaths& paths);
+    // The tools the studio cannot work without.
+    bool essentialsUsable() const;
+    // The path globals, the directory settings, then one line per finding.
+    static QString report(const WindowlessStartup& startup, const InstallationCheck& check);
+};
+
+} // namespace cq

@@ -1,0 +1,44 @@
+#include "app/Startup.h"
+
+#include "platform/Folders.h"
+#include "text/TextListFile.h"
+
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace cq {
+
+XdgFolders XdgFolders::fromDesktop() {
+    return {QStandardPaths::writableLocation(QStandardPaths::MoviesLocation),
+            QStandardPaths::writableLocation(QStandardPaths::MusicLocation),
+            QStandardPaths::writableLocation(QStandardPaths::PicturesLocation)};
+}
+
+WindowlessStartup WindowlessStartup::run(const QString& appFolder, const XdgFolders& xdg) {
+    WindowlessStartup s;
+    s.paths = AppPaths::forFolder(appFolder);
+    auto require = [&s](const QString& folder) {
+        if (!MakeFolderPath(folder))
+            s.problems << QStringLiteral("The folder \"%1\" could not be created.").arg(folder);
+    };
+    require(s.paths.tempDirectory);
+    require(s.paths.gstrTempFilesDirectory);
+    require(s.paths.gstrSmallPicsDirectory);
+    require(s.paths.gstrSystemTempDirectory);
+
+    s.settings.loadAtStartup(s.paths.gstrHarrowfinSetupFileSpec, s.paths.gstrClipquillSetupFileSpec,
+                             xdg.videos, xdg.music, xdg.pictures);
+    require(s.settings.gstrMyVideoProjectsDirectory);
+
+    if (QFileInfo::exists(s.paths.textListFileSpec)) {
+        s.textList = LoadTextList(s.paths.textListFileSpec);
+    } else {
+        s.textList = DefaultTextList();
+        if (!SaveTextList(s.textList, s.paths.textListFileSpec))
+            s.problems << QStringLiteral("The text list \"%1\" could not be written.")
+                              .arg(s.paths.textListFileSpec);
+    }
+    return s;
+}
+
+} // namespace cq

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "app/AppPaths.h"
+#include "app/DirectorySettings.h"
+
+#include <QStringList>
+
+namespace cq {
+
+struct XdgFolders {
+    QString videos, music, pictures;
+    static XdgFolders fromDesktop(); // QStandardPaths' Movies, Music and Pictures locations
+};
+
+// The part of start-up that needs no window: the work folders in their order, the directory
+// settings in their order, the projects folder, and the text list (written with the default
+// texts when missing). What went wrong is collected as sentences for the user; start-up goes on.
+struct WindowlessStartup {
+    AppPaths paths;
+    DirectorySettings settings;
+    QStringList textList;
+    QStringList problems;
+
+    static WindowlessStartup run(const QString& appFolder, const XdgFolders& xdg);
+};
+
+} // namespace cq

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+namespace cq {
+
+// Time codes are the fixed-position "hh:mm:ss.ms" texts of the tools' command lines (the event
+// log writes "hh.mm.ss.ms"); seconds texts are "65.125" (whole seconds, a point, the fraction
+// digits as they stand). Inside the program, time is integer milliseconds.
+
+// Seconds (shortest decimal form) to "hh:mm:ss.f": the fraction is the first one to three
+// digits of the decimal text, cut, never rounded; 7 gives "00:00:07." with a lone point.
+QString SecondsAndMSToHHMMSSMS(double seconds);
+// The same for a whole number of milliseconds (65500 gives "00:01:05.5").
+QString TimeCodeFromMs(qint64 milliseconds);
+
+// "00:01:05.5" gives "65.5"; "00.01.05.000" gives "65.000". Fields at fixed positions.
+QString HHMMSSMSToSecondsInSSMSFormat(const QString& code);
+
+// The decimal digits of the text, in order.
+QString NumericOnly(const QString& text);
+
+// Milliseconds as the event log's seconds text with three fraction digits: 65125 -> "65.125".
+QString SecondsTextFromMs(qint64 milliseconds);
+// A seconds text ("65.125", "7.", ".500", "12.3456789") to milliseconds, extra digits cut.
+// Returns -1 for a text that is not a number of seconds.
+qint64 SecondsTextToMs(QStringView text);
+
+} // namespace cq

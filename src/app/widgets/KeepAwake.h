@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+namespace cq {
+
+// Keeps the screen saver away while the studio records or plays: every 50 s it tells the
+// desktop the user is active (xdg-screensaver reset). Never complains when it cannot.
+class KeepAwake : public QObject {
+    Q_OBJECT
+public:
+    explicit KeepAwake(QObject* parent = nullptr);
+
+    QTimer& tmrMoveMouseToPreventScreenSaver() { return m_timer; }
+    int ticks() const { return m_ticks; }
+
+private:
+    void tmrMoveMouseToPreventScreenSaver_Timer();
+
+    QTimer m_timer;
+    int m_ticks = 0;
+};
+
+} // namespace cq

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "app/Startup.h"
+#include "app/StudioSettings.h"
+#include "platform/WaitTimer.h"
+#include "timeline/RecordingState.h"
+
+#include <QMainWindow>
+
+class QComboBox;
+class QLabel;
+class QPushButton;
+class QSplitter;
+class QStackedWidget;
+class QHBoxLayout;
+class QVBoxLayout;
+
+namespace cq {
+
+class KeepAwake;
+
+// The studio's main window. It owns the program's state (paths, directory settings, studio
+// settings, recording state) and hands it to the subsystems it assembles.
+class frmClipquill : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit frmClipquill(WindowlessStartup startup, QWidget* parent = nullptr);
+    ~frmClipquill() override;
+
+    const AppPaths& paths() const { return m_paths; }
+    DirectorySettings& directorySettings() { return m_settings; }
+    StudioSettings& studioSettings() { return m_studio; }
+    RecordingState& recordingState() { return m_recording; }
+    const QStringList& textList() const { return m_textList; }
+    WaitTimer& waitTimer() { return *m_wait; }
+    KeepAwake& keepAwake() { return *m_keepAwake; }
+
+    static QString windowTitleText();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void buildLayout();
+    void cboVideoRes_Change(const QString& text);
+    void cmdSaveDirectories_Click();
+    void Form_Unload();
+    void showStartupProblems();
+
+    AppPaths m_paths;
+    DirectorySettings m_settings;
+    StudioSettings m_studio;
+    RecordingState m_recording;
+    QStringList m_textList;
+    QStringList m_startupProblems;
+
+    WaitTimer* m_wait = nullptr;
+    KeepAwake* m_keepAwake = nullptr;
+
+    QHBoxLayout* m_topBar = nullptr;
+    QComboBox* m_cboVideoRes = nullptr;
+    QPushButton* m_cmdSaveDirectories = nullptr;
+    QSplitter* m_splitter = nullptr;
+    QWidget* m_mediaArea = nullptr;
+    QStackedWidget* m_displayPlace = nullptr;
+    QLabel* m_splash = nullptr;
+};
+
+} // namespace cq

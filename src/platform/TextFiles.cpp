@@ -1,0 +1,42 @@
+#include "platform/TextFiles.h"
+
+#include <QFile>
+#include <QSaveFile>
+
+namespace cq {
+
+bool WriteWholeFile(const QByteArray& bytes, const QString& fileSpec) {
+    if (fileSpec.trimmed().isEmpty())
+        return false;
+    QSaveFile file(fileSpec);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    if (file.write(bytes) != bytes.size()) {
+        file.cancelWriting();
+        return false;
+    }
+    return file.commit();
+}
+
+bool SaveBytesToFile(const QByteArray& bytes, const QString& fileSpec) {
+    return WriteWholeFile(bytes + "\r\n", fileSpec);
+}
+
+bool SaveTextToFile(const QString& text, const QString& fileSpec) {
+    return SaveBytesToFile(text.toUtf8(), fileSpec);
+}
+
+QByteArray ReadFileToBytes(const QString& fileSpec) {
+    if (fileSpec.isEmpty())
+        return {};
+    QFile file(fileSpec);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return file.readAll();
+}
+
+QString ReadFileToString(const QString& fileSpec) {
+    return QString::fromUtf8(ReadFileToBytes(fileSpec));
+}
+
+} // namespace cq

@@ -1,0 +1,15 @@
+#include "render/ScriptFile.h"
+
+#include "platform/TextFiles.h"
+
+namespace cq {
+
+bool SaveScriptToFile(const QString& script, const QString& fileSpec) {
+    QString text = script;
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    if (!text.endsWith(u'\n'))
+        text += u'\n';
+    return WriteWholeFile(text.toUtf8(), fileSpec);
+}
+
+} // namespace cq

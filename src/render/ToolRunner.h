@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTimer>
+
+namespace cq {
+
+struct RunResult {
+    enum class Outcome { Finished, Failed, Cancelled };
+    Outcome outcome = Outcome::Failed;
+    int exitCode = -1;
+    QString errorText; // the tail of what the run wrote to stderr, or why it could not start
+
+    bool ok() const { return outcome == Outcome::Finished; }
+    bool cancelled() const { return outcome == Outcome::Cancelled; }
+};
+
+// Runs one external tool job at a time: a /bin/sh script (or one program) in a process group of
+// its own. Waiting never blocks the event loop; cancel stops the whole group (SIGTERM, then
+// SIGKILL after a grace period). Output arrives line by line for progress parsing.
+class ToolRunner : public QObject {
+    Q_OBJECT
+public:
+    explicit ToolRunner(QObject* parent = nullptr);
+    ~ToolRunner() override;
+
+    // Writes the script (LF line ends) and starts /bin/sh on it.
+    bool startScript(const QString& script, const QString& scriptFileSpec);
+    // Starts a program with arguments directly; no shell sees them.
+    bool startProgram(const QString& program, const QStringList& arguments);
+    // Returns when the job has ended; the window keeps handling events meanwhile.
+    RunResult waitForFinished();
+
+    RunResult runScript(const QString& script, const QString& scriptFileSpec);
+    RunResult runProgram(const QString& program, const QStringList& arguments);
+
+    void cancel();
+    bool isRunning() const;
+    RunResult lastResult() const { return m_result; }
+    QByteArray standardOutput() const { return m_stdout; }
+    void setKillGraceMilliseconds(int ms) { m_killGraceMs = ms; }
+
+signals:
+    void outputLine(const QString& line); // stdout, split at CR or LF
+    void errorLine(const QString& line);  // stderr, split at CR or LF
+    void finished(const cq::RunResult& result);
+
+private:
+    bool startProcess(const QString& program, const QStringList& arguments);
+    void onReadyRead(QProcess::ProcessChannel channel);
+    void onFinished(int exitCode, QProcess::ExitStatus status);
+    void onErrorOccurred(QProcess::ProcessError error);
+    void signalGroup(int signal);
+    void finish(RunResult result);
+
+    QProcess* m_process = nullptr;
+    QTimer m_killTimer;
+    QByteArray m_stdout;
+    QByteArray m_stderrTail;
+    QByteArray m_partial[2];
+    RunResult m_result;
+    qint64 m_pid = 0;
+    bool m_running = false;
+    bool m_cancelRequested = false;
+    int m_killGraceMs = 3000;
+};
+
+} // namespace cq
+
+Q_DECLARE_METATYPE(cq::RunResult)

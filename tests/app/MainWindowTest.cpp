@@ -1,0 +1,97 @@
+#include "app/widgets/KeepAwake.h"
+#include "app/widgets/frmClipquill.h"
+#include "support/TestAppFolder.h"
+
+#include <QAccessible>
+#include <QComboBox>
+#include <QFileInfo>
+#include <QPushButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+namespace {
+std::unique_ptr<frmClipquill> openWindow(const test::TestAppFolder& app) {
+    auto w = std::make_unique<frmClipquill>(
+        WindowlessStartup::run(app.path(), XdgFolders::fromDesktop()));
+    w->show();
+    return w;
+}
+} // namespace
+
+TEST(MainWindow, TitleCarriesTheVersionWithAThreeDigitRevision) {
+    test::TestAppFolder app;
+    auto w = openWindow(app);
+    EXPECT_TRUE(
+        w->windowTitle().contains(QRegularExpression("^Clipquill v\\.\\d+\\.\\d+\\.\\d{3}$")))
+        << w->windowTitle().toStdString();
+}
+
+TEST(MainWindow, VideoSizeListOffersSevenSizesAndFollowsTypedText) {
+    test::TestAppFolder app;
+    auto w = openWindow(app);
+    auto* combo = w->findChild<QComboBox*>("cboVideoRes");
+    ASSERT_NE(combo, nullptr);
+    QStringList items;
+    for (int i = 0; i < combo->count(); ++i)
+        items << combo->itemText(i);
+    EXPECT_EQ(items, QStringList({"160X120", "176X144", "320X240", "352X288", "480X320", "640X480",
+                                  "800X600"}));
+    EXPECT_EQ(combo->currentText(), "320X240");
+    EXPECT_EQ(w->studioSettings().gstrVideoRes, "320X240");
+    combo->setCurrentIndex(5);
+    EXPECT_EQ(w->studioSettings().gstrVideoRes, "640X480");
+    combo->setEditText("1024X768");
+    EXPECT_EQ(w->studioSettings().gstrVideoRes, "1024X768");
+}
+
+TEST(MainWindow, SaveDirectorySettingsWritesTheSettingsFile) {
+    test::TestAppFolder app;
+    auto w = openWindow(app);
+    w->directorySettings().gstrMyVideoDirectory = "/clips";
+    auto* save = w->findChild<QPushButton*>("cmdSaveDirectories");
+    ASSERT_NE(save, nullptr);
+    QTest::mouseClick(save, Qt::LeftButton);
+    DirectorySettings back;
+    back.LoadDirectoriesFromClipquillSetupFile(app.file("ClipquillSetup.txt"));
+    EXPECT_EQ(back.gstrMyVideoDirectory, "/clips");
+}
+
+TEST(MainWindow, ClosingEmptiesTheWorkFolderButKeepsIt) {
+    test::TestAppFolder app;
+    auto w = openWindow(app);
+    test::WriteFile(app.file("ClipquillTempFiles/RecordedAudio.wav"), "RIFF");
+    test::WriteFile(app.file("ClipquillTempFiles/FinalMix.avi"), "AVI");
+    w->close();
+    EXPECT_FALSE(QFileInfo::exists(app.file("ClipquillTempFiles/RecordedAudio.wav")));
+    EXPECT_FALSE(QFileInfo::exists(app.file("ClipquillTempFiles/FinalMix.avi")));
+    EXPECT_TRUE(QFileInfo(app.file("ClipquillTempFiles")).isDir());
+}
+
+TEST(MainWindow, KeepAwakeTimerTicksEveryFiftySeconds) {
+    test::TestAppFolder app;
+    auto w = openWindow(app);
+    EXPECT_TRUE(w->keepAwake().tmrMoveMouseToPreventScreenSaver().isActive());
+    EXPECT_EQ(w->keepAwake().tmrMoveMouseToPreventScreenSaver().interval(), 50000);
+}
+
+TEST(MainWindow, EveryButtonAndComboIsNamedInTheAccessibilityTree) {
+    test::TestAppFolder app;
+    auto w = openWindow(app);
+    const auto widgets = w->findChildren<QWidget*>();
+    for (QWidget* widget : widgets) {
+        if (!widget->isVisible() ||
+            !(qobject_cast<QAbstractButton*>(widget) || qobject_cast<QComboBox*>(widget)))
+            continue;
+        QAccessibleInterface* iface = QAccessible::queryAccessibleInterface(widget);
+        ASSERT_NE(iface, nullptr);
+        EXPECT_FALSE(iface->text(QAccessible::Name).isEmpty())
+            << widget->objectName().toStdString();
+        if (!widget->toolTip().isEmpty()) {
+            EXPECT_EQ(iface->text(QAccessible::Description), widget->toolTip())
+                << widget->objectName().toStdString();
+        }
+    }
+}

@@ -1,0 +1,123 @@
+#include "app/Startup.h"
+#include "app/AppFolder.h"
+#include "platform/TextFiles.h"
+#include "support/TestAppFolder.h"
+#include "text/TextListFile.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace cq;
+
+namespace {
+
+struct StudioRun {
+    int exitCode = -1;
+    QString out, err;
+};
+
+StudioRun runStudio(const QStringList& args, const QString& home, const QString& path = {}) {
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("HOME", home);
+    env.insert("XDG_CONFIG_HOME", home + "/.config");
+    env.insert("XDG_DATA_HOME", home + "/.local/share");
+    if (!path.isNull())
+        env.insert("PATH", path);
+    p.setProcessEnvironment(env);
+    p.start(CQ_STUDIO_EXECUTABLE, args);
+    EXPECT_TRUE(p.waitForFinished(60000));
+    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
+            QString::fromUtf8(p.readAllStandardError())};
+}
+
+} // namespace
+
+TEST(Startup, FirstRunCreatesTheWorkFoldersAndTheDefaultTextList) {
+    test::TestAppFolder app;
+    test::WriteFile(app.file("HarrowfinSetup.txt"), "");
+    const QString videos = app.home() + "/My Videos";
+    test::WriteFile(app.file("ClipquillSetup.txt"),
+                    ("gstrMyVideoDirectory=" + videos + "\r\n\r\n").toUtf8());
+    const WindowlessStartup s = WindowlessStartup::run(app.path(), XdgFolders::fromDesktop());
+    EXPECT_TRUE(s.problems.isEmpty()) << s.problems.join("; ").toStdString();
+    for (const char* folder : {"Temp", "ClipquillTempFiles", "SmallPics", "SystemTemp"})
+        EXPECT_TRUE(QFileInfo(app.file(folder)).isDir()) << folder;
+    EXPECT_TRUE(QFileInfo(videos + "/MyVideoProjects").isDir());
+    EXPECT_EQ(s.textList, DefaultTextList());
+    EXPECT_EQ(ReadFileToBytes(app.file("System/TTS.txt")), EncodeTextList(DefaultTextList()));
+}
+
+TEST(Startup, AnExistingTextListIsReadNotReplaced) {
+    test::TestAppFolder app;
+    ASSERT_TRUE(SaveTextList({"Hi", "Yo"}, app.file("System/TTS.txt")));
+    const WindowlessStartup s = WindowlessStartup::run(app.path(), XdgFolders::fromDesktop());
+    EXPECT_EQ(s.textList, QStringList({"Hi", "Yo"}));
+}
+
+TEST(AppFolder, AnEmptyFolderIsSeededWithToolLinksAndMedia) {
+    test::TestAppFolder app(false);
+    const QString target = app.path() + QString::fromUtf8("/new 'folder' $(x) ; ü");
+    const AppFolderChoice c = ChooseAppFolder(target, CQ_BUILD_APP_DIR, app.path() + "/fallback");
+    ASSERT_EQ(c.folder, target);
+    EXPECT_TRUE(c.problem.isEmpty());
+    EXPECT_TRUE(QFileInfo(target + "/SystemMedia/Black.jpg").isFile());
+    EXPECT_TRUE(QFileInfo(target + "/SystemMedia/Sound Effects").isDir());
+    EXPECT_TRUE(QFileInfo(target + "/SystemMediaGen").isDir());
+    const QFileInfo ffmpeg(target + "/System/ffmpeg");
+    EXPECT_TRUE(ffmpeg.isSymLink());
+    EXPECT_TRUE(ffmpeg.isExecutable());
+}
+
+TEST(AppFolder, AnUnwritableInstallationFallsBackToTheDataFolder) {
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "root can write everywhere";
+    test::TestAppFolder app(false);
+    const QString install = app.path() + "/install";
+    QDir().mkpath(install + "/System");
+    ::chmod(install.toUtf8().constData(), 0555);
+    const AppFolderChoice c = ChooseAppFolder({}, install, app.path() + "/fallback");
+    ::chmod(install.toUtf8().constData(), 0755);
+    EXPECT_EQ(c.folder, app.path() + "/fallback");
+    EXPECT_TRUE(QFileInfo(app.path() + "/fallback/System").isDir());
+}
+
+TEST(CheckCommand, OnAnEmptyFolderCreatesTheFoldersAndReportsHonestly) {
+    test::TestAppFolder app(false);
+    const QString dir = app.path() + "/fresh";
+    const StudioRun run = runStudio({"--app-dir", dir, "--check"}, app.home());
+    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.out.contains("gstrFFMPEGFileSpec=" + dir + "/System/ffmpeg\n"));
+    EXPECT_TRUE(run.out.contains("gstrTempFilesDirectory=" + dir + "/ClipquillTempFiles\n"));
+    EXPECT_TRUE(run.out.contains("gstrMyVideoDirectory=" + app.home() + "/Videos\n"));
+    EXPECT_TRUE(run.out.contains(QRegularExpression("\nffmpeg: usable \\(ffmpeg version ")));
+    EXPECT_TRUE(run.out.contains(QRegularExpression("\nconvert: usable \\(Version: ImageMagick")));
+    EXPECT_TRUE(run.out.contains(QRegularExpression("\naudio input: (NOT )?usable")));
+    EXPECT_TRUE(run.out.contains(QRegularExpression("\nspeech voice: (NOT )?usable")));
+    EXPECT_TRUE(run.out.contains(QRegularExpression("\nmail hand-over: (NOT )?usable")));
+    for (const char* folder : {"Temp", "ClipquillTempFiles", "SmallPics", "SystemTemp"})
+        EXPECT_TRUE(QFileInfo(dir + "/" + folder).isDir()) << folder;
+    EXPECT_TRUE(QFileInfo(app.home() + "/Videos/MyVideoProjects").isDir());
+    EXPECT_EQ(LoadTextList(dir + "/System/TTS.txt"), DefaultTextList());
+}
+
+TEST(CheckCommand, MissingToolsFailAndNameTheirPackages) {
+    test::TestAppFolder app(false);
+    const QString dir = app.path() + "/fresh";
+    QDir().mkpath(dir + "/System");
+    QFile::link("/nonexistent/ffmpeg", dir + "/System/ffmpeg");
+    QFile::link("/nonexistent/convert", dir + "/System/convert");
+    // No tool on PATH either: only the folder with nothing in it.
+    const StudioRun run = runStudio({"--app-dir", dir, "--check"}, app.home(), app.home());
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.out.contains("ffmpeg: NOT usable")) << run.out.toStdString();
+    EXPECT_TRUE(run.out.contains("Debian package \"ffmpeg\""));
+    EXPECT_TRUE(run.out.contains("Debian package \"imagemagick\""));
+}

@@ -1,0 +1,66 @@
+#include "app/TimeCode.h"
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+TEST(TimeCode, SecondsToCodeCutsTheFractionAndPadsFields) {
+    EXPECT_EQ(SecondsAndMSToHHMMSSMS(65.5), "00:01:05.5");
+    EXPECT_EQ(SecondsAndMSToHHMMSSMS(3725.125), "01:02:05.125");
+    EXPECT_EQ(SecondsAndMSToHHMMSSMS(7), "00:00:07.");
+    EXPECT_EQ(SecondsAndMSToHHMMSSMS(3600), "01:00:00.");
+    EXPECT_EQ(SecondsAndMSToHHMMSSMS(59.99987), "00:00:59.999");
+    EXPECT_EQ(SecondsAndMSToHHMMSSMS(0.29), "00:00:00.29");
+    EXPECT_EQ(SecondsAndMSToHHMMSSMS(360000), "100:00:00.");
+}
+
+TEST(TimeCode, MillisecondsGiveTheSameCodeAsTheirSeconds) {
+    EXPECT_EQ(TimeCodeFromMs(65500), "00:01:05.5");
+    EXPECT_EQ(TimeCodeFromMs(7000), "00:00:07.");
+    EXPECT_EQ(TimeCodeFromMs(12345), "00:00:12.345");
+    EXPECT_EQ(TimeCodeFromMs(4050), "00:00:04.05");
+}
+
+TEST(TimeCode, CodeToSecondsReadsFixedPositions) {
+    EXPECT_EQ(HHMMSSMSToSecondsInSSMSFormat("00:01:05.5"), "65.5");
+    EXPECT_EQ(HHMMSSMSToSecondsInSSMSFormat("00.01.05.000"), "65.000");
+    EXPECT_EQ(HHMMSSMSToSecondsInSSMSFormat("01:02:05.125"), "3725.125");
+    EXPECT_EQ(HHMMSSMSToSecondsInSSMSFormat("00:00:07"), "7.");
+    EXPECT_EQ(HHMMSSMSToSecondsInSSMSFormat(""), "0.");
+}
+
+TEST(TimeCode, RoundTripKeepsSecondsAndFractionDigitsBelow32768) {
+    for (int whole = 0; whole < 32768; whole += 7) {
+        for (const char* fraction : {"", "5", "05", "125", "999"}) {
+            const QString seconds = QString::number(whole) + u'.' + QLatin1String(fraction);
+            const QString code = SecondsAndMSToHHMMSSMS(seconds.toDouble());
+            // A text such as "12.50" is the number 12.5: compare with its shortest form.
+            QString expected = QString::number(whole) + u'.' + QLatin1String(fraction);
+            while (expected.endsWith(u'0') && expected.contains(u'.') &&
+                   expected.indexOf(u'.') < expected.size() - 1)
+                expected.chop(1);
+            ASSERT_EQ(HHMMSSMSToSecondsInSSMSFormat(code), expected) << code.toStdString();
+        }
+    }
+}
+
+TEST(TimeCode, EventLogSecondsTextAndBack) {
+    EXPECT_EQ(SecondsTextFromMs(65000), "65.000");
+    EXPECT_EQ(SecondsTextFromMs(2125), "2.125");
+    EXPECT_EQ(SecondsTextFromMs(3725125), "3725.125");
+    EXPECT_EQ(SecondsTextToMs(u"65.125"), 65125);
+    EXPECT_EQ(SecondsTextToMs(u"7."), 7000);
+    EXPECT_EQ(SecondsTextToMs(u".500"), 500);
+    EXPECT_EQ(SecondsTextToMs(u"12.3456789"), 12345);
+    EXPECT_EQ(SecondsTextToMs(u"12.5"), 12500);
+    EXPECT_EQ(SecondsTextToMs(u""), -1);
+    EXPECT_EQ(SecondsTextToMs(u"1e3"), -1);
+    EXPECT_EQ(SecondsTextToMs(u"-2.0"), -1);
+    for (qint64 ms = 0; ms < 4000000; ms += 4999)
+        ASSERT_EQ(SecondsTextToMs(SecondsTextFromMs(ms)), ms);
+}
+
+TEST(TimeCode, NumericOnlyKeepsDigits) {
+    EXPECT_EQ(NumericOnly("Duration: 00:01:05.12"), "00010512");
+    EXPECT_EQ(NumericOnly("no digits, -.,"), "");
+}

@@ -1,0 +1,126 @@
+#include "platform/Folders.h"
+#include "platform/Processes.h"
+#include "platform/ShellQuote.h"
+#include "platform/TextFiles.h"
+#include "platform/TextHelpers.h"
+#include "platform/WaitTimer.h"
+#include "platform/WavFormat.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+TEST(TextHelpers, FiltersKeepOnlyWhatTheyName) {
+    EXPECT_EQ(CleanFileName("Doh! It's (5) a_b-c+d?.jpg"), "Doh Its (5) a_b-c+djpg");
+    EXPECT_EQ(GetLettersOnly("My Photo 2"), "MyPhoto");
+    EXPECT_EQ(GetDigitsOnly("(555) 123-4567"), "5551234567");
+    EXPECT_EQ(CleanFileName(QString::fromUtf8("Zoë")), "Zo");
+}
+
+TEST(TextHelpers, PathPieces) {
+    EXPECT_EQ(GetFileNameFromPath("C:\\Pics\\Trip"), "Trip");
+    EXPECT_EQ(GetFileNameFromPath("/home/me/Trip"), "Trip");
+    EXPECT_EQ(GetFileNameFromPath("C:\\"), "");
+    EXPECT_EQ(GetFileNameFromPath("nodelimiter"), "");
+    EXPECT_EQ(GetFileSpecWithoutExtension("/a/b.c/clip.avi"), "/a/b.c/clip");
+    EXPECT_EQ(SplitToArray("a,,b", ","), QStringList({"a", "", "b"}));
+    EXPECT_EQ(SplitToArrayNonEmpty("a,,b", ","), QStringList({"a", "b"}));
+    EXPECT_EQ(RemoveLineBreaks("a\r\nb\r\r\n\nc"), "abc");
+}
+
+TEST(TextHelpers, InvertCharactersFlipsBytesAndIsItsOwnInverse) {
+    EXPECT_EQ(InvertCharacters("\r\n"), QByteArray("\xf2\xf5"));
+    EXPECT_EQ(InvertCharacters("A"), QByteArray("\xbe"));
+    QByteArray all;
+    for (int i = 0; i < 256; ++i)
+        all.append(static_cast<char>(i));
+    EXPECT_EQ(InvertCharacters(InvertCharacters(all)), all);
+}
+
+TEST(TextFiles, WholeFilesEndWithOneCrLfAndBlankPathsWriteNothing) {
+    QTemporaryDir dir;
+    const QString file = dir.filePath("a.txt");
+    ASSERT_TRUE(SaveTextToFile("line one\r\nline two", file));
+    ASSERT_TRUE(SaveTextToFile("short", file));
+    EXPECT_EQ(ReadFileToBytes(file), "short\r\n");
+    EXPECT_FALSE(SaveTextToFile("x", "   "));
+    EXPECT_EQ(ReadFileToString(""), "");
+    EXPECT_FALSE(SaveTextToFile("x", dir.filePath("no/such/folder/a.txt")));
+}
+
+TEST(Folders, MakeFolderPathCreatesEveryMissingLevel) {
+    QTemporaryDir dir;
+    QDir().mkpath(dir.filePath("A"));
+    EXPECT_TRUE(MakeFolderPath("  " + dir.filePath("A/B/C") + " "));
+    EXPECT_TRUE(QFileInfo(dir.filePath("A/B/C")).isDir());
+    QFile f(dir.filePath("A/file"));
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.close();
+    EXPECT_FALSE(MakeFolderPath(dir.filePath("A/file/D")));
+    QDir().mkpath(dir.filePath("A/sub"));
+    EXPECT_EQ(DeleteFilesInFolder(dir.filePath("A")), 0);
+    EXPECT_FALSE(QFileInfo::exists(dir.filePath("A/file")));
+    EXPECT_TRUE(QFileInfo(dir.filePath("A/sub")).isDir());
+}
+
+TEST(Processes, ProcessNamesCompareWithoutCase) {
+    EXPECT_TRUE(IsProcessFinishedRunning("no-such-process-name-here"));
+    QTemporaryDir dir;
+    const QString sleeper = dir.filePath("SleepyTool");
+    ASSERT_TRUE(QFile::copy("/bin/sleep", sleeper));
+    QProcess p;
+    p.start(sleeper, {"30"});
+    ASSERT_TRUE(p.waitForStarted());
+    EXPECT_FALSE(IsProcessFinishedRunning("sleepytool"));
+    EXPECT_FALSE(IsProcessFinishedRunning("SLEEPYTOOL"));
+    p.kill();
+    p.waitForFinished();
+    EXPECT_TRUE(IsProcessFinishedRunning("sleepytool"));
+}
+
+TEST(ShellQuote, SingleQuotesMakeEveryCharacterLiteral) {
+    EXPECT_EQ(ShellQuote("plain"), "'plain'");
+    EXPECT_EQ(ShellQuote("it's"), "'it'\\''s'");
+    EXPECT_EQ(ShellCommandLine({"a b", "$(x)"}), "'a b' '$(x)'");
+}
+
+TEST(WaitTimer, WaitsWithoutBlockingAndCanBeReleasedEarly) {
+    WaitTimer wait;
+    QElapsedTimer clock;
+    clock.start();
+    int ticks = 0;
+    QTimer ticker;
+    QObject::connect(&ticker, &QTimer::timeout, [&] { ++ticks; });
+    ticker.start(10);
+    wait.WaitMilliseconds(200);
+    EXPECT_GE(clock.elapsed(), 190);
+    EXPECT_GE(ticks, 5); // events ran during the wait
+    EXPECT_TRUE(wait.gblnWaitTimerFired());
+
+    clock.restart();
+    QTimer::singleShot(50, [&] { wait.release(); });
+    wait.WaitMilliseconds(10000);
+    EXPECT_LT(clock.elapsed(), 2000);
+}
+
+TEST(WavFormat, CanonicalHeaderOfMonoSixteenBit) {
+    const QByteArray h = WavHeader(44100, 1, 16, 88200);
+    ASSERT_EQ(h.size(), 44);
+    EXPECT_EQ(h.left(4), "RIFF");
+    EXPECT_EQ(h.mid(8, 8), "WAVEfmt ");
+    EXPECT_EQ(h.mid(36, 4), "data");
+    auto u32 = [&](int at) {
+        return quint32(quint8(h[at])) | quint32(quint8(h[at + 1])) << 8 |
+               quint32(quint8(h[at + 2])) << 16 | quint32(quint8(h[at + 3])) << 24;
+    };
+    EXPECT_EQ(u32(4), 36u + 88200u);
+    EXPECT_EQ(u32(24), 44100u);
+    EXPECT_EQ(u32(28), 88200u);
+    EXPECT_EQ(u32(40), 88200u);
+}

@@ -1,0 +1,53 @@
+#include "timeline/TimelineFile.h"
+#include "platform/TextFiles.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+TEST(EventRow, RowTextIsTabSeparatedWithTheTextOnlyForTextEvents) {
+    EventRow video{1, "Video", "2.000", "", "/m/clip.mp4", std::nullopt};
+    EXPECT_EQ(video.rowText(), "1\tVideo\t2.000\t\t/m/clip.mp4");
+    EventRow text{3, "Both", "12.500", "", "/w/Doh.jpg", QString("Doh!")};
+    EXPECT_EQ(text.rowText(), "3\tBoth\t12.500\t\t/w/Doh.jpg\tDoh!");
+    const auto back = EventRow::fromRowText(text.rowText());
+    ASSERT_TRUE(back.has_value());
+    EXPECT_EQ(back->text, QString("Doh!"));
+    EXPECT_EQ(back->timeMs(), 12500);
+    EXPECT_EQ(EventRow::fromRowText("2\tVideo\t7.000\t12.3456789\t/v.avi")->begVideoAtMs(), 12346);
+}
+
+TEST(TimelineFile, BadLinesAreRejectedWithTheirLineNumber) {
+    const QString good = "1\tPictures\t2.000\t\t/p.jpg\r\n";
+    EXPECT_EQ(ParseTimelineText(good + "2\tPictures\tsoon\t\t/q.jpg\r\n", "/").error,
+              "line 2: the time \"soon\" is not a number of seconds");
+    EXPECT_EQ(ParseTimelineText(good + good + "only\tthree\tfields\r\n", "/").error.left(7),
+              "line 3:");
+    EXPECT_EQ(ParseTimelineText("1\tMovie\t2.000\t\t/p.jpg\r\n", "/").error,
+              "line 1: unknown media type \"Movie\"");
+    EXPECT_TRUE(ParseTimelineText("", "/").ok());
+}
+
+TEST(TimelineFile, RoundTripWithPathsRelativeToTheFileFolder) {
+    QTemporaryDir dir;
+    const QString project = dir.filePath("My 'Project'");
+    const QList<EventRow> rows{
+        {1, "Video", "0.000", "", "/media/clip one.mp4", std::nullopt},
+        {2, "Text", "3.250", "", project + "/Hello there.jpg", QString("Hello there")},
+        {3, "Pictures", "7.000", "", project + "/pics/a.jpg", std::nullopt}};
+    const QString file = project + "/Timeline.txt";
+    QDir().mkpath(project);
+    ASSERT_TRUE(WriteTimelineFile(rows, file));
+    EXPECT_EQ(ReadFileToBytes(file), "1\tVideo\t0.000\t\t/media/clip one.mp4\r\n"
+                                     "2\tText\t3.250\t\tHello there.jpg\tHello there\r\n"
+                                     "3\tPictures\t7.000\t\tpics/a.jpg\r\n");
+    const TimelineReadResult back = ReadTimelineFile(file);
+    ASSERT_TRUE(back.ok()) << back.error.toStdString();
+    ASSERT_EQ(back.rows.size(), 3);
+    EXPECT_EQ(back.rows[1].fileSpec, project + "/Hello there.jpg");
+    EXPECT_EQ(back.rows[2].fileSpec, project + "/pics/a.jpg");
+    EXPECT_EQ(back.rows[1].text, QString("Hello there"));
+}
