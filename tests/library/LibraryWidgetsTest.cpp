@@ -7,6 +7,7 @@
 #include "support/TestAppFolder.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QLabel>
 #include <QListWidget>
@@ -156,6 +157,24 @@ TEST_F(LibraryWindow, FolderChangesReachTheSettingsAndVanishedFoldersChangeNothi
     QTest::keyClick(dirs, Qt::Key_Return);
     EXPECT_EQ(window->directorySettings().gstrMyPicturesDirectory.toStdString(),
               app.file("My Pictures").toStdString());
+}
+
+TEST_F(LibraryWindow, LargeFoldersListEveryMediaFileAndEnterShowsTheSelectedPicture) {
+    const QString big = app.file("Big");
+    for (int i = 0; i < 5000; ++i)
+        test::WriteFile(JoinPath(big, QStringLiteral("clip %1.MP4").arg(i)), {});
+    test::WriteFile(JoinPath(big, "readme.txt"), "x");
+    QElapsedTimer timer;
+    timer.start();
+    ASSERT_TRUE(window->mediaBrowser().Dir1_Change(0, big));
+    RecordProperty("list_5000_ms", int(timer.elapsed()));
+    EXPECT_EQ(child<QListWidget>("File1_0")->count(), 5000);
+
+    auto* files = child<QListWidget>("File1_2");
+    files->setCurrentRow(files->count() - 1); // HOLIDAY.JPG sorts after "beach 2.jpg"
+    files->setFocus();
+    QTest::keyClick(files, Qt::Key_Return);
+    QTRY_COMPARE(window->displayPlace().lastPicture(), JoinPath(pictures, "HOLIDAY.JPG"));
 }
 
 TEST_F(LibraryWindow, HeadingsAndDisplayButtonsCarryTheirTexts) {

@@ -6,6 +6,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -58,9 +59,8 @@ MediaTab::MediaTab(int index, const QString& heading, QWidget* parent)
         m_file->setObjectName(QStringLiteral("File1_%1").arg(index));
         m_file->setAccessibleName(heading + QStringLiteral(" files"));
         m_file->setUniformItemSizes(true); // large folders lay out without measuring each row
-        connect(m_file, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
-            emit fileClicked(m_index, JoinPath(m_path, item->text()));
-        });
+        connect(m_file, &QListWidget::itemClicked, this, &MediaTab::onFileChosen);
+        m_file->installEventFilter(this);
 
         m_cmdOpenFolder = new QPushButton(this);
         m_cmdOpenFolder->setObjectName(QStringLiteral("cmdOpenFolder_%1").arg(index));
@@ -76,6 +76,12 @@ MediaTab::MediaTab(int index, const QString& heading, QWidget* parent)
         m_drive->hide();
         m_dir->hide();
         m_cmdOpenFolder->hide();
+    }
+
+    if (!hasFolderPane()) {
+        // Keeps the heading at the top until the text list arrives.
+        m_bodyPlaceholder = new QWidget(this);
+        m_body->addWidget(m_bodyPlaceholder, 1);
     }
 
     auto* bottom = new QHBoxLayout;
@@ -158,6 +164,23 @@ void MediaTab::Drive1_Change(int driveIndex) {
         Dir1_Change(m_drive->itemData(driveIndex).toString());
 }
 
+void MediaTab::onFileChosen(QListWidgetItem* item) {
+    if (item)
+        emit fileClicked(m_index, JoinPath(m_path, item->text()));
+}
+
+bool MediaTab::eventFilter(QObject* watched, QEvent* event) {
+    // Enter on the file list is the keyboard's click.
+    if (watched == m_file && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            onFileChosen(m_file->currentItem());
+            return true;
+        }
+    }
+    return QFrame::eventFilter(watched, event);
+}
+
 void MediaTab::onFolderActivated(QListWidgetItem* item) {
     if (!item)
         return;
@@ -181,6 +204,8 @@ void MediaTab::cmdOpenFolder_Click() {
 }
 
 void MediaTab::setBodyWidget(QWidget* widget) {
+    delete m_bodyPlaceholder;
+    m_bodyPlaceholder = nullptr;
     widget->setParent(this);
     m_body->addWidget(widget, 1);
 }

@@ -42,7 +42,11 @@ signals:
     void fileClicked(int tab, const QString& fileSpec);
     void folderChanged(int tab, const QString& path);
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
+    void onFileChosen(QListWidgetItem* item);
     void fillDrives();
     void selectDriveFor(const QString& path);
     void onFolderActivated(QListWidgetItem* item);
@@ -57,6 +61,7 @@ private:
     QPushButton* m_cmdView = nullptr;
     QPushButton* m_cmdOpenFolder = nullptr;
     QVBoxLayout* m_body = nullptr;
+    QWidget* m_bodyPlaceholder = nullptr;
     QVBoxLayout* m_controls = nullptr;
 };
 
