@@ -96,6 +96,11 @@ TEST_F(LibraryWindow, ClickingAPicturesFileShowsItFittedToTheViewer) {
     EXPECT_EQ(shown.height, shown.width * 4);
     EXPECT_EQ(window->displayPlace().currentSurface(), DisplayPlace::PictureSurface);
     EXPECT_EQ(window->displayPlace().lastPicture(), JoinPath(pictures, "HOLIDAY.JPG"));
+
+    // A narrower window fits the picture again.
+    window->resize(1000, 800);
+    QTRY_VERIFY(FirstImage(viewer).width != shown.width);
+    EXPECT_NEAR(FirstImage(viewer).width, int((viewer->width() * 15 - 1000) / 15.0), 1);
 }
 
 TEST_F(LibraryWindow, ThumbnailPageShowsAndAThumbnailClickShowsThePicture) {
@@ -121,6 +126,15 @@ TEST_F(LibraryWindow, ThumbnailPageShowsAndAThumbnailClickShowsThePicture) {
 
     QTest::mouseClick(viewPics, Qt::LeftButton);
     EXPECT_FALSE(thumbs->isVisible());
+
+    // A picture added since gets its thumbnail the next time the page is shown.
+    MakePicture(JoinPath(pictures, "added.jpg"), 640, 480);
+    QTest::mouseClick(viewPics, Qt::LeftButton);
+    window->mediaBrowser().picturesPage().waitForFinished();
+    EXPECT_TRUE(
+        QFileInfo::exists(app.file(QString::fromUtf8("SmallPics/Zoë's & <Trip>/added.jpg"))));
+    EXPECT_TRUE(thumbs->toHtml().contains("added.jpg"));
+    EXPECT_EQ(child<QListWidget>("File1_2")->count(), 3);
 }
 
 TEST_F(LibraryWindow, FolderChangesReachTheSettingsAndVanishedFoldersChangeNothing) {

@@ -79,12 +79,7 @@ DisplayPlace::DisplayPlace(const AppPaths& paths, QWidget* parent)
     m_refit = new QTimer(this);
     m_refit->setSingleShot(true);
     m_refit->setInterval(150);
-    connect(m_refit, &QTimer::timeout, this, [this] {
-        if (!m_lastPicture.isEmpty() && currentSurface() == PictureSurface) {
-            writePicturePage();
-            m_picture->showPageFile(m_paths.gstrPicturePageFileSpec);
-        }
-    });
+    connect(m_refit, &QTimer::timeout, this, &DisplayPlace::refitPicture);
 
     showSurface(PictureSurface);
     if (QFileInfo::exists(m_paths.splashPictureFileSpec))
@@ -119,8 +114,12 @@ void DisplayPlace::setTextSurface(QWidget* surface) {
 }
 
 void DisplayPlace::showSurface(int surface) {
-    if (surface >= 0 && surface < m_stack->count())
-        m_stack->setCurrentIndex(surface);
+    if (surface < 0 || surface >= m_stack->count())
+        return;
+    m_stack->setCurrentIndex(surface);
+    // The window may have been resized while another surface was shown.
+    if (surface == PictureSurface && !m_lastPicture.isEmpty() && m_pageWidth != m_picture->width())
+        refitPicture();
 }
 
 int DisplayPlace::currentSurface() const {
@@ -147,6 +146,14 @@ void DisplayPlace::writePicturePage() {
                                               m_pictureSize.height());
     MakeFolderPath(QFileInfo(m_paths.gstrPicturePageFileSpec).absolutePath());
     SaveTextToFile(BuildPicturePage(m_lastPicture, fit), m_paths.gstrPicturePageFileSpec);
+    m_pageWidth = m_picture->width();
+}
+
+void DisplayPlace::refitPicture() {
+    if (m_lastPicture.isEmpty() || currentSurface() != PictureSurface)
+        return;
+    writePicturePage();
+    m_picture->showPageFile(m_paths.gstrPicturePageFileSpec);
 }
 
 void DisplayPlace::tmrPictureWait_Timer() {

@@ -51,6 +51,7 @@ private:
     void cmdDisplayVideoOrPics_Click(int index);
     void tmrPictureWait_Timer();
     void writePicturePage();
+    void refitPicture();
     QWidget* placeholder(const QString& name);
 
     const AppPaths& m_paths;
@@ -64,7 +65,8 @@ private:
     QTimer* m_tmrPictureWait = nullptr;
     QTimer* m_refit = nullptr;
     QString m_lastPicture;
-    QSize m_pictureSize; // the proportions of the last picture that could be read
+    int m_pageWidth = -1; // the viewer width the picture page was written for
+    QSize m_pictureSize;  // the proportions of the last picture that could be read
 };
 
 } // namespace cq

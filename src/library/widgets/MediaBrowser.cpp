@@ -110,13 +110,15 @@ bool MediaBrowser::thumbnailsShown() const {
 }
 
 void MediaBrowser::cmdViewPics_Click() {
-    MediaTab* pictures = m_tabs[kPicturesTab];
-    if (pictures->path() != m_pages->rememberedPicturesPath())
-        m_pages->PreLoadPicsIntoBrowser(pictures->path(), pictures->entries());
     if (thumbnailsShown()) {
         m_stack->setCurrentWidget(m_grid);
         return;
     }
+    // Up-to-date thumbnails are skipped, so building the page on every showing costs little
+    // and picks up pictures added to the folder since.
+    MediaTab* pictures = m_tabs[kPicturesTab];
+    pictures->refreshFiles();
+    m_pages->RefreshPicturesWebPage(pictures->path(), pictures->entries());
     m_pics->showPageFile(m_pages->pageFileSpec());
     m_stack->setCurrentWidget(m_pics);
 }

@@ -159,6 +159,19 @@ bool MediaTab::Dir1_Change(const QString& path) {
     return true;
 }
 
+void MediaTab::refreshFiles() {
+    if (!hasFolderPane() || !IsReadableFolder(m_path))
+        return;
+    const QString selected = m_file->currentItem() ? m_file->currentItem()->text() : QString();
+    m_file->clear();
+    m_file->addItems(ListMediaFiles(m_path));
+    if (!selected.isEmpty()) {
+        const QList<QListWidgetItem*> found = m_file->findItems(selected, Qt::MatchExactly);
+        if (!found.isEmpty())
+            m_file->setCurrentItem(found.first());
+    }
+}
+
 void MediaTab::Drive1_Change(int driveIndex) {
     if (driveIndex >= 0)
         Dir1_Change(m_drive->itemData(driveIndex).toString());
