@@ -10,6 +10,8 @@
 #include <QFileInfo>
 #include <QThread>
 
+#include <algorithm>
+
 namespace cq {
 
 namespace {
@@ -19,9 +21,11 @@ const QString kProgressMark = QStringLiteral("cq-thumbnail-done");
 // nothing else of the picture's name.
 QString TemporaryName(const ThumbnailJob& job, int scriptIndex, int line) {
     QString extension = GetFileExtension(QFileInfo(job.picture).fileName()).toLower();
-    for (QChar ch : extension)
-        if (!ch.isLetterOrNumber() || ch.unicode() > 127)
-            extension = QStringLiteral("jpg");
+    const bool plain = std::all_of(extension.cbegin(), extension.cend(), [](QChar ch) {
+        return ch.unicode() < 128 && ch.isLetterOrNumber();
+    });
+    if (!plain || extension.isEmpty())
+        extension = QStringLiteral("jpg");
     const QString folder = QFileInfo(job.thumbnail).absolutePath();
     return JoinPath(folder,
                     QStringLiteral(".cq-part-%1-%2.%3").arg(scriptIndex).arg(line).arg(extension));
@@ -91,7 +95,7 @@ QString ThumbnailMaker::scriptFileSpecFor(int index) const {
 }
 
 bool ThumbnailMaker::start(const QList<ThumbnailJob>& jobs) {
-    if (isRunning() || jobs.isEmpty())
+    if (isRunning() || jobs.isEmpty() || m_convertPath.isEmpty())
         return false;
     qDeleteAll(m_runners);
     m_runners.clear();

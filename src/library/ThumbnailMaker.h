@@ -41,7 +41,8 @@ public:
     // Leaves out the pictures that failed before and have not changed since.
     QList<ThumbnailJob> withoutKnownFailures(const QList<ThumbnailJob>& jobs) const;
 
-    // Starts making the thumbnails; false when there is nothing to do or one run is going on.
+    // Starts making the thumbnails; false when there is nothing to do, no picture tool, or one
+    // run is going on.
     bool start(const QList<ThumbnailJob>& jobs);
     // Returns when every script has ended; the event loop keeps running meanwhile.
     void waitForFinished();

@@ -86,8 +86,8 @@ void frmClipquill::buildLayout() {
     auto* mediaLayout = new QVBoxLayout(m_mediaArea);
     mediaLayout->setContentsMargins(0, 0, 0, 0);
 
-    m_mediaBrowser = new MediaBrowser(
-        m_paths, m_settings, LocateConvert(m_paths.gstrImageMagickFileSpec).path, m_mediaArea);
+    m_mediaBrowser = new MediaBrowser(m_paths, m_settings,
+                                      LocateConvert(m_paths.gstrImageMagickFileSpec), m_mediaArea);
     mediaLayout->addWidget(m_mediaBrowser);
     m_displayPlace = new DisplayPlace(m_paths, m_splitter);
     m_splitter->addWidget(m_mediaArea);

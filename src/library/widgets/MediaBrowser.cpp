@@ -6,8 +6,10 @@
 #include "library/widgets/PageViewer.h"
 
 #include <QGridLayout>
+#include <QMessageBox>
 #include <QProgressDialog>
 #include <QStackedLayout>
+#include <QTimer>
 
 namespace cq {
 
@@ -23,9 +25,9 @@ const char* const kHeadings[MediaBrowser::kTabCount] = {"Video",
 } // namespace
 
 MediaBrowser::MediaBrowser(const AppPaths& paths, DirectorySettings& settings,
-                           const QString& convertPath, QWidget* parent)
+                           const ToolLocation& convert, QWidget* parent)
     : QWidget(parent), m_paths(paths), m_settings(settings),
-      m_pages(new PicturesWebPage(paths, convertPath, this)) {
+      m_pages(new PicturesWebPage(paths, convert.path, this)), m_convert(convert) {
     setObjectName(QStringLiteral("MediaBrowser"));
     m_stack = new QStackedLayout(this);
     m_stack->setContentsMargins(0, 0, 0, 0);
@@ -83,6 +85,7 @@ void MediaBrowser::onFolderChanged(int tab, const QString& path) {
         break;
     case kPicturesTab:
         m_settings.gstrMyPicturesDirectory = path;
+        tellOnceIfToolMissing();
         m_pages->PreLoadPicsIntoBrowser(path, m_tabs[kPicturesTab]->entries());
         break;
     case 6:
@@ -116,11 +119,24 @@ void MediaBrowser::cmdViewPics_Click() {
     }
     // Up-to-date thumbnails are skipped, so building the page on every showing costs little
     // and picks up pictures added to the folder since.
+    tellOnceIfToolMissing();
     MediaTab* pictures = m_tabs[kPicturesTab];
     pictures->refreshFiles();
     m_pages->RefreshPicturesWebPage(pictures->path(), pictures->entries());
     m_pics->showPageFile(m_pages->pageFileSpec());
     m_stack->setCurrentWidget(m_pics);
+}
+
+void MediaBrowser::tellOnceIfToolMissing() {
+    if (m_convert.found() || m_toldToolMissing)
+        return;
+    m_toldToolMissing = true;
+    // After the current event: this may run while the window is still being built.
+    QTimer::singleShot(0, this, [this] {
+        QMessageBox::warning(this, QStringLiteral("Pictures"),
+                             QStringLiteral("The pictures are shown without thumbnails. ") +
+                                 m_convert.missingMessage());
+    });
 }
 
 void MediaBrowser::onThumbnailAnchor(const QUrl& url) {

@@ -2,6 +2,7 @@
 
 #include "app/AppPaths.h"
 #include "app/DirectorySettings.h"
+#include "render/ToolLocator.h"
 
 #include <QString>
 #include <QWidget>
@@ -25,7 +26,7 @@ public:
     static constexpr int kPicturesTab = 2;
     static constexpr int kTextTab = 4;
 
-    MediaBrowser(const AppPaths& paths, DirectorySettings& settings, const QString& convertPath,
+    MediaBrowser(const AppPaths& paths, DirectorySettings& settings, const ToolLocation& convert,
                  QWidget* parent = nullptr);
 
     MediaTab* tab(int index) const { return m_tabs[index]; }
@@ -57,6 +58,7 @@ private:
     void onThumbnailAnchor(const QUrl& url);
     void onThumbnailsStarted(int total);
     void onPageWritten();
+    void tellOnceIfToolMissing();
 
     const AppPaths& m_paths;
     DirectorySettings& m_settings;
@@ -66,6 +68,8 @@ private:
     QStackedLayout* m_stack = nullptr;
     PicturesWebPage* m_pages = nullptr;
     QProgressDialog* m_progress = nullptr;
+    ToolLocation m_convert;
+    bool m_toldToolMissing = false;
 };
 
 } // namespace cq
