@@ -11,13 +11,14 @@ class QComboBox;
 class QLabel;
 class QPushButton;
 class QSplitter;
-class QStackedWidget;
 class QHBoxLayout;
 class QVBoxLayout;
 
 namespace cq {
 
+class DisplayPlace;
 class KeepAwake;
+class MediaBrowser;
 
 // The studio's main window. It owns the program's state (paths, directory settings, studio
 // settings, recording state) and hands it to the subsystems it assembles.
@@ -34,6 +35,8 @@ public:
     const QStringList& textList() const { return m_textList; }
     WaitTimer& waitTimer() { return *m_wait; }
     KeepAwake& keepAwake() { return *m_keepAwake; }
+    MediaBrowser& mediaBrowser() { return *m_mediaBrowser; }
+    DisplayPlace& displayPlace() { return *m_displayPlace; }
 
     static QString windowTitleText();
 
@@ -42,6 +45,7 @@ protected:
 
 private:
     void buildLayout();
+    void wireMediaLibrary();
     void cboVideoRes_Change(const QString& text);
     void cmdSaveDirectories_Click();
     void Form_Unload();
@@ -62,8 +66,8 @@ private:
     QPushButton* m_cmdSaveDirectories = nullptr;
     QSplitter* m_splitter = nullptr;
     QWidget* m_mediaArea = nullptr;
-    QStackedWidget* m_displayPlace = nullptr;
-    QLabel* m_splash = nullptr;
+    MediaBrowser* m_mediaBrowser = nullptr;
+    DisplayPlace* m_displayPlace = nullptr;
 };
 
 } // namespace cq
