@@ -2,7 +2,14 @@
 
 #include "Version.h"
 #include "app/widgets/KeepAwake.h"
+#include "library/playback/MasterVolume.h"
+#include "library/playback/MediaPlayer.h"
+#include "library/playback/widgets/VideoPlayerWidget.h"
+#include "library/playback/widgets/VolumeLevelsPanel.h"
 #include "platform/Folders.h"
+#include "text/widgets/SpeechVoice.h"
+#include "text/widgets/TextDisplaySurface.h"
+#include "text/widgets/TextFrame.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -41,7 +48,9 @@ frmClipquill::frmClipquill(WindowlessStartup startup, QWidget* parent)
     setObjectName(QStringLiteral("frmClipquill"));
     m_wait = new WaitTimer(this);
     m_keepAwake = new KeepAwake(this);
+    m_vox = new SpeechVoice(QString(), this);
     buildLayout();
+    buildMediaPlayers();
     setWindowTitle(windowTitleText());
     if (!m_startupProblems.isEmpty())
         QTimer::singleShot(0, this, &frmClipquill::showStartupProblems);
@@ -106,6 +115,30 @@ void frmClipquill::buildLayout() {
         const QRect avail = screen->availableGeometry();
         resize(std::min(1280, avail.width() * 9 / 10), std::min(820, avail.height() * 9 / 10));
     }
+}
+
+// The players, the text list and the volume controls; the media browser places them in its tabs.
+void frmClipquill::buildMediaPlayers() {
+    m_RecordedAudioPlayBackWMP = new MediaPlayer(this);
+    m_masterVolume = new MasterVolume(this);
+    m_WindowsMediaPlayer1 = new VideoPlayerWidget(m_displayPlace);
+    m_picDisplay = new TextDisplaySurface(m_displayPlace);
+    m_displayPlace->addWidget(m_WindowsMediaPlayer1);
+    m_displayPlace->addWidget(m_picDisplay);
+    m_fraText = new TextFrame(m_studio, m_vox, m_paths.textListFileSpec, m_textList, m_mediaArea);
+    connect(m_fraText, &TextFrame::listChanged, this,
+            [this] { m_textList = m_fraText->entries(); });
+    m_volumeLevels = new VolumeLevelsPanel(m_RecordedAudioPlayBackWMP, m_masterVolume, m_mediaArea);
+    m_mediaArea->layout()->addWidget(m_fraText);
+    m_mediaArea->layout()->addWidget(m_volumeLevels);
+}
+
+void frmClipquill::SpeakText() {
+    m_vox->SpeakText(m_studio.gstrCurrentText);
+}
+
+void frmClipquill::StopSpeaking() {
+    m_vox->StopSpeaking();
 }
 
 void frmClipquill::cboVideoRes_Change(const QString& text) {

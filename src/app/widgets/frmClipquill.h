@@ -18,6 +18,13 @@ class QVBoxLayout;
 namespace cq {
 
 class KeepAwake;
+class MasterVolume;
+class MediaPlayer;
+class SpeechVoice;
+class TextDisplaySurface;
+class TextFrame;
+class VideoPlayerWidget;
+class VolumeLevelsPanel;
 
 // The studio's main window. It owns the program's state (paths, directory settings, studio
 // settings, recording state) and hands it to the subsystems it assembles.
@@ -34,6 +41,15 @@ public:
     const QStringList& textList() const { return m_textList; }
     WaitTimer& waitTimer() { return *m_wait; }
     KeepAwake& keepAwake() { return *m_keepAwake; }
+    SpeechVoice* vox() const { return m_vox; }
+    TextFrame* fraText() const { return m_fraText; }
+    TextDisplaySurface* picDisplay() const { return m_picDisplay; }
+    VideoPlayerWidget* WindowsMediaPlayer1() const { return m_WindowsMediaPlayer1; }
+    MediaPlayer* RecordedAudioPlayBackWMP() const { return m_RecordedAudioPlayBackWMP; }
+    VolumeLevelsPanel* volumeLevels() const { return m_volumeLevels; }
+
+    void SpeakText();
+    void StopSpeaking();
 
     static QString windowTitleText();
 
@@ -42,6 +58,7 @@ protected:
 
 private:
     void buildLayout();
+    void buildMediaPlayers();
     void cboVideoRes_Change(const QString& text);
     void cmdSaveDirectories_Click();
     void Form_Unload();
@@ -64,6 +81,14 @@ private:
     QWidget* m_mediaArea = nullptr;
     QStackedWidget* m_displayPlace = nullptr;
     QLabel* m_splash = nullptr;
+
+    SpeechVoice* m_vox = nullptr;
+    TextFrame* m_fraText = nullptr;
+    TextDisplaySurface* m_picDisplay = nullptr;
+    VideoPlayerWidget* m_WindowsMediaPlayer1 = nullptr;
+    MediaPlayer* m_RecordedAudioPlayBackWMP = nullptr;
+    MasterVolume* m_masterVolume = nullptr;
+    VolumeLevelsPanel* m_volumeLevels = nullptr;
 };
 
 } // namespace cq
