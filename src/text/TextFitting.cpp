@@ -81,8 +81,14 @@ TextLayout FitTextToSurface(const QString& text, int surfaceWidth, int surfaceHe
         layout.pointSize = pointSize;
         layout.lineHeight = lineHeight;
         layout.top = (surfaceHeight - totalHeight) / 2;
-        for (const QString& line : lines)
-            layout.lineLefts.append((surfaceWidth - measurer.textWidth(line, pointSize)) / 2);
+        // A line cut after a space keeps it, but the eye centres what is visible.
+        for (const QString& line : lines) {
+            qsizetype visible = line.size();
+            while (visible > 0 && line.at(visible - 1) == u' ')
+                --visible;
+            layout.lineLefts.append(
+                (surfaceWidth - measurer.textWidth(line.left(visible), pointSize)) / 2);
+        }
         layout.lines = std::move(lines);
         return layout;
     }

@@ -68,6 +68,16 @@ TEST(TextFitting, LinesBreakAfterTheLastSpaceOrBeforeTheOverflowingCharacter) {
     EXPECT_EQ(WrapTextToWidth("abc", 50, 144, kMeasurer), QStringList({"a", "b", "c"}));
 }
 
+TEST(TextFitting, EachLineIsCentredOnWhatIsVisible) {
+    // 20 characters start at 128 points: 64 px each, nine fit in 600 px.
+    const TextLayout layout = FitTextToSurface("abcd efgh ijklmnopqr", 600, 900, 96, kMeasurer);
+    ASSERT_TRUE(layout.fits);
+    EXPECT_EQ(layout.pointSize, 128);
+    EXPECT_EQ(layout.lines, QStringList({"abcd ", "efgh ", "ijklmnopq", "r"}));
+    // "abcd " is centred as "abcd": (600 - 4 x 64) / 2, not (600 - 5 x 64) / 2.
+    EXPECT_EQ(layout.lineLefts, QList<int>({172, 172, 12, 268}));
+}
+
 TEST(TextFitting, TooManyLinesMoveToTheNextSmallerSize) {
     // Five lines: 5 x 216 and 5 x 192 exceed 900 - 67, 5 x 144 does not.
     const QString text = "a\r\nb\r\nc\r\nd\r\ne";
