@@ -4,6 +4,7 @@
 #include "app/widgets/KeepAwake.h"
 #include "library/playback/MasterVolume.h"
 #include "library/playback/MediaPlayer.h"
+#include "library/playback/widgets/PlayerControls.h"
 #include "library/playback/widgets/VideoPlayerWidget.h"
 #include "library/playback/widgets/VolumeLevelsPanel.h"
 #include "platform/Folders.h"
@@ -120,6 +121,9 @@ void frmClipquill::buildLayout() {
 // The players, the text list and the volume controls; the media browser places them in its tabs.
 void frmClipquill::buildMediaPlayers() {
     m_RecordedAudioPlayBackWMP = new MediaPlayer(this);
+    for (int i = 1; i < 8; ++i)
+        if (i != PlayerControls::kTextAndSpeechIndex && i != PlayerControls::kUndrivenSliderIndex)
+            m_WMPAudio[i] = new MediaPlayer(this);
     m_masterVolume = new MasterVolume(this);
     m_WindowsMediaPlayer1 = new VideoPlayerWidget(m_displayPlace);
     m_picDisplay = new TextDisplaySurface(m_displayPlace);
@@ -129,8 +133,27 @@ void frmClipquill::buildMediaPlayers() {
     connect(m_fraText, &TextFrame::listChanged, this,
             [this] { m_textList = m_fraText->entries(); });
     m_volumeLevels = new VolumeLevelsPanel(m_RecordedAudioPlayBackWMP, m_masterVolume, m_mediaArea);
+    // The replayed voice ends: the video shown with it stops too.
+    connect(m_RecordedAudioPlayBackWMP, &MediaPlayer::playStateChange, this, [this](int state) {
+        if (state == static_cast<int>(PlayState::Stopped))
+            m_WindowsMediaPlayer1->player()->stop();
+    });
     m_mediaArea->layout()->addWidget(m_fraText);
     m_mediaArea->layout()->addWidget(m_volumeLevels);
+}
+
+MediaPlayer* frmClipquill::WMPAudio(int index) const {
+    if (index == 0)
+        return m_WindowsMediaPlayer1->player();
+    return index > 0 && index < 8 ? m_WMPAudio[index] : nullptr;
+}
+
+PlayerControls* frmClipquill::createPlayerControls(int index, QWidget* parent) {
+    auto* controls = new PlayerControls(index, WMPAudio(index), parent);
+    connect(controls, &PlayerControls::stopSpeechRequested, this, &frmClipquill::StopSpeaking);
+    connect(controls, &PlayerControls::playerClicked, this,
+            [this](int i) { m_lastAudioPlayerIndex = i; });
+    return controls;
 }
 
 void frmClipquill::SpeakText() {

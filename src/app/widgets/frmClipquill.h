@@ -20,6 +20,7 @@ namespace cq {
 class KeepAwake;
 class MasterVolume;
 class MediaPlayer;
+class PlayerControls;
 class SpeechVoice;
 class TextDisplaySurface;
 class TextFrame;
@@ -47,6 +48,11 @@ public:
     VideoPlayerWidget* WindowsMediaPlayer1() const { return m_WindowsMediaPlayer1; }
     MediaPlayer* RecordedAudioPlayBackWMP() const { return m_RecordedAudioPlayBackWMP; }
     VolumeLevelsPanel* volumeLevels() const { return m_volumeLevels; }
+    // The player of media tab i: the video player for 0, otherwise WMPAudio(i).
+    MediaPlayer* WMPAudio(int index) const;
+    // The sound controls of media tab i, wired to its player (the voice for the text tab).
+    PlayerControls* createPlayerControls(int index, QWidget* parent);
+    int lastAudioPlayerIndex() const { return m_lastAudioPlayerIndex; }
 
     void SpeakText();
     void StopSpeaking();
@@ -89,6 +95,8 @@ private:
     MediaPlayer* m_RecordedAudioPlayBackWMP = nullptr;
     MasterVolume* m_masterVolume = nullptr;
     VolumeLevelsPanel* m_volumeLevels = nullptr;
+    MediaPlayer* m_WMPAudio[8] = {};
+    int m_lastAudioPlayerIndex = 0;
 };
 
 } // namespace cq

@@ -7,9 +7,13 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QMouseEvent>
+#include <QProcess>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QVideoFrame>
+#include <QVideoSink>
 
 #include <gtest/gtest.h>
 
@@ -117,4 +121,34 @@ TEST(MixerButton, NamesTheMixerItOpens) {
     EXPECT_EQ(mixer.text(), "Mixer");
     EXPECT_TRUE(mixer.toolTip().contains("pavucontrol"));
     EXPECT_TRUE(MixerButton::missingMixerMessage().contains("\"pavucontrol\""));
+}
+
+TEST(VideoPlayerWidget, PlaysAVideoIntoItsFrames) {
+    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
+        GTEST_SKIP() << "no test sound server";
+    QTemporaryDir dir;
+    const QString clip = dir.filePath("clip $(x) 'q'.avi");
+    QProcess ffmpeg;
+    ffmpeg.start("ffmpeg",
+                 {"-hide_banner", "-loglevel", "error", "-f", "lavfi", "-i",
+                  "testsrc=size=320x240:rate=25:duration=2", "-f", "lavfi", "-i",
+                  "sine=frequency=440:duration=2", "-c:v", "mpeg4", "-c:a", "pcm_s16le", clip});
+    ASSERT_TRUE(ffmpeg.waitForFinished(30000));
+    ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
+
+    VideoPlayerWidget video;
+    video.resize(320, 240);
+    video.show();
+    QSize frameSize;
+    QObject::connect(video.videoSink(), &QVideoSink::videoFrameChanged, &video,
+                     [&frameSize](const QVideoFrame& frame) {
+                         if (frame.isValid())
+                             frameSize = frame.size();
+                     });
+    video.player()->setURL(clip);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return frameSize.isValid(); }, 10000))
+        << video.player()->errorString().toStdString();
+    EXPECT_EQ(frameSize, QSize(320, 240));
+    EXPECT_EQ(video.player()->playState(), static_cast<int>(PlayState::Playing));
+    EXPECT_NEAR(video.player()->duration(), 2.0, 0.1);
 }
