@@ -2,11 +2,9 @@
 
 #include "Version.h"
 #include "app/widgets/KeepAwake.h"
-#include "library/MediaTyping.h"
+#include "app/widgets/MediaStation.h"
 #include "library/widgets/DisplayPlace.h"
-#include "library/widgets/MediaBrowser.h"
 #include "platform/Folders.h"
-#include "render/ToolLocator.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -86,35 +84,26 @@ void frmClipquill::buildLayout() {
     auto* mediaLayout = new QVBoxLayout(m_mediaArea);
     mediaLayout->setContentsMargins(0, 0, 0, 0);
 
-    m_mediaBrowser = new MediaBrowser(m_paths, m_settings,
-                                      LocateConvert(m_paths.gstrImageMagickFileSpec), m_mediaArea);
-    mediaLayout->addWidget(m_mediaBrowser);
-    m_displayPlace = new DisplayPlace(m_paths, m_splitter);
+    m_media = new MediaStation(m_paths, m_settings, m_studio, m_textList, m_mediaArea, m_splitter);
     m_splitter->addWidget(m_mediaArea);
-    m_splitter->addWidget(m_displayPlace);
+    m_splitter->addWidget(&m_media->displayPlace());
     m_splitter->setStretchFactor(0, 3);
     m_splitter->setStretchFactor(1, 2);
     outer->addWidget(m_splitter, 1);
 
     setCentralWidget(central);
-    wireMediaLibrary();
     if (QScreen* screen = QGuiApplication::primaryScreen()) {
         const QRect avail = screen->availableGeometry();
         resize(std::min(1280, avail.width() * 9 / 10), std::min(820, avail.height() * 9 / 10));
     }
 }
 
-void frmClipquill::wireMediaLibrary() {
-    // Until the media click of the timeline takes these over, a picture shows on a click.
-    connect(m_mediaBrowser, &MediaBrowser::fileClicked, this, [this](int, const QString& file) {
-        if (GetMediaTypeFromFileSpec(file) == QStringLiteral("Pictures"))
-            m_displayPlace->MakeHTMLPageForPicture(file);
-    });
-    connect(m_mediaBrowser, &MediaBrowser::pictureClicked, m_displayPlace,
-            &DisplayPlace::MakeHTMLPageForPicture);
-    connect(m_displayPlace, &DisplayPlace::viewPicsClicked, m_mediaBrowser,
-            &MediaBrowser::cmdViewPics_Click);
-    m_mediaBrowser->pointFoldersAtSettings();
+MediaBrowser& frmClipquill::mediaBrowser() {
+    return m_media->mediaBrowser();
+}
+
+DisplayPlace& frmClipquill::displayPlace() {
+    return m_media->displayPlace();
 }
 
 void frmClipquill::cboVideoRes_Change(const QString& text) {

@@ -19,6 +19,7 @@ namespace cq {
 class DisplayPlace;
 class KeepAwake;
 class MediaBrowser;
+class MediaStation;
 
 // The studio's main window. It owns the program's state (paths, directory settings, studio
 // settings, recording state) and hands it to the subsystems it assembles.
@@ -35,8 +36,9 @@ public:
     const QStringList& textList() const { return m_textList; }
     WaitTimer& waitTimer() { return *m_wait; }
     KeepAwake& keepAwake() { return *m_keepAwake; }
-    MediaBrowser& mediaBrowser() { return *m_mediaBrowser; }
-    DisplayPlace& displayPlace() { return *m_displayPlace; }
+    MediaStation& media() { return *m_media; }
+    MediaBrowser& mediaBrowser();
+    DisplayPlace& displayPlace();
 
     static QString windowTitleText();
 
@@ -45,7 +47,6 @@ protected:
 
 private:
     void buildLayout();
-    void wireMediaLibrary();
     void cboVideoRes_Change(const QString& text);
     void cmdSaveDirectories_Click();
     void Form_Unload();
@@ -66,8 +67,7 @@ private:
     QPushButton* m_cmdSaveDirectories = nullptr;
     QSplitter* m_splitter = nullptr;
     QWidget* m_mediaArea = nullptr;
-    MediaBrowser* m_mediaBrowser = nullptr;
-    DisplayPlace* m_displayPlace = nullptr;
+    MediaStation* m_media = nullptr;
 };
 
 } // namespace cq

@@ -1,0 +1,166 @@
+#include "text/widgets/TextFrame.h"
+
+#include "platform/TextFiles.h"
+#include "platform/TextHelpers.h"
+#include "text/TextListFile.h"
+#include "text/widgets/SpeechVoice.h"
+#include "text/widgets/frmAddMultipleLinesOfText.h"
+#include "text/widgets/frmSendText.h"
+
+#include <QButtonGroup>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+namespace cq {
+
+TextFrame::TextFrame(StudioSettings& studio, SpeechVoice* voice, const QString& textListFileSpec,
+                     const QStringList& entries, QWidget* parent)
+    : QFrame(parent), m_studio(studio), m_voice(voice), m_fileSpec(textListFileSpec) {
+    setObjectName(QStringLiteral("fraText"));
+    setAccessibleName(QStringLiteral("Texts"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+
+    auto* optionRow = new QHBoxLayout;
+    m_options = new QButtonGroup(this);
+    const QString captions[3] = {QStringLiteral("Text"), QStringLiteral("Speech"),
+                                 QStringLiteral("Both")};
+    const QString tips[3] = {QStringLiteral("Show a clicked text on the screen"),
+                             QStringLiteral("Speak a clicked text aloud"),
+                             QStringLiteral("Show a clicked text and speak it")};
+    for (int i = 0; i < 3; ++i) {
+        m_optTextAndOrSpeech[i] = new QRadioButton(captions[i], this);
+        m_optTextAndOrSpeech[i]->setObjectName(QStringLiteral("optTextAndOrSpeech_%1").arg(i));
+        m_optTextAndOrSpeech[i]->setToolTip(tips[i]);
+        m_options->addButton(m_optTextAndOrSpeech[i], i);
+        optionRow->addWidget(m_optTextAndOrSpeech[i]);
+    }
+    m_optTextAndOrSpeech[OptionText]->setChecked(true);
+    optionRow->addStretch(1);
+    m_cmdBigText = new QPushButton(QStringLiteral("+"), this);
+    m_cmdBigText->setObjectName(QStringLiteral("cmdBigText"));
+    m_cmdBigText->setToolTip(QStringLiteral("View Files in larger or smaller text"));
+    m_cmdBigText->setAccessibleName(QStringLiteral("Larger or smaller text"));
+    m_cmdBigText->setFixedWidth(m_cmdBigText->sizeHint().height() + 4);
+    optionRow->addWidget(m_cmdBigText);
+    layout->addLayout(optionRow);
+
+    m_lstText = new QListWidget(this);
+    m_lstText->setObjectName(QStringLiteral("lstText"));
+    m_lstText->setAccessibleName(QStringLiteral("Texts"));
+    m_lstText->setToolTip(QStringLiteral(
+        "Click to show or speak a text, double-click to edit it, Delete to remove it"));
+    m_lstText->installEventFilter(this);
+    layout->addWidget(m_lstText, 1);
+
+    m_cmdAddMultiLinesOfText = new QPushButton(QStringLiteral("Edit All Texts..."), this);
+    m_cmdAddMultiLinesOfText->setObjectName(QStringLiteral("cmdAddMultiLinesOfText"));
+    m_cmdAddMultiLinesOfText->setToolTip(QStringLiteral("Edit the whole list, one text a line"));
+    layout->addWidget(m_cmdAddMultiLinesOfText);
+
+    QFont font = m_lstText->font();
+    font.setPointSizeF(m_listPointSize);
+    m_lstText->setFont(font);
+    setEntries(entries);
+
+    connect(m_lstText, &QListWidget::itemClicked, this,
+            [this](QListWidgetItem* item) { emit textClicked(item->text(), selectedOption()); });
+    connect(m_lstText, &QListWidget::itemDoubleClicked, this, [this] { lstText_DblClick(); });
+    connect(m_cmdAddMultiLinesOfText, &QPushButton::clicked, this,
+            &TextFrame::cmdAddMultiLinesOfText_Click);
+    connect(m_cmdBigText, &QPushButton::clicked, this, &TextFrame::cmdBigText_Click);
+}
+
+QStringList TextFrame::entries() const {
+    QStringList list;
+    for (int i = 0; i < m_lstText->count(); ++i)
+        list.append(m_lstText->item(i)->text());
+    return list;
+}
+
+int TextFrame::selectedOption() const {
+    const int id = m_options->checkedId();
+    return id < 0 ? OptionText : id;
+}
+
+QString TextFrame::selectedOptionCaption() const {
+    return m_optTextAndOrSpeech[selectedOption()]->text();
+}
+
+void TextFrame::setEntries(const QStringList& entries) {
+    m_lstText->clear();
+    m_lstText->addItems(entries);
+}
+
+void TextFrame::saveList() {
+    if (!SaveTextList(entries(), m_fileSpec))
+        QMessageBox::warning(
+            this, QStringLiteral("Clipquill"),
+            QStringLiteral("The text list could not be written to \"%1\".").arg(m_fileSpec));
+    emit listChanged();
+}
+
+void TextFrame::lstText_DblClick() {
+    QListWidgetItem* item = m_lstText->currentItem();
+    if (!item)
+        return;
+    m_studio.gstrCurrentText = item->text();
+    frmSendText dialog(m_studio, m_voice, window());
+    dialog.exec();
+    if (m_studio.gblnCancel || m_studio.gstrCurrentText.isEmpty())
+        return;
+    m_studio.gstrCurrentText = RemoveLineBreaks(m_studio.gstrCurrentText);
+    item->setText(m_studio.gstrCurrentText);
+    saveList();
+}
+
+void TextFrame::lstText_KeyDown(int key) {
+    if (key != Qt::Key_Delete)
+        return;
+    const int row = m_lstText->currentRow();
+    if (row < 0 || !m_lstText->currentItem() || !m_lstText->currentItem()->isSelected())
+        return;
+    delete m_lstText->takeItem(row);
+    saveList();
+}
+
+void TextFrame::cmdAddMultiLinesOfText_Click() {
+    QString text;
+    if (QFileInfo::exists(m_fileSpec))
+        text = DecodeTextListForEditing(ReadFileToBytes(m_fileSpec));
+    frmAddMultipleLinesOfText editor(m_studio, m_fileSpec, text, window());
+    editor.exec();
+    if (m_studio.gblnCancel || editor.result() != QDialog::Accepted)
+        return;
+    setEntries(LoadTextList(m_fileSpec));
+    emit listChanged();
+}
+
+void TextFrame::cmdBigText_Click() {
+    const bool small = m_listPointSize == kSmallListPointSize;
+    m_listPointSize = small ? kLargeListPointSize : kSmallListPointSize;
+    m_cmdBigText->setText(small ? QStringLiteral("-") : QStringLiteral("+"));
+    QFont font = m_lstText->font();
+    font.setPointSizeF(m_listPointSize);
+    m_lstText->setFont(font);
+    emit listPointSizeChanged(m_listPointSize);
+}
+
+bool TextFrame::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_lstText && event->type() == QEvent::KeyPress) {
+        auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_Delete) {
+            lstText_KeyDown(key->key());
+            return true;
+        }
+    }
+    return QFrame::eventFilter(watched, event);
+}
+
+} // namespace cq

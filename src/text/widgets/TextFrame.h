@@ -1,0 +1,67 @@
+#pragma once
+
+#include "app/StudioSettings.h"
+
+#include <QFrame>
+#include <QPointer>
+#include <QStringList>
+
+class QButtonGroup;
+class QListWidget;
+class QPushButton;
+class QRadioButton;
+
+namespace cq {
+
+class SpeechVoice;
+
+// The prepared texts of the text tab: click one to show and/or speak it, double-click to edit it,
+// Delete to remove it, or edit the whole list at once. Every change is saved to the list file.
+class TextFrame : public QFrame {
+    Q_OBJECT
+public:
+    enum TextOption { OptionText = 0, OptionSpeech = 1, OptionBoth = 2 };
+    static constexpr double kSmallListPointSize = 8.25;
+    static constexpr double kLargeListPointSize = 10.0;
+
+    TextFrame(StudioSettings& studio, SpeechVoice* voice, const QString& textListFileSpec,
+              const QStringList& entries, QWidget* parent = nullptr);
+
+    QStringList entries() const;
+    int selectedOption() const;
+    // "Text", "Speech" or "Both": the caption of the selected option.
+    QString selectedOptionCaption() const;
+    QListWidget* lstText() const { return m_lstText; }
+    double listPointSize() const { return m_listPointSize; }
+
+    void lstText_DblClick();
+    void lstText_KeyDown(int key);
+    void cmdAddMultiLinesOfText_Click();
+    void cmdBigText_Click();
+
+signals:
+    // A click on an entry: its text and the selected option (TextOption).
+    void textClicked(const QString& text, int option);
+    // The lists' font size changed; the file lists follow the text list.
+    void listPointSizeChanged(double pointSize);
+    void listChanged();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void saveList();
+    void setEntries(const QStringList& entries);
+
+    StudioSettings& m_studio;
+    QPointer<SpeechVoice> m_voice;
+    QString m_fileSpec;
+    QListWidget* m_lstText = nullptr;
+    QButtonGroup* m_options = nullptr;
+    QRadioButton* m_optTextAndOrSpeech[3] = {};
+    QPushButton* m_cmdAddMultiLinesOfText = nullptr;
+    QPushButton* m_cmdBigText = nullptr;
+    double m_listPointSize = kSmallListPointSize;
+};
+
+} // namespace cq

@@ -1,0 +1,77 @@
+#include "text/widgets/frmAddMultipleLinesOfText.h"
+
+#include "platform/widgets/CenterForm.h"
+#include "text/TextListFile.h"
+
+#include <QHBoxLayout>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace cq {
+
+frmAddMultipleLinesOfText::frmAddMultipleLinesOfText(StudioSettings& studio,
+                                                     const QString& textListFileSpec,
+                                                     const QString& text, QWidget* parent)
+    : QDialog(parent), m_studio(studio), m_fileSpec(textListFileSpec) {
+    setObjectName(QStringLiteral("frmAddMultipleLinesOfText"));
+    setWindowTitle(QStringLiteral("Add Multiple Lines Of Text"));
+    auto* layout = new QVBoxLayout(this);
+    m_txtMultipleLinesOfText = new QPlainTextEdit(this);
+    m_txtMultipleLinesOfText->setObjectName(QStringLiteral("txtMultipleLinesOfText"));
+    m_txtMultipleLinesOfText->setAccessibleName(QStringLiteral("Text list, one entry a line"));
+    m_txtMultipleLinesOfText->setTabChangesFocus(true);
+    QString shown = text;
+    m_txtMultipleLinesOfText->setPlainText(
+        shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+    layout->addWidget(m_txtMultipleLinesOfText, 1);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    m_cmdOK = new QPushButton(QStringLiteral("OK"), this);
+    m_cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    m_cmdOK->setToolTip(QStringLiteral("Keep this list"));
+    m_cmdOK->setAutoDefault(false);
+    m_cmdCancel = new QPushButton(QStringLiteral("&Cancel"), this);
+    m_cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    m_cmdCancel->setToolTip(QStringLiteral("Leave the list as it was"));
+    m_cmdCancel->setAutoDefault(false);
+    buttons->addWidget(m_cmdOK);
+    buttons->addWidget(m_cmdCancel);
+    layout->addLayout(buttons);
+    connect(m_cmdOK, &QPushButton::clicked, this, &frmAddMultipleLinesOfText::cmdOK_Click);
+    connect(m_cmdCancel, &QPushButton::clicked, this, &frmAddMultipleLinesOfText::reject);
+
+    resize(480, 360);
+    m_studio.gblnCancel = false;
+}
+
+void frmAddMultipleLinesOfText::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    if (!m_centred) {
+        m_centred = true;
+        CenterForm(this);
+    }
+}
+
+void frmAddMultipleLinesOfText::cmdOK_Click() {
+    m_studio.gblnCancel = false;
+    QString text = m_txtMultipleLinesOfText->toPlainText();
+    text.replace(u'\n', QStringLiteral("\r\n"));
+    if (!SaveTextListText(text, m_fileSpec)) {
+        m_saveFailed = true;
+        QMessageBox::warning(
+            this, windowTitle(),
+            QStringLiteral("The text list could not be written to \"%1\".").arg(m_fileSpec));
+        return;
+    }
+    accept();
+}
+
+void frmAddMultipleLinesOfText::reject() {
+    m_studio.gblnCancel = true;
+    QDialog::reject();
+}
+
+} // namespace cq

@@ -1,0 +1,111 @@
+#include "text/widgets/frmSendText.h"
+
+#include "platform/widgets/CenterForm.h"
+#include "text/widgets/SpeechVoice.h"
+#include "text/widgets/frmDisplayText.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace cq {
+
+namespace {
+QString toCrLf(QString text) {
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    return text.replace(u'\n', QStringLiteral("\r\n"));
+}
+} // namespace
+
+frmSendText::frmSendText(StudioSettings& studio, SpeechVoice* voice, QWidget* parent)
+    : QDialog(parent), m_studio(studio), m_voice(voice) {
+    setObjectName(QStringLiteral("frmSendText"));
+    setWindowTitle(QStringLiteral("Send Text"));
+
+    auto* layout = new QVBoxLayout(this);
+    m_label1 = new QLabel(QStringLiteral("Type your message here:"), this);
+    m_label1->setObjectName(QStringLiteral("Label1"));
+    m_txtMsg = new QPlainTextEdit(this);
+    m_txtMsg->setObjectName(QStringLiteral("txtMsg"));
+    m_txtMsg->setAccessibleName(QStringLiteral("Type your message here:"));
+    m_txtMsg->setTabChangesFocus(true);
+    m_label1->setBuddy(m_txtMsg);
+    layout->addWidget(m_label1);
+    layout->addWidget(m_txtMsg, 1);
+
+    auto* buttons = new QHBoxLayout;
+    const QString captions[3] = {QStringLiteral("Preview"), QStringLiteral("Save"),
+                                 QStringLiteral("Cancel")};
+    const QString tips[3] = {QStringLiteral("See the message as it will be shown"),
+                             QStringLiteral("Keep the message"),
+                             QStringLiteral("Leave the message as it was")};
+    for (int i = 0; i < 3; ++i) {
+        m_lblPreview[i] = new QPushButton(captions[i], this);
+        m_lblPreview[i]->setObjectName(QStringLiteral("lblPreview_%1").arg(i));
+        m_lblPreview[i]->setToolTip(tips[i]);
+        m_lblPreview[i]->setAutoDefault(false);
+        connect(m_lblPreview[i], &QPushButton::clicked, this, [this, i] { lblPreview_Click(i); });
+        buttons->addWidget(m_lblPreview[i]);
+    }
+    layout->addLayout(buttons);
+    resize(420, 220);
+    Form_Load();
+}
+
+void frmSendText::Form_Load() {
+    m_studio.gblnCancel = false;
+    QString shown = m_studio.gstrCurrentText;
+    m_txtMsg->setPlainText(shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+}
+
+void frmSendText::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    if (!m_centred) {
+        m_centred = true;
+        CenterForm(this);
+        m_txtMsg->setFocus();
+    }
+}
+
+QString frmSendText::typedText() const {
+    return toCrLf(m_txtMsg->toPlainText());
+}
+
+void frmSendText::lblPreview_Click(int index) {
+    switch (index) {
+    case 0:
+        m_studio.gstrCurrentText = typedText();
+        if (m_studio.gstrCurrentText.isEmpty())
+            return;
+        showTextFullScreen();
+        return;
+    case 1: {
+        const QString text = typedText();
+        if (text.isEmpty())
+            return;
+        hide();
+        m_studio.gstrCurrentText = text;
+        showTextFullScreen();
+        m_studio.gblnCancel = false;
+        done(QDialog::Accepted);
+        return;
+    }
+    default:
+        reject();
+        return;
+    }
+}
+
+void frmSendText::reject() {
+    m_studio.gblnCancel = true;
+    QDialog::reject();
+}
+
+void frmSendText::showTextFullScreen() {
+    frmDisplayText display(m_studio, m_voice, parentWidget() ? parentWidget() : this);
+    display.exec();
+}
+
+} // namespace cq

@@ -1,0 +1,128 @@
+#include "library/playback/MediaPlayer.h"
+#include "library/playback/MasterVolume.h"
+#include "library/playback/VolumeSliderMath.h"
+#include "platform/WavFormat.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+namespace {
+
+bool HaveTestAudio() {
+    return !qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO");
+}
+
+// Half a second of a 440 Hz tone, 16-bit mono.
+QString WriteToneWav(const QTemporaryDir& dir) {
+    const int rate = 44100;
+    const int samples = rate / 2;
+    QByteArray data(samples * 2, Qt::Uninitialized);
+    for (int i = 0; i < samples; ++i) {
+        const auto v = static_cast<qint16>(8000 * std::sin(2 * M_PI * 440 * i / rate));
+        data[2 * i] = static_cast<char>(v & 0xFF);
+        data[2 * i + 1] = static_cast<char>((v >> 8) & 0xFF);
+    }
+    const QString path = dir.filePath("tone 'a' $x.wav");
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(WavHeader(rate, 1, 16, static_cast<quint32>(data.size())) + data);
+    return path;
+}
+
+} // namespace
+
+TEST(MediaPlayer, QtStatesMapToTheNumericPlayStates) {
+    using P = QMediaPlayer;
+    EXPECT_EQ(MapPlayState(P::StoppedState, P::NoMedia, false), PlayState::Undefined);
+    EXPECT_EQ(MapPlayState(P::StoppedState, P::LoadingMedia, false), PlayState::Transitioning);
+    EXPECT_EQ(MapPlayState(P::StoppedState, P::LoadedMedia, false), PlayState::Ready);
+    EXPECT_EQ(MapPlayState(P::StoppedState, P::LoadedMedia, true), PlayState::Stopped);
+    EXPECT_EQ(MapPlayState(P::PlayingState, P::BufferingMedia, true), PlayState::Buffering);
+    EXPECT_EQ(MapPlayState(P::PlayingState, P::StalledMedia, true), PlayState::Buffering);
+    EXPECT_EQ(MapPlayState(P::PlayingState, P::BufferedMedia, true), PlayState::Playing);
+    EXPECT_EQ(MapPlayState(P::PausedState, P::BufferedMedia, true), PlayState::Paused);
+    EXPECT_EQ(MapPlayState(P::StoppedState, P::EndOfMedia, true), PlayState::MediaEnded);
+    EXPECT_EQ(MapPlayState(P::StoppedState, P::InvalidMedia, true), PlayState::Undefined);
+}
+
+TEST(MediaPlayer, WithoutMediaVolumeAndMuteAreKept) {
+    MediaPlayer player;
+    EXPECT_EQ(player.playState(), 0);
+    player.setVolume(140);
+    EXPECT_EQ(player.volume(), 100);
+    player.setVolume(35);
+    EXPECT_EQ(player.volume(), 35);
+    player.setMute(true);
+    EXPECT_TRUE(player.mute());
+    player.stop();
+    player.play();
+    EXPECT_EQ(player.playState(), 0);
+    QSignalSpy full(&player, &MediaPlayer::fullScreenChanged);
+    player.setFullScreen(true);
+    player.setFullScreen(true);
+    EXPECT_EQ(full.size(), 1);
+}
+
+TEST(MediaPlayer, ShortWavPlaysToItsEndThenRestsStopped) {
+    if (!HaveTestAudio())
+        GTEST_SKIP() << "no test sound server";
+    QTemporaryDir dir;
+    const QString wav = WriteToneWav(dir);
+    MediaPlayer player;
+    QList<int> states;
+    QObject::connect(&player, &MediaPlayer::playStateChange, &player,
+                     [&states](int state) { states.append(state); });
+    player.setURL(wav);
+    EXPECT_EQ(player.URL(), wav);
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return states.contains(8) && player.playState() == 1; }, 10000))
+        << player.errorString().toStdString() << " states: " << [&] {
+               QStringList seen;
+               for (int s : states)
+                   seen << QString::number(s);
+               return seen.join(u',').toStdString();
+           }();
+    EXPECT_TRUE(states.contains(3));
+    EXPECT_LT(states.indexOf(3), states.indexOf(8));
+    EXPECT_EQ(states.last(), 1);
+    EXPECT_NEAR(player.duration(), 0.5, 0.05);
+
+    QSignalSpy moved(&player, &MediaPlayer::positionChange);
+    player.setCurrentPosition(0.25);
+    ASSERT_EQ(moved.size(), 1);
+    player.close();
+    EXPECT_EQ(player.playState(), 0);
+    EXPECT_TRUE(player.URL().isEmpty());
+}
+
+TEST(MasterVolume, SetsAndReadsTheDefaultSink) {
+    if (!HaveTestAudio())
+        GTEST_SKIP() << "no test sound server";
+    MasterVolume master;
+    ASSERT_TRUE(master.available());
+    QSignalSpy set(&master, &MasterVolume::valueSet);
+    master.setValue(MasterVolumeValue(20, 200));
+    master.setValue(MasterVolumeValue(60, 200)); // only the newest waiting value follows
+    master.setValue(MasterVolumeValue(50, 200));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return set.size() == 2 && !master.busy(); }, 10000));
+    EXPECT_TRUE(set.at(1).at(1).toBool());
+
+    QProcess pactl;
+    pactl.start("pactl", {"get-sink-volume", "@DEFAULT_SINK@"});
+    ASSERT_TRUE(pactl.waitForFinished(5000));
+    EXPECT_EQ(ParseSinkVolumePercent(QString::fromUtf8(pactl.readAllStandardOutput())), 25);
+
+    QSignalSpy read(&master, &MasterVolume::valueRead);
+    master.readValue();
+    ASSERT_TRUE(read.wait(5000));
+    EXPECT_EQ(MasterVolumePercent(read.at(0).at(0).toInt()), 25);
+}

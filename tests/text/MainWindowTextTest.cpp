@@ -1,0 +1,48 @@
+#include "app/widgets/MediaStation.h"
+#include "app/widgets/frmClipquill.h"
+#include "library/playback/MediaPlayer.h"
+#include "library/playback/widgets/PlayerControls.h"
+#include "library/playback/widgets/VideoPlayerWidget.h"
+#include "support/TestAppFolder.h"
+#include "text/TextListFile.h"
+#include "text/widgets/TextFrame.h"
+
+#include <QListWidget>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+TEST(MainWindowText, TextListStartsFromTheFileAndDeletionsReachIt) {
+    test::TestAppFolder app;
+    frmClipquill w(WindowlessStartup::run(app.path(), XdgFolders::fromDesktop()));
+    w.show();
+    ASSERT_NE(w.media().fraText(), nullptr);
+    EXPECT_EQ(w.media().fraText()->entries(), DefaultTextList());
+    QListWidget* list = w.findChild<QListWidget*>("lstText");
+    ASSERT_NE(list, nullptr);
+    list->setCurrentRow(2);
+    QTest::keyClick(list, Qt::Key_Delete);
+    QStringList expected = DefaultTextList();
+    expected.removeAt(2);
+    EXPECT_EQ(LoadTextList(app.file("System/TTS.txt")), expected);
+    EXPECT_EQ(w.textList(), expected);
+}
+
+TEST(MainWindowText, TabControlsDriveTheirPlayersAndRememberTheLastOneUsed) {
+    test::TestAppFolder app;
+    frmClipquill w(WindowlessStartup::run(app.path(), XdgFolders::fromDesktop()));
+    EXPECT_EQ(w.media().WMPAudio(0), w.media().WindowsMediaPlayer1()->player());
+    EXPECT_NE(w.media().WMPAudio(2), nullptr);
+    EXPECT_EQ(w.media().WMPAudio(4), nullptr) << "the text tab speaks, it plays nothing";
+    PlayerControls* pictures = w.media().playerControls(2);
+    pictures->cmdMute_Click();
+    EXPECT_TRUE(w.media().WMPAudio(2)->mute());
+    EXPECT_FALSE(w.media().WMPAudio(3)->mute());
+    QTest::mouseClick(pictures, Qt::LeftButton);
+    EXPECT_EQ(w.media().lastAudioPlayerIndex(), 2);
+    PlayerControls* text = w.media().playerControls(4);
+    text->cmdMute_Click(); // silences the voice; no player, no error
+    EXPECT_TRUE(text->muted());
+}

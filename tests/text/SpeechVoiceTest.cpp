@@ -1,0 +1,47 @@
+#include "text/widgets/SpeechVoice.h"
+
+#include <QSignalSpy>
+#include <QTest>
+#include <QTextToSpeech>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+TEST(SpeechVoice, WithoutAnEngineSpeakingIsSilentAndStopIsHarmless) {
+    SpeechVoice voice(QStringLiteral("no-such-engine"));
+    QSignalSpy spy(&voice, &SpeechVoice::speakingChanged);
+    EXPECT_FALSE(voice.hasVoice());
+    voice.SpeakText("Hello");
+    voice.StopSpeaking();
+    EXPECT_FALSE(voice.isSpeaking());
+    EXPECT_EQ(voice.queuedCount(), 0);
+    EXPECT_TRUE(spy.isEmpty());
+}
+
+TEST(SpeechVoice, FliteSpeaksQueuesAndStops) {
+    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
+        GTEST_SKIP() << "no test sound server";
+    if (!QTextToSpeech::availableEngines().contains("flite"))
+        GTEST_SKIP() << "flite engine not installed";
+    SpeechVoice voice(QStringLiteral("flite"));
+    ASSERT_TRUE(voice.hasVoice());
+    QSignalSpy spy(&voice, &SpeechVoice::speakingChanged);
+
+    voice.SpeakText("One.");
+    voice.SpeakText("Two.");
+    EXPECT_TRUE(voice.isSpeaking());
+    EXPECT_EQ(voice.queuedCount(), 1);
+    // Both texts are spoken in turn, then the voice rests.
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !voice.isSpeaking(); }, 20000));
+    EXPECT_EQ(voice.queuedCount(), 0);
+    ASSERT_EQ(spy.size(), 2);
+    EXPECT_TRUE(spy.at(0).at(0).toBool());
+    EXPECT_FALSE(spy.at(1).at(0).toBool());
+
+    voice.SpeakText("A longer sentence that is stopped before it ends.");
+    voice.SpeakText("Never spoken.");
+    voice.StopSpeaking();
+    EXPECT_FALSE(voice.isSpeaking());
+    EXPECT_EQ(voice.queuedCount(), 0);
+}

@@ -1,0 +1,208 @@
+#include "ModalHelper.h"
+#include "platform/TextFiles.h"
+#include "platform/TextHelpers.h"
+#include "text/TextListFile.h"
+#include "text/widgets/TextDisplaySurface.h"
+#include "text/widgets/TextFrame.h"
+#include "text/widgets/frmDisplayText.h"
+#include "text/widgets/frmSendText.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLabel>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+using cq::test::WhenShown;
+
+namespace {
+
+template <typename T> T* Child(QWidget* parent, const char* name) {
+    T* child = parent->findChild<T*>(QString::fromLatin1(name));
+    EXPECT_NE(child, nullptr) << name;
+    return child;
+}
+
+// Clicks a button after the current event has been handled, so a modal window it opens does
+// not run inside the helper's timer.
+void ClickLater(QWidget* window, const char* name) {
+    QPushButton* button = Child<QPushButton>(window, name);
+    QTimer::singleShot(0, button, [button] { QTest::mouseClick(button, Qt::LeftButton); });
+}
+
+struct TextFrameFixture : ::testing::Test {
+    QTemporaryDir dir;
+    QString file = dir.filePath("TTS.txt");
+    StudioSettings studio;
+    TextFrame frame{studio, nullptr, file, {"alpha", "beta", "gamma"}};
+    QListWidget* list = frame.lstText();
+};
+
+} // namespace
+
+TEST_F(TextFrameFixture, DeleteKeyRemovesTheSelectedEntryAndSavesTheList) {
+    QTest::keyClick(list, Qt::Key_Delete);
+    EXPECT_FALSE(QFile::exists(file)) << "nothing selected, nothing written";
+
+    list->setCurrentRow(1);
+    QTest::keyClick(list, Qt::Key_Delete);
+    EXPECT_EQ(frame.entries(), QStringList({"alpha", "gamma"}));
+    EXPECT_EQ(ReadFileToBytes(file), EncodeTextList({"alpha", "gamma"}));
+
+    list->setCurrentRow(0);
+    QTest::keyClick(list, Qt::Key_A);
+    EXPECT_EQ(frame.entries().size(), 2);
+
+    for (int i = 0; i < 2; ++i) {
+        list->setCurrentRow(0);
+        QTest::keyClick(list, Qt::Key_Delete);
+    }
+    EXPECT_EQ(ReadFileToBytes(file), QByteArray("\r\n"));
+    EXPECT_TRUE(LoadTextList(file).isEmpty());
+}
+
+TEST_F(TextFrameFixture, EditedEntryTypedOverTwoLinesIsJoinedAndSaved) {
+    list->setCurrentRow(1);
+    bool sawDisplay = false;
+    WhenShown("frmSendText", [](QWidget* dialog) {
+        EXPECT_EQ(Child<QPlainTextEdit>(dialog, "txtMsg")->toPlainText(), "beta");
+        Child<QPlainTextEdit>(dialog, "txtMsg")->setPlainText("Hello\nWorld");
+        ClickLater(dialog, "lblPreview_1");
+    });
+    // Save shows the text once over the whole screen; a click closes it early.
+    WhenShown("frmDisplayText", [&sawDisplay](QWidget* display) {
+        sawDisplay = true;
+        auto* surface = display->findChild<TextDisplaySurface*>("picDisplay");
+        QTimer::singleShot(50, surface, [surface] { QTest::mouseClick(surface, Qt::LeftButton); });
+    });
+    frame.lstText_DblClick();
+    EXPECT_TRUE(sawDisplay);
+    EXPECT_FALSE(studio.gblnCancel);
+    EXPECT_EQ(studio.gstrCurrentText, "HelloWorld");
+    EXPECT_EQ(frame.entries(), QStringList({"alpha", "HelloWorld", "gamma"}));
+    EXPECT_EQ(LoadTextList(file), frame.entries());
+}
+
+TEST_F(TextFrameFixture, CancelledEditChangesNothing) {
+    list->setCurrentRow(0);
+    WhenShown("frmSendText", [](QWidget* dialog) {
+        Child<QPlainTextEdit>(dialog, "txtMsg")->setPlainText("changed");
+        ClickLater(dialog, "lblPreview_2");
+    });
+    frame.lstText_DblClick();
+    EXPECT_TRUE(studio.gblnCancel);
+    EXPECT_EQ(frame.entries(), QStringList({"alpha", "beta", "gamma"}));
+    EXPECT_FALSE(QFile::exists(file));
+}
+
+TEST_F(TextFrameFixture, WholeListEditorStoresLinesAsCrLfAndSkipsBlankOnes) {
+    ASSERT_TRUE(SaveTextList(frame.entries(), file));
+    WhenShown("frmAddMultipleLinesOfText", [](QWidget* editor) {
+        auto* box = Child<QPlainTextEdit>(editor, "txtMultipleLinesOfText");
+        EXPECT_EQ(box->toPlainText(), "alpha\nbeta\ngamma\n");
+        box->setPlainText("one\n\ntwo\nthree");
+        ClickLater(editor, "cmdOK");
+    });
+    QTest::mouseClick(Child<QPushButton>(&frame, "cmdAddMultiLinesOfText"), Qt::LeftButton);
+    EXPECT_EQ(frame.entries(), QStringList({"one", "two", "three"}));
+    EXPECT_EQ(ReadFileToBytes(file),
+              InvertCharacters("one\r\n\r\ntwo\r\nthree") + QByteArray("\r\n"));
+
+    WhenShown("frmAddMultipleLinesOfText", [](QWidget* editor) {
+        Child<QPlainTextEdit>(editor, "txtMultipleLinesOfText")->setPlainText("lost");
+        EXPECT_EQ(Child<QPushButton>(editor, "cmdCancel")->text(), "&Cancel");
+        ClickLater(editor, "cmdCancel");
+    });
+    frame.cmdAddMultiLinesOfText_Click();
+    EXPECT_TRUE(studio.gblnCancel);
+    EXPECT_EQ(LoadTextList(file), QStringList({"one", "two", "three"}));
+}
+
+TEST_F(TextFrameFixture, ClickReportsTextAndOptionAndBigTextToggles) {
+    QSignalSpy clicked(&frame, &TextFrame::textClicked);
+    QSignalSpy sized(&frame, &TextFrame::listPointSizeChanged);
+    Child<QAbstractButton>(&frame, "optTextAndOrSpeech_2")->click();
+    const QRect row = list->visualItemRect(list->item(2));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row.center());
+    ASSERT_EQ(clicked.size(), 1);
+    EXPECT_EQ(clicked.at(0).at(0).toString(), "gamma");
+    EXPECT_EQ(clicked.at(0).at(1).toInt(), TextFrame::OptionBoth);
+    EXPECT_EQ(frame.selectedOptionCaption(), "Both");
+
+    auto* big = Child<QPushButton>(&frame, "cmdBigText");
+    EXPECT_EQ(big->toolTip(), "View Files in larger or smaller text");
+    EXPECT_EQ(big->text(), "+");
+    big->click();
+    EXPECT_EQ(big->text(), "-");
+    EXPECT_DOUBLE_EQ(list->font().pointSizeF(), 10.0);
+    big->click();
+    EXPECT_EQ(big->text(), "+");
+    EXPECT_DOUBLE_EQ(list->font().pointSizeF(), 8.25);
+    ASSERT_EQ(sized.size(), 2);
+    EXPECT_DOUBLE_EQ(sized.at(0).at(0).toDouble(), 10.0);
+}
+
+TEST(frmDisplayText, ShowsForItsDurationThenDropsLineBreaks) {
+    StudioSettings studio;
+    studio.gstrCurrentText = "Twenty characters\r\nx"; // 20 with the line break
+    frmDisplayText display(studio, nullptr);
+    QElapsedTimer clock;
+    clock.start();
+    display.exec();
+    EXPECT_EQ(display.displayMilliseconds(), 1200);
+    EXPECT_GE(clock.elapsed(), 1150);
+    EXPECT_EQ(studio.gstrCurrentText, "Twenty charactersx");
+    // The paragraph after the line break starts a line of its own.
+    const QStringList lines = display.surface()->layout().lines;
+    EXPECT_EQ(lines.last(), "x");
+    EXPECT_EQ(lines.join(QString()), "Twenty charactersx");
+}
+
+TEST(frmDisplayText, TooBigTextShowsTheMessageAndClosesAtOnce) {
+    StudioSettings studio;
+    while (studio.gstrCurrentText.size() < 10000)
+        studio.gstrCurrentText += QStringLiteral("word word\r\n");
+    const QString before = studio.gstrCurrentText;
+    frmDisplayText display(studio, nullptr);
+    display.resize(640, 480); // the screen of the test platform may be large
+    QString message;
+    WhenShown("msgTooBig", [&message](QWidget* box) {
+        message = static_cast<QMessageBox*>(box)->text();
+        QTimer::singleShot(0, box, [box] { static_cast<QMessageBox*>(box)->accept(); });
+    });
+    QElapsedTimer clock;
+    clock.start();
+    display.exec();
+    EXPECT_EQ(message, "Your message is too big.");
+    EXPECT_EQ(display.displayMilliseconds(), 80);
+    EXPECT_LT(clock.elapsed(), 1000);
+    EXPECT_EQ(studio.gstrCurrentText, before);
+}
+
+TEST(frmSendText, EmptyTextNeitherPreviewsNorSaves) {
+    StudioSettings studio;
+    studio.gblnCancel = true;
+    frmSendText dialog(studio, nullptr);
+    EXPECT_FALSE(studio.gblnCancel) << "opening clears the cancel flag";
+    EXPECT_EQ(dialog.windowTitle(), "Send Text");
+    EXPECT_EQ(Child<QLabel>(&dialog, "Label1")->text(), "Type your message here:");
+    dialog.show();
+    bool displayed = false;
+    WhenShown("frmDisplayText", [&displayed](QWidget* w) {
+        displayed = true;
+        w->close();
+    });
+    QTest::mouseClick(Child<QPushButton>(&dialog, "lblPreview_0"), Qt::LeftButton);
+    QTest::mouseClick(Child<QPushButton>(&dialog, "lblPreview_1"), Qt::LeftButton);
+    QTest::qWait(100);
+    EXPECT_FALSE(displayed);
+    EXPECT_TRUE(dialog.isVisible());
+}
