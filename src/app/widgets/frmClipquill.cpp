@@ -5,6 +5,7 @@
 #include "library/playback/MasterVolume.h"
 #include "library/playback/MediaPlayer.h"
 #include "library/playback/widgets/PlayerControls.h"
+#include "library/playback/widgets/PlayerTransport.h"
 #include "library/playback/widgets/VideoPlayerWidget.h"
 #include "library/playback/widgets/VolumeLevelsPanel.h"
 #include "platform/Folders.h"
@@ -138,7 +139,9 @@ void frmClipquill::buildMediaPlayers() {
         if (state == static_cast<int>(PlayState::Stopped))
             m_WindowsMediaPlayer1->player()->stop();
     });
+    m_videoTransport = new PlayerTransport(m_WindowsMediaPlayer1->player(), m_mediaArea);
     m_mediaArea->layout()->addWidget(m_fraText);
+    m_mediaArea->layout()->addWidget(m_videoTransport);
     m_mediaArea->layout()->addWidget(m_volumeLevels);
 }
 

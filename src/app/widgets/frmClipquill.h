@@ -21,6 +21,7 @@ class KeepAwake;
 class MasterVolume;
 class MediaPlayer;
 class PlayerControls;
+class PlayerTransport;
 class SpeechVoice;
 class TextDisplaySurface;
 class TextFrame;
@@ -48,6 +49,7 @@ public:
     VideoPlayerWidget* WindowsMediaPlayer1() const { return m_WindowsMediaPlayer1; }
     MediaPlayer* RecordedAudioPlayBackWMP() const { return m_RecordedAudioPlayBackWMP; }
     VolumeLevelsPanel* volumeLevels() const { return m_volumeLevels; }
+    PlayerTransport* videoTransport() const { return m_videoTransport; }
     // The player of media tab i: the video player for 0, otherwise WMPAudio(i).
     MediaPlayer* WMPAudio(int index) const;
     // The sound controls of media tab i, wired to its player (the voice for the text tab).
@@ -95,6 +97,7 @@ private:
     MediaPlayer* m_RecordedAudioPlayBackWMP = nullptr;
     MasterVolume* m_masterVolume = nullptr;
     VolumeLevelsPanel* m_volumeLevels = nullptr;
+    PlayerTransport* m_videoTransport = nullptr;
     MediaPlayer* m_WMPAudio[8] = {};
     int m_lastAudioPlayerIndex = 0;
 };
