@@ -1,4 +1,8 @@
 #include "text/widgets/SpeechVoice.h"
+#include "ModalHelper.h"
+#include "app/StudioSettings.h"
+#include "text/widgets/TextDisplaySurface.h"
+#include "text/widgets/frmDisplayText.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -42,6 +46,27 @@ TEST(SpeechVoice, FliteSpeaksQueuesAndStops) {
     voice.SpeakText("A longer sentence that is stopped before it ends.");
     voice.SpeakText("Never spoken.");
     voice.StopSpeaking();
+    EXPECT_FALSE(voice.isSpeaking());
+    EXPECT_EQ(voice.queuedCount(), 0);
+}
+
+TEST(SpeechVoice, ClickOnTheDisplaySilencesTheVoice) {
+    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
+        GTEST_SKIP() << "no test sound server";
+    if (!QTextToSpeech::availableEngines().contains("flite"))
+        GTEST_SKIP() << "flite engine not installed";
+    SpeechVoice voice(QStringLiteral("flite"));
+    StudioSettings studio;
+    studio.gstrCurrentText =
+        "This sentence is long enough to be still spoken when the click comes.";
+    voice.SpeakText(studio.gstrCurrentText);
+    voice.SpeakText("And this one waits.");
+    frmDisplayText display(studio, &voice);
+    cq::test::WhenShown("frmDisplayText", [](QWidget* w) {
+        auto* surface = w->findChild<TextDisplaySurface*>("picDisplay");
+        QTimer::singleShot(100, surface, [surface] { QTest::mouseClick(surface, Qt::LeftButton); });
+    });
+    display.exec();
     EXPECT_FALSE(voice.isSpeaking());
     EXPECT_EQ(voice.queuedCount(), 0);
 }

@@ -206,3 +206,18 @@ TEST(frmSendText, EmptyTextNeitherPreviewsNorSaves) {
     EXPECT_FALSE(displayed);
     EXPECT_TRUE(dialog.isVisible());
 }
+
+TEST(TextDisplaySurface, SavesWhatItShowsAsBmp) {
+    QTemporaryDir dir;
+    TextDisplaySurface surface;
+    surface.resize(320, 240);
+    EXPECT_FALSE(surface.savePicture(dir.filePath("empty.bmp"))) << "nothing drawn yet";
+    ASSERT_TRUE(surface.Preview("Doh!"));
+    const QString file = dir.filePath("Text 1 'x'.bmp");
+    ASSERT_TRUE(surface.savePicture(file));
+    EXPECT_TRUE(ReadFileToBytes(file).startsWith("BM"));
+    const QImage back(file, "BMP");
+    ASSERT_EQ(back.size(), QSize(320, 240));
+    EXPECT_EQ(back.convertToFormat(QImage::Format_RGB32), surface.picture());
+    EXPECT_FALSE(surface.savePicture(QString()));
+}

@@ -4,6 +4,7 @@
 #include "library/playback/MasterVolume.h"
 #include "library/playback/MediaPlayer.h"
 #include "library/playback/widgets/PlayerControls.h"
+#include "library/playback/widgets/PlayerTransport.h"
 #include "library/playback/widgets/VideoPlayerWidget.h"
 #include "library/playback/widgets/VolumeLevelsPanel.h"
 #include "library/widgets/DisplayPlace.h"
@@ -33,6 +34,7 @@ MediaStation::MediaStation(const AppPaths& paths, DirectorySettings& settings,
     placeInBrowser();
     wireDisplay();
     mediaArea->layout()->addWidget(m_browser);
+    mediaArea->layout()->addWidget(m_videoTransport);
     mediaArea->layout()->addWidget(m_volumeLevels);
     m_browser->pointFoldersAtSettings();
 }
@@ -46,6 +48,7 @@ void MediaStation::buildPlayers(QWidget* mediaArea, QWidget* displayParent) {
     m_WindowsMediaPlayer1 = new VideoPlayerWidget(displayParent);
     m_picDisplay = new TextDisplaySurface(displayParent);
     m_volumeLevels = new VolumeLevelsPanel(m_RecordedAudioPlayBackWMP, m_masterVolume, mediaArea);
+    m_videoTransport = new PlayerTransport(m_WindowsMediaPlayer1->player(), mediaArea);
     // The replayed voice ends: the video shown with it stops too.
     connect(m_RecordedAudioPlayBackWMP, &MediaPlayer::playStateChange, this, [this](int state) {
         if (state == static_cast<int>(PlayState::Stopped))

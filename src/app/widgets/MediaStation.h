@@ -16,6 +16,7 @@ class MasterVolume;
 class MediaBrowser;
 class MediaPlayer;
 class PlayerControls;
+class PlayerTransport;
 class SpeechVoice;
 class TextDisplaySurface;
 class TextFrame;
@@ -35,6 +36,7 @@ public:
     MediaBrowser& mediaBrowser() const { return *m_browser; }
     DisplayPlace& displayPlace() const { return *m_display; }
     VolumeLevelsPanel* volumeLevels() const { return m_volumeLevels; }
+    PlayerTransport* videoTransport() const { return m_videoTransport; }
     SpeechVoice* vox() const { return m_vox; }
     TextFrame* fraText() const { return m_fraText; }
     TextDisplaySurface* picDisplay() const { return m_picDisplay; }
@@ -65,6 +67,7 @@ private:
     MediaPlayer* m_RecordedAudioPlayBackWMP = nullptr;
     MasterVolume* m_masterVolume = nullptr;
     VolumeLevelsPanel* m_volumeLevels = nullptr;
+    PlayerTransport* m_videoTransport = nullptr;
     MediaPlayer* m_WMPAudio[8] = {};
     PlayerControls* m_controls[8] = {};
     int m_lastAudioPlayerIndex = 0;

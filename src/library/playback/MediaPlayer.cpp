@@ -49,6 +49,10 @@ MediaPlayer::MediaPlayer(QObject* parent)
             Qt::QueuedConnection);
     connect(m_player, &QMediaPlayer::mediaStatusChanged, this, &MediaPlayer::updatePlayState,
             Qt::QueuedConnection);
+    connect(m_player, &QMediaPlayer::positionChanged, this,
+            [this](qint64 ms) { emit positionTick(ms / 1000.0); });
+    connect(m_player, &QMediaPlayer::durationChanged, this,
+            [this](qint64 ms) { emit durationChanged(ms / 1000.0); });
 }
 
 void MediaPlayer::setURL(const QString& url) {

@@ -68,6 +68,9 @@ signals:
     void positionChange(double oldPosition, double newPosition);
     void click();
     void fullScreenChanged(bool fullScreen);
+    // Playback progress, for a position bar (not a user move: see positionChange).
+    void positionTick(double seconds);
+    void durationChanged(double seconds);
 
 private:
     void updatePlayState();

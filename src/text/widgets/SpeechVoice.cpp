@@ -1,6 +1,7 @@
 #include "text/widgets/SpeechVoice.h"
 
 #include <QTextToSpeech>
+#include <QTimer>
 
 namespace cq {
 
@@ -37,14 +38,33 @@ void SpeechVoice::SpeakText(const QString& text) {
         speakNext();
 }
 
+int SpeechVoice::synthesisMilliseconds(const QString& text) {
+    return 200 + 3 * static_cast<int>(text.size());
+}
+
 void SpeechVoice::StopSpeaking() {
     m_queue.clear();
-    if (m_tts && m_tts->state() == QTextToSpeech::Speaking)
-        m_tts->stop();
+    if (m_tts && m_speaking) {
+        const qint64 wait = m_synthesisMs - m_sinceSay.elapsed();
+        const bool alreadyPending = m_stopPending;
+        m_stopPending = true;
+        if (wait <= 0)
+            stopEngine();
+        else if (!alreadyPending)
+            QTimer::singleShot(static_cast<int>(wait), this, &SpeechVoice::stopEngine);
+    }
     if (m_speaking) {
         m_speaking = false;
         emit speakingChanged(false);
     }
+}
+
+void SpeechVoice::stopEngine() {
+    if (!m_stopPending)
+        return; // a new text took over since the stop was asked for
+    m_stopPending = false;
+    if (m_tts && m_tts->state() == QTextToSpeech::Speaking)
+        m_tts->stop();
 }
 
 void SpeechVoice::speakNext() {
@@ -55,6 +75,9 @@ void SpeechVoice::speakNext() {
         m_speaking = true;
         emit speakingChanged(true);
     }
+    m_stopPending = false;
+    m_sinceSay.start();
+    m_synthesisMs = synthesisMilliseconds(text);
     m_tts->say(text);
 }
 

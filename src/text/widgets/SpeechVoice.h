@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -32,10 +33,19 @@ signals:
 private:
     void onStateChanged(int state);
     void speakNext();
+    void stopEngine();
+
+    // The flite engine of Qt 6.4 crashes when stopped while it is still synthesising a text
+    // (it frees its audio output under the synthesis thread), so the stop waits until the
+    // synthesis of the text being spoken has had time to end.
+    static int synthesisMilliseconds(const QString& text);
 
     QPointer<QTextToSpeech> m_tts;
     QStringList m_queue;
     bool m_speaking = false;
+    QElapsedTimer m_sinceSay;
+    int m_synthesisMs = 0;
+    bool m_stopPending = false;
 };
 
 } // namespace cq

@@ -1,7 +1,7 @@
 #include "library/playback/MediaPlayer.h"
+#include "ToneWav.h"
 #include "library/playback/MasterVolume.h"
 #include "library/playback/VolumeSliderMath.h"
-#include "platform/WavFormat.h"
 
 #include <QFile>
 #include <QProcess>
@@ -19,23 +19,6 @@ namespace {
 
 bool HaveTestAudio() {
     return !qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO");
-}
-
-// Half a second of a 440 Hz tone, 16-bit mono.
-QString WriteToneWav(const QTemporaryDir& dir) {
-    const int rate = 44100;
-    const int samples = rate / 2;
-    QByteArray data(samples * 2, Qt::Uninitialized);
-    for (int i = 0; i < samples; ++i) {
-        const auto v = static_cast<qint16>(8000 * std::sin(2 * M_PI * 440 * i / rate));
-        data[2 * i] = static_cast<char>(v & 0xFF);
-        data[2 * i + 1] = static_cast<char>((v >> 8) & 0xFF);
-    }
-    const QString path = dir.filePath("tone 'a' $x.wav");
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(WavHeader(rate, 1, 16, static_cast<quint32>(data.size())) + data);
-    return path;
 }
 
 } // namespace
@@ -76,7 +59,7 @@ TEST(MediaPlayer, ShortWavPlaysToItsEndThenRestsStopped) {
     if (!HaveTestAudio())
         GTEST_SKIP() << "no test sound server";
     QTemporaryDir dir;
-    const QString wav = WriteToneWav(dir);
+    const QString wav = test::WriteToneWav(dir.path(), 0.5);
     MediaPlayer player;
     QList<int> states;
     QObject::connect(&player, &MediaPlayer::playStateChange, &player,

@@ -1,6 +1,8 @@
+#include "ToneWav.h"
 #include "library/playback/MediaPlayer.h"
 #include "library/playback/widgets/MixerButton.h"
 #include "library/playback/widgets/PlayerControls.h"
+#include "library/playback/widgets/PlayerTransport.h"
 #include "library/playback/widgets/VideoPlayerWidget.h"
 #include "library/playback/widgets/VolumeSlider.h"
 
@@ -10,6 +12,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSlider>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QVideoFrame>
@@ -151,4 +154,32 @@ TEST(VideoPlayerWidget, PlaysAVideoIntoItsFrames) {
     EXPECT_EQ(frameSize, QSize(320, 240));
     EXPECT_EQ(video.player()->playState(), static_cast<int>(PlayState::Playing));
     EXPECT_NEAR(video.player()->duration(), 2.0, 0.1);
+}
+
+TEST(PlayerTransport, MovingTheBarIsTheUsersPositionChange) {
+    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
+        GTEST_SKIP() << "no test sound server";
+    QTemporaryDir dir;
+    MediaPlayer player;
+    PlayerTransport transport(&player);
+    auto* playPause = transport.findChild<QPushButton*>("cmdPlayPause");
+    ASSERT_NE(playPause, nullptr);
+    QSignalSpy moved(&player, &MediaPlayer::positionChange);
+    player.setURL(test::WriteToneWav(dir.path(), 3.0));
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return player.playState() == int(PlayState::Playing) && player.duration() > 2.9; },
+        10000));
+    EXPECT_EQ(playPause->text(), "Pause");
+    playPause->click();
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return player.playState() == int(PlayState::Paused); }, 5000));
+    EXPECT_EQ(playPause->text(), "Play");
+    EXPECT_TRUE(moved.isEmpty()) << "playing on is no position change";
+
+    QSlider* bar = transport.positionBar();
+    const int before = bar->value();
+    QTest::keyClick(bar, Qt::Key_PageUp);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !moved.isEmpty(); }, 2000));
+    EXPECT_NEAR(moved.at(0).at(1).toDouble(), (before + 1000) / 1000.0, 0.05);
+    EXPECT_EQ(PlayerTransport::timeText(65.9), "1:05");
 }

@@ -1,0 +1,89 @@
+#include "library/playback/widgets/PlayerTransport.h"
+
+#include "library/playback/MediaPlayer.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QSlider>
+#include <QTimer>
+
+#include <cmath>
+
+namespace cq {
+
+PlayerTransport::PlayerTransport(MediaPlayer* player, QWidget* parent)
+    : QWidget(parent), m_player(player) {
+    setObjectName(QStringLiteral("playerTransport"));
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_cmdPlayPause = new QPushButton(QStringLiteral("Play"), this);
+    m_cmdPlayPause->setObjectName(QStringLiteral("cmdPlayPause"));
+    m_cmdPlayPause->setToolTip(QStringLiteral("Play or pause"));
+    m_sldPosition = new QSlider(Qt::Horizontal, this);
+    m_sldPosition->setObjectName(QStringLiteral("sldPosition"));
+    m_sldPosition->setAccessibleName(QStringLiteral("Position"));
+    m_sldPosition->setToolTip(QStringLiteral("Play position"));
+    m_sldPosition->setPageStep(1000);
+    m_sldPosition->setSingleStep(100);
+    m_lblTime = new QLabel(timeText(0), this);
+    m_lblTime->setObjectName(QStringLiteral("lblPlayTime"));
+    layout->addWidget(m_cmdPlayPause);
+    layout->addWidget(m_sldPosition, 1);
+    layout->addWidget(m_lblTime);
+
+    connect(m_cmdPlayPause, &QPushButton::clicked, this, &PlayerTransport::cmdPlayPause_Click);
+    connect(m_sldPosition, &QSlider::sliderReleased, this, &PlayerTransport::seekToBar);
+    connect(m_sldPosition, &QSlider::actionTriggered, this, [this](int action) {
+        // Keys and clicks on the groove move the bar after this signal; a drag seeks on release.
+        if (action != QAbstractSlider::SliderMove)
+            QTimer::singleShot(0, this, &PlayerTransport::seekToBar);
+    });
+    if (m_player) {
+        connect(m_player, &MediaPlayer::positionTick, this, &PlayerTransport::showPosition);
+        connect(m_player, &MediaPlayer::durationChanged, this, &PlayerTransport::showDuration);
+        connect(m_player, &MediaPlayer::playStateChange, this, &PlayerTransport::showState);
+        showDuration(m_player->duration());
+    }
+}
+
+QString PlayerTransport::timeText(double seconds) {
+    const int whole = static_cast<int>(std::floor(std::max(0.0, seconds)));
+    return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QChar(u'0'));
+}
+
+void PlayerTransport::cmdPlayPause_Click() {
+    if (!m_player)
+        return;
+    if (m_player->playState() == static_cast<int>(PlayState::Playing))
+        m_player->pause();
+    else
+        m_player->play();
+}
+
+void PlayerTransport::seekToBar() {
+    if (m_player && m_duration > 0)
+        m_player->setCurrentPosition(m_sldPosition->value() / 1000.0);
+}
+
+void PlayerTransport::showPosition(double seconds) {
+    if (!m_sldPosition->isSliderDown())
+        m_sldPosition->setValue(static_cast<int>(seconds * 1000));
+    m_lblTime->setText(timeText(seconds) + QStringLiteral(" / ") + timeText(m_duration));
+}
+
+void PlayerTransport::showDuration(double seconds) {
+    m_duration = std::max(0.0, seconds);
+    m_sldPosition->setRange(0, static_cast<int>(m_duration * 1000));
+    m_sldPosition->setEnabled(m_duration > 0);
+    m_lblTime->setText(timeText(m_player ? m_player->currentPosition() : 0) +
+                       QStringLiteral(" / ") + timeText(m_duration));
+}
+
+void PlayerTransport::showState(int playState) {
+    m_cmdPlayPause->setText(playState == static_cast<int>(PlayState::Playing)
+                                ? QStringLiteral("Pause")
+                                : QStringLiteral("Play"));
+}
+
+} // namespace cq
