@@ -60,6 +60,8 @@ void PicturesWebPage::writePage(bool cancelled, const QStringList& failedPicture
         return;
     }
     MakeFolderPath(QFileInfo(m_paths.gstrPicturesPageFileSpec).absolutePath());
+    // The folder of the newest request, even when a cancel stopped it before it began.
+    m_thumbnailFolder = ThumbnailFolderFor(m_paths.gstrSmallPicsDirectory, m_folder);
     SaveTextToFile(BuildThumbnailPage(m_folder, m_entries, m_thumbnailFolder),
                    m_paths.gstrPicturesPageFileSpec);
     emit pageWritten(cancelled, failedPictures);

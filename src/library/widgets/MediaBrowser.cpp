@@ -44,6 +44,8 @@ MediaBrowser::MediaBrowser(const AppPaths& paths, DirectorySettings& settings,
     }
     for (int column = 0; column < 4; ++column)
         grid->setColumnStretch(column, 1);
+    grid->setRowStretch(0, 1);
+    grid->setRowStretch(1, 1);
     m_stack->addWidget(m_grid);
 
     m_pics = new PageViewer(this);

@@ -19,17 +19,31 @@ namespace cq {
 
 namespace {
 const QString kUp = QStringLiteral("..");
-}
+
+// A heading of two lines at most. Its height does not follow its width, so that the grid of
+// tabs keeps equal rows whatever the lists below it show.
+class TabHeading : public QLabel {
+public:
+    using QLabel::QLabel;
+    bool hasHeightForWidth() const override { return false; }
+    QSize sizeHint() const override { return {1, 2 * fontMetrics().lineSpacing() + 2}; }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+};
+} // namespace
 
 MediaTab::MediaTab(int index, const QString& heading, QWidget* parent)
     : QFrame(parent), m_index(index) {
     setObjectName(QStringLiteral("fraTab_%1").arg(index));
     setFrameShape(QFrame::StyledPanel);
+    // Every tab gets the same share of the browser, whatever its lists hold.
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    setMinimumSize(110, 160);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->setSpacing(3);
 
-    m_heading = new QLabel(heading, this);
+    m_heading = new TabHeading(heading, this);
+    m_heading->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_heading->setObjectName(QStringLiteral("lblHeading_%1").arg(index));
     m_heading->setWordWrap(true);
     QFont bold = m_heading->font();
@@ -46,6 +60,8 @@ MediaTab::MediaTab(int index, const QString& heading, QWidget* parent)
         m_drive->setObjectName(QStringLiteral("Drive1_%1").arg(index));
         m_drive->setAccessibleName(QStringLiteral("Drive"));
         m_drive->setToolTip(QStringLiteral("Mounted volumes"));
+        m_drive->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        m_drive->setMinimumContentsLength(6);
         fillDrives();
         connect(m_drive, &QComboBox::activated, this, &MediaTab::Drive1_Change);
 
@@ -59,6 +75,9 @@ MediaTab::MediaTab(int index, const QString& heading, QWidget* parent)
         m_file->setObjectName(QStringLiteral("File1_%1").arg(index));
         m_file->setAccessibleName(heading + QStringLiteral(" files"));
         m_file->setUniformItemSizes(true); // large folders lay out without measuring each row
+        // Small minimums, so that showing the folder pane does not resize the browser's rows.
+        m_file->setMinimumHeight(40);
+        m_dir->setMinimumHeight(40);
         connect(m_file, &QListWidget::itemClicked, this, &MediaTab::onFileChosen);
         m_file->installEventFilter(this);
 
@@ -70,10 +89,16 @@ MediaTab::MediaTab(int index, const QString& heading, QWidget* parent)
             QStringLiteral("Open the File Manager Folder to this Directory"));
         connect(m_cmdOpenFolder, &QPushButton::clicked, this, &MediaTab::cmdOpenFolder_Click);
 
+        m_pathLabel = new QLabel(this);
+        m_pathLabel->setObjectName(QStringLiteral("lblPath_%1").arg(index));
+        m_pathLabel->setMinimumWidth(1);
+
         m_body->addWidget(m_drive);
+        m_body->addWidget(m_pathLabel);
         m_body->addWidget(m_dir, 1);
         m_body->addWidget(m_file, 2);
         m_drive->hide();
+        m_pathLabel->hide();
         m_dir->hide();
         m_cmdOpenFolder->hide();
     }
@@ -154,6 +179,8 @@ bool MediaTab::Dir1_Change(const QString& path) {
     m_file->addItems(ListMediaFiles(folder));
     m_file->setToolTip(folder);
     m_dir->setToolTip(folder);
+    m_pathLabel->setText(QDir(folder).dirName().isEmpty() ? folder : QDir(folder).dirName());
+    m_pathLabel->setToolTip(folder);
     selectDriveFor(folder);
     emit folderChanged(m_index, folder);
     return true;
@@ -207,6 +234,7 @@ void MediaTab::cmdView_Click() {
     m_paneState = m_paneState == 1 ? 0 : 1;
     const bool shown = m_paneState == 1;
     m_drive->setVisible(shown);
+    m_pathLabel->setVisible(shown);
     m_dir->setVisible(shown);
     m_cmdOpenFolder->setVisible(shown);
 }

@@ -58,6 +58,7 @@ private:
     QString m_path;
     QLabel* m_heading = nullptr;
     QComboBox* m_drive = nullptr;
+    QLabel* m_pathLabel = nullptr; // the name of the folder shown
     QListWidget* m_dir = nullptr;
     QListWidget* m_file = nullptr;
     QPushButton* m_cmdView = nullptr;
