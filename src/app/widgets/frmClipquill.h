@@ -18,6 +18,7 @@ class QVBoxLayout;
 namespace cq {
 
 class KeepAwake;
+class RenderPanel;
 
 // The studio's main window. It owns the program's state (paths, directory settings, studio
 // settings, recording state) and hands it to the subsystems it assembles.
@@ -34,6 +35,7 @@ public:
     const QStringList& textList() const { return m_textList; }
     WaitTimer& waitTimer() { return *m_wait; }
     KeepAwake& keepAwake() { return *m_keepAwake; }
+    RenderPanel& renderPanel() { return *m_renderPanel; }
 
     static QString windowTitleText();
 
@@ -60,6 +62,7 @@ private:
     QHBoxLayout* m_topBar = nullptr;
     QComboBox* m_cboVideoRes = nullptr;
     QPushButton* m_cmdSaveDirectories = nullptr;
+    RenderPanel* m_renderPanel = nullptr;
     QSplitter* m_splitter = nullptr;
     QWidget* m_mediaArea = nullptr;
     QStackedWidget* m_displayPlace = nullptr;
