@@ -224,6 +224,10 @@ RenderPlan BuildRenderPlan(const RenderInputs& in) {
         line += QStringLiteral(" -filter_complex ") + ShellQuote(graph) +
                 QStringLiteral(" -map 0:v -map '[mix]'");
     }
+    // The joined stream carries no timestamps after its first frame, and the ones ffmpeg
+    // guesses skip a frame at every piece boundary: number the frames afresh.
+    line += QStringLiteral(" -vf ") +
+            ShellQuote(QStringLiteral("setpts=N/(") + rate + QStringLiteral(")/TB"));
     line += QStringLiteral(" -r ") + rate + QStringLiteral(" -s ") + in.gstrVideoRes + u' ' +
             FfmpegDialect::FinalEncoderOptions() + QStringLiteral(" -y ") +
             ShellQuote(plan.partialOutput);
