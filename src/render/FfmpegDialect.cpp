@@ -41,7 +41,7 @@ QSize ParseFrameSize(const QString& gstrVideoRes) {
 }
 
 QString PieceEncoderOptions() {
-    return QStringLiteral("-an -c:v mpeg1video -q:v 3 -threads 1 -f mpeg1video");
+    return QStringLiteral("-an -c:v mpeg1video -q:v 3 -g 300 -threads 1 -f mpeg1video");
 }
 
 QString JoinedInputFormat() {

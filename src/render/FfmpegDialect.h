@@ -23,7 +23,8 @@ double FramesPerSecond(const QString& gstrFrameRate);
 QSize ParseFrameSize(const QString& gstrVideoRes);
 
 // The encoder settings of the joinable pieces: raw MPEG-1 video, which joins byte by byte
-// without any timestamps to repair, at a quality that survives the final conversion.
+// without any timestamps to repair, at a quality that survives the final conversion; long
+// groups of pictures, because most pieces are one still picture.
 QString PieceEncoderOptions();
 // The demuxer that reads the byte-joined pieces back.
 QString JoinedInputFormat();

@@ -121,7 +121,7 @@ void RenderJob::start() {
         auto* runner = new ToolRunner(this);
         runner->setKillGraceMilliseconds(500);
         m_runners << runner;
-        m_runnerSegment << -1;
+        m_runnerWork << QList<int>{};
         m_runnerOnBlack << false;
     }
     if (m_plan.audioOnly)
@@ -141,75 +141,110 @@ QString RenderJob::reuseKey(const RenderSegment& s) const {
 void RenderJob::startSegments() {
     m_phase = Phase::Segments;
     emit statusChanged(QStringLiteral("Rendering %1 pieces").arg(m_plan.segments.size()));
-    m_nextSegment = 0;
     m_framesDone = 0;
-    for (int i = 0; i < m_runners.size(); ++i)
-        startNextSegment(i);
-}
-
-void RenderJob::startNextSegment(int runnerIndex) {
-    while (m_nextSegment < m_plan.segments.size()) {
-        const RenderSegment& s = m_plan.segments[m_nextSegment];
-        const int index = int(m_nextSegment++);
-        const QString keyFile = m_in.workFolder + QStringLiteral("/%1.key").arg(s.number);
+    m_queue.clear();
+    QList<int> needed;
+    for (int i = 0; i < m_plan.segments.size(); ++i) {
+        const RenderSegment& s = m_plan.segments[i];
         if (pieceMade(s.piece) &&
-            ReadFileToString(keyFile) == reuseKey(s) + QStringLiteral("\r\n")) {
+            ReadFileToString(keyFileOf(s)) == reuseKey(s) + QStringLiteral("\r\n")) {
             log(QStringLiteral("piece %1 (%2) unchanged, reused").arg(s.number).arg(s.source));
             ++m_report.reusedPieces;
             m_framesDone += s.frames;
             continue;
         }
-        QFile::remove(keyFile);
+        QFile::remove(keyFileOf(s));
         QFile::remove(s.piece);
-        m_runnerSegment[runnerIndex] = index;
+        needed << i;
+    }
+    // Several pieces share one ffmpeg run, whose start-up costs more than a small piece; every
+    // core gets a run, and no run grows so long that the progress stands still.
+    const qsizetype runs = std::max<qsizetype>(1, m_runners.size());
+    const qsizetype batch =
+        std::clamp<qsizetype>((needed.size() + runs - 1) / runs, 1, kMaxPiecesPerRun);
+    for (qsizetype i = 0; i < needed.size(); i += batch)
+        m_queue << needed.mid(i, batch);
+    for (int i = 0; i < m_runners.size(); ++i)
+        startNextSegment(i);
+}
+
+void RenderJob::startNextSegment(int runnerIndex) {
+    if (!m_queue.isEmpty()) {
+        const QList<int> work = m_queue.takeFirst();
+        m_runnerWork[runnerIndex] = work;
         m_runnerOnBlack[runnerIndex] = false;
+        QList<RenderSegment> segments;
+        for (int i : work)
+            segments << m_plan.segments[i];
+        const QString line = work.size() == 1 ? segments.first().line : BatchLine(m_in, segments);
         ToolRunner* runner = m_runners[runnerIndex];
         runner->disconnect(this);
         connect(runner, &ToolRunner::finished, this,
                 [this, runnerIndex](const RunResult& r) { segmentFinished(runnerIndex, r); });
-        log(QStringLiteral("piece %1: %2").arg(s.number).arg(s.line));
-        if (!runner->startScript(s.line, scriptFile(runnerIndex)))
-            return; // finished() was emitted with the reason
+        QStringList numbers;
+        for (const RenderSegment& s : segments)
+            numbers << QString::number(s.number);
+        log(QStringLiteral("pieces %1: %2").arg(numbers.join(u','), line));
+        runner->startScript(line, scriptFile(runnerIndex));
         return;
     }
-    m_runnerSegment[runnerIndex] = -1;
-    if (m_nextSegment >= m_plan.segments.size() &&
-        std::all_of(m_runnerSegment.begin(), m_runnerSegment.end(), [](int i) { return i < 0; })) {
+    m_runnerWork[runnerIndex].clear();
+    if (std::all_of(m_runnerWork.begin(), m_runnerWork.end(),
+                    [](const QList<int>& w) { return w.isEmpty(); })) {
         setProgress(kSegmentsShare);
         startJoin();
     }
 }
 
 void RenderJob::segmentFinished(int runnerIndex, const RunResult& result) {
-    const int index = m_runnerSegment[runnerIndex];
-    if (index < 0)
+    const QList<int> work = m_runnerWork[runnerIndex];
+    if (work.isEmpty())
         return;
     if (m_cancelling) {
-        m_runnerSegment[runnerIndex] = -1;
+        m_runnerWork[runnerIndex].clear();
         if (std::none_of(m_runners.begin(), m_runners.end(),
                          [](ToolRunner* r) { return r->isRunning(); }))
             finish(RenderReport::Outcome::Cancelled, QStringLiteral("The render was cancelled."));
         return;
     }
-    const RenderSegment& s = m_plan.segments[index];
-    if (!result.ok() || !pieceMade(s.piece)) {
-        log(QStringLiteral("piece %1 failed: %2").arg(s.number).arg(result.errorText.trimmed()));
-        if (m_runnerOnBlack[runnerIndex] || s.kind == u"Black")
-            return finish(RenderReport::Outcome::Failed,
-                          QStringLiteral("Even black could not be rendered from \"%1\": %2")
-                              .arg(m_in.blackPicture, result.errorText.trimmed()));
-        // The item shows black for its time, so everything after it keeps its place.
-        m_report.failedItems << s.source;
-        m_runnerOnBlack[runnerIndex] = true;
-        log(QStringLiteral("piece %1 becomes black: %2").arg(s.number).arg(s.blackLine));
-        m_runners[runnerIndex]->startScript(s.blackLine, scriptFile(runnerIndex));
-        return;
+    QList<int> missing;
+    for (int i : work) {
+        const RenderSegment& s = m_plan.segments[i];
+        if (result.ok() && pieceMade(s.piece)) {
+            if (!m_runnerOnBlack[runnerIndex])
+                SaveTextToFile(reuseKey(s), keyFileOf(s));
+            m_framesDone += s.frames;
+        } else {
+            missing << i;
+        }
     }
-    if (!m_runnerOnBlack[runnerIndex])
-        SaveTextToFile(reuseKey(s), m_in.workFolder + QStringLiteral("/%1.key").arg(s.number));
-    m_framesDone += s.frames;
+    if (!missing.isEmpty()) {
+        log(QStringLiteral("run failed: %1").arg(result.errorText.trimmed()));
+        if (work.size() > 1) {
+            // One unreadable file fails the whole run: the pieces go again one by one, so
+            // only that file's piece is lost.
+            for (int i : missing)
+                m_queue.prepend({i});
+        } else {
+            const RenderSegment& s = m_plan.segments[missing.first()];
+            if (m_runnerOnBlack[runnerIndex] || s.kind == u"Black")
+                return finish(RenderReport::Outcome::Failed,
+                              QStringLiteral("Even black could not be rendered from \"%1\": %2")
+                                  .arg(m_in.blackPicture, result.errorText.trimmed()));
+            // The item shows black for its time, so everything after it keeps its place.
+            m_report.failedItems << s.source;
+            m_runnerOnBlack[runnerIndex] = true;
+            log(QStringLiteral("piece %1 becomes black: %2").arg(s.number).arg(s.blackLine));
+            m_runners[runnerIndex]->startScript(s.blackLine, scriptFile(runnerIndex));
+            return;
+        }
+    }
     setProgress(int(kSegmentsShare * m_framesDone / std::max<qint64>(1, m_plan.totalFrames)));
     startNextSegment(runnerIndex);
+}
+
+QString RenderJob::keyFileOf(const RenderSegment& s) const {
+    return m_in.workFolder + QStringLiteral("/%1.key").arg(s.number);
 }
 
 void RenderJob::startJoin() {

@@ -39,6 +39,7 @@ class RenderJob : public QObject {
 public:
     // Lengths of the result may differ from the voice by this much.
     static constexpr qint64 kToleranceMs = 200;
+    static constexpr qsizetype kMaxPiecesPerRun = 8;
 
     RenderJob(RenderInputs inputs, QString ffprobe, QString scriptFolder,
               QObject* parent = nullptr);
@@ -76,6 +77,7 @@ private:
     void log(const QString& line);
     QString scriptFile(int runnerIndex) const;
     QString reuseKey(const RenderSegment& s) const;
+    QString keyFileOf(const RenderSegment& s) const;
 
     RenderInputs m_in;
     RenderPlan m_plan;
@@ -83,9 +85,9 @@ private:
     QString m_ffprobe;
     QString m_scriptFolder;
     QList<ToolRunner*> m_runners;
-    QList<int> m_runnerSegment; // segment index each runner works on, -1 when idle
+    QList<QList<int>> m_queue;      // pieces still to make, by ffmpeg run
+    QList<QList<int>> m_runnerWork; // the pieces each runner is making; empty when idle
     QList<bool> m_runnerOnBlack;
-    qsizetype m_nextSegment = 0;
     qint64 m_framesDone = 0;
     int m_parallelism = 2;
     Phase m_phase = Phase::Idle;

@@ -51,34 +51,48 @@ QString PartialOutputOf(const QString& output) {
            (suffix.isEmpty() ? QString() : u'.' + suffix);
 }
 
-QString PictureSegmentLine(const RenderInputs& in, const QString& picture, qint64 frames,
-                           const QString& piece) {
-    const QString rate = FfmpegDialect::FrameRate(in.gstrFrameRate);
-    const QSize size = FfmpegDialect::ParseFrameSize(in.gstrVideoRes);
-    // The picture is decoded and scaled once, then its one frame repeated: looping the input
-    // would decode a large picture for every frame.
-    const QString filter = fitFilter(size) + QStringLiteral(",loop=loop=-1:size=1,setpts=N/(") +
-                           rate + QStringLiteral(")/TB");
-    return head(in.ffmpeg) + QStringLiteral(" -i ") + ShellQuote(picture) +
-           QStringLiteral(" -vf ") + ShellQuote(filter) + QStringLiteral(" -frames:v ") +
-           QString::number(frames) + QStringLiteral(" -r ") + rate + u' ' +
-           FfmpegDialect::PieceEncoderOptions() + QStringLiteral(" -y ") + ShellQuote(piece);
+namespace {
+
+QString segmentInput(const RenderSegment& s) {
+    QString input;
+    if (s.kind == u"Video" && s.begVideoAtMs > 0)
+        input += QStringLiteral("-ss ") + TimeCodeFromMs(s.begVideoAtMs) + u' ';
+    return input + QStringLiteral("-i ") + ShellQuote(s.source);
 }
 
-QString VideoSegmentLine(const RenderInputs& in, const QString& video, qint64 begVideoAtMs,
-                         qint64 frames, const QString& piece) {
+QString segmentOutput(const RenderInputs& in, const RenderSegment& s, int inputIndex) {
     const QString rate = FfmpegDialect::FrameRate(in.gstrFrameRate);
     const QSize size = FfmpegDialect::ParseFrameSize(in.gstrVideoRes);
-    // A video shorter than its time on screen holds its last picture.
-    const QString filter = QStringLiteral("fps=") + rate + u',' + fitFilter(size) +
-                           QStringLiteral(",tpad=stop=-1:stop_mode=clone");
+    QString filter;
+    if (s.kind == u"Video") {
+        // A video shorter than its time on screen holds its last picture.
+        filter = QStringLiteral("fps=") + rate + u',' + fitFilter(size) +
+                 QStringLiteral(",tpad=stop=-1:stop_mode=clone");
+    } else {
+        // The picture is decoded and scaled once, then its one frame repeated: looping the
+        // input would decode a large picture for every frame.
+        filter = fitFilter(size) + QStringLiteral(",loop=loop=-1:size=1,setpts=N/(") + rate +
+                 QStringLiteral(")/TB");
+    }
+    return QStringLiteral("-map %1:v -vf ").arg(inputIndex) + ShellQuote(filter) +
+           QStringLiteral(" -frames:v ") + QString::number(s.frames) + QStringLiteral(" -r ") +
+           rate + u' ' + FfmpegDialect::PieceEncoderOptions() + QStringLiteral(" -y ") +
+           ShellQuote(s.piece);
+}
+
+} // namespace
+
+QString SegmentLine(const RenderInputs& in, const RenderSegment& segment) {
+    return BatchLine(in, {segment});
+}
+
+QString BatchLine(const RenderInputs& in, const QList<RenderSegment>& segments) {
     QString line = head(in.ffmpeg);
-    if (begVideoAtMs > 0)
-        line += QStringLiteral(" -ss ") + TimeCodeFromMs(begVideoAtMs);
-    return line + QStringLiteral(" -i ") + ShellQuote(video) + QStringLiteral(" -vf ") +
-           ShellQuote(filter) + QStringLiteral(" -frames:v ") + QString::number(frames) +
-           QStringLiteral(" -r ") + rate + u' ' + FfmpegDialect::PieceEncoderOptions() +
-           QStringLiteral(" -y ") + ShellQuote(piece);
+    for (const RenderSegment& s : segments)
+        line += u' ' + segmentInput(s);
+    for (qsizetype i = 0; i < segments.size(); ++i)
+        line += u' ' + segmentOutput(in, segments[i], int(i));
+    return line;
 }
 
 QStringList JoinLines(const QStringList& pieces, const QString& workFolder,
@@ -164,10 +178,11 @@ RenderPlan BuildRenderPlan(const RenderInputs& in) {
         s.begVideoAtMs = begMs;
         s.eventCount = count;
         s.piece = in.workFolder + QStringLiteral("/%1.mpg").arg(s.number);
-        s.blackLine = PictureSegmentLine(in, in.blackPicture, frames, s.piece);
-        s.line = kind == u"Video"   ? VideoSegmentLine(in, source, begMs, frames, s.piece)
-                 : kind == u"Black" ? s.blackLine
-                                    : PictureSegmentLine(in, source, frames, s.piece);
+        s.line = SegmentLine(in, s);
+        RenderSegment black = s;
+        black.kind = QStringLiteral("Black");
+        black.source = in.blackPicture;
+        s.blackLine = SegmentLine(in, black);
         plan.segments.push_back(s);
     };
 

@@ -65,11 +65,11 @@ RenderPlan BuildRenderPlan(const RenderInputs& in);
 QStringList JoinLines(const QStringList& pieces, const QString& workFolder,
                       const QString& joinedFile);
 
-// The ffmpeg lines of the pieces, each straight to a joinable piece at the output size.
-QString PictureSegmentLine(const RenderInputs& in, const QString& picture, qint64 frames,
-                           const QString& piece);
-QString VideoSegmentLine(const RenderInputs& in, const QString& video, qint64 begVideoAtMs,
-                         qint64 frames, const QString& piece);
+// The ffmpeg line that makes one piece straight at the output size, and one line that makes
+// several pieces in one ffmpeg run (each piece still its own file), which saves the tool's
+// start-up for every piece but the first.
+QString SegmentLine(const RenderInputs& in, const RenderSegment& segment);
+QString BatchLine(const RenderInputs& in, const QList<RenderSegment>& segments);
 
 // The file name written while a result is under way: "FinalMix.rendering.avi".
 QString PartialOutputOf(const QString& output);

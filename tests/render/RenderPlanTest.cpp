@@ -145,3 +145,29 @@ TEST(RenderPlan, NoEventsGivesTheVoiceAloneAndBadInputsAreRefused) {
     badSize.gstrVideoRes = QStringLiteral("big");
     EXPECT_FALSE(BuildRenderPlan(badSize).ok());
 }
+
+TEST(RenderPlan, OneRunMakesSeveralPiecesEachFromItsOwnInput) {
+    const QString hostile = QStringLiteral("/p/it's $(x) `y`; \"z\".jpg");
+    const RenderInputs in = inputs(6000, {row(1, "Pictures", "0.000", hostile),
+                                          row(2, "Video", "2.000", "/v/a b.avi", "1.250"),
+                                          row(3, "Pictures", "4.000", "/p/c.jpg")});
+    const RenderPlan plan = BuildRenderPlan(in);
+    const QString line = BatchLine(in, plan.segments);
+    // Inputs first, in order, each output naming its own input.
+    const qsizetype first = line.indexOf("-i '/p/it'\\''s $(x) `y`; \"z\".jpg'");
+    const qsizetype second = line.indexOf("-ss 00:00:01.25 -i '/v/a b.avi'");
+    const qsizetype third = line.indexOf("-i '/p/c.jpg'");
+    ASSERT_GE(first, 0) << line.toStdString();
+    EXPECT_LT(first, second);
+    EXPECT_LT(second, third);
+    EXPECT_LT(third, line.indexOf("-map 0:v"));
+    for (int i = 0; i < 3; ++i) {
+        const qsizetype map = line.indexOf(QStringLiteral("-map %1:v").arg(i));
+        const qsizetype piece = line.indexOf(QStringLiteral("-y '/w/%1.mpg'").arg(i + 1));
+        ASSERT_GE(map, 0);
+        EXPECT_LT(map, piece);
+        EXPECT_TRUE(line.mid(map, piece - map)
+                        .contains(QStringLiteral("-frames:v %1 ").arg(plan.segments[i].frames)));
+    }
+    EXPECT_EQ(SegmentLine(in, plan.segments[1]), plan.segments[1].line);
+}
