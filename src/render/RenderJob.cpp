@@ -157,13 +157,21 @@ void RenderJob::startSegments() {
         QFile::remove(s.piece);
         needed << i;
     }
-    // Several pieces share one ffmpeg run, whose start-up costs more than a small piece; every
-    // core gets a run, and no run grows so long that the progress stands still.
+    // Still pictures share one ffmpeg run, whose start-up costs more than a small piece; every
+    // core gets a run, and no run grows so long that the progress stands still. A video runs
+    // alone: ffmpeg 5.1 spins without end when a video input shares a run with looped stills.
+    QList<int> stills;
+    for (int i : needed) {
+        if (m_plan.segments[i].kind == u"Video")
+            m_queue << QList<int>{i};
+        else
+            stills << i;
+    }
     const qsizetype runs = std::max<qsizetype>(1, m_runners.size());
     const qsizetype batch =
-        std::clamp<qsizetype>((needed.size() + runs - 1) / runs, 1, kMaxPiecesPerRun);
-    for (qsizetype i = 0; i < needed.size(); i += batch)
-        m_queue << needed.mid(i, batch);
+        std::clamp<qsizetype>((stills.size() + runs - 1) / runs, 1, kMaxPiecesPerRun);
+    for (qsizetype i = 0; i < stills.size(); i += batch)
+        m_queue << stills.mid(i, batch);
     for (int i = 0; i < m_runners.size(); ++i)
         startNextSegment(i);
 }

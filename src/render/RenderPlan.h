@@ -67,7 +67,7 @@ QStringList JoinLines(const QStringList& pieces, const QString& workFolder,
 
 // The ffmpeg line that makes one piece straight at the output size, and one line that makes
 // several pieces in one ffmpeg run (each piece still its own file), which saves the tool's
-// start-up for every piece but the first.
+// start-up for every piece but the first. Only still pictures may share a run.
 QString SegmentLine(const RenderInputs& in, const RenderSegment& segment);
 QString BatchLine(const RenderInputs& in, const QList<RenderSegment>& segments);
 
