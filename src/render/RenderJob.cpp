@@ -12,6 +12,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QThread>
+#include <QTimer>
 
 #include <cmath>
 #include <cstdio>
@@ -122,6 +123,13 @@ void RenderJob::start() {
         runner->setKillGraceMilliseconds(500);
         m_runners << runner;
         m_runnerWork << QList<int>{};
+        auto* watchdog = new QTimer(this);
+        watchdog->setSingleShot(true);
+        connect(watchdog, &QTimer::timeout, this, [this, runner] {
+            log(QStringLiteral("a piece run did not end in time and was stopped"));
+            runner->cancel();
+        });
+        m_watchdogs << watchdog;
         m_runnerOnBlack << false;
     }
     if (m_plan.audioOnly)
@@ -193,6 +201,12 @@ void RenderJob::startNextSegment(int runnerIndex) {
         for (const RenderSegment& s : segments)
             numbers << QString::number(s.number);
         log(QStringLiteral("pieces %1: %2").arg(numbers.join(u','), line));
+        // A tool that never ends must not hold the render: far past any honest run time, the
+        // run is stopped and its pieces count as failed.
+        qint64 frames = 0;
+        for (const RenderSegment& seg : segments)
+            frames += seg.frames;
+        m_watchdogs[runnerIndex]->start(int(std::min<qint64>(60000 + frames * 50, 3600000)));
         runner->startScript(line, scriptFile(runnerIndex));
         return;
     }
@@ -205,6 +219,7 @@ void RenderJob::startNextSegment(int runnerIndex) {
 }
 
 void RenderJob::segmentFinished(int runnerIndex, const RunResult& result) {
+    m_watchdogs[runnerIndex]->stop();
     const QList<int> work = m_runnerWork[runnerIndex];
     if (work.isEmpty())
         return;
@@ -243,6 +258,7 @@ void RenderJob::segmentFinished(int runnerIndex, const RunResult& result) {
             m_report.failedItems << s.source;
             m_runnerOnBlack[runnerIndex] = true;
             log(QStringLiteral("piece %1 becomes black: %2").arg(s.number).arg(s.blackLine));
+            m_watchdogs[runnerIndex]->start(int(std::min<qint64>(60000 + s.frames * 50, 3600000)));
             m_runners[runnerIndex]->startScript(s.blackLine, scriptFile(runnerIndex));
             return;
         }
@@ -395,6 +411,8 @@ void RenderJob::cancel() {
 void RenderJob::finish(RenderReport::Outcome outcome, const QString& message) {
     if (!m_running)
         return;
+    for (QTimer* w : m_watchdogs)
+        w->stop();
     for (ToolRunner* r : m_runners) {
         r->disconnect(this);
         if (r->isRunning())

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+class QTimer;
+
 namespace cq {
 
 class ToolRunner;
@@ -88,6 +90,7 @@ private:
     QList<QList<int>> m_queue;      // pieces still to make, by ffmpeg run
     QList<QList<int>> m_runnerWork; // the pieces each runner is making; empty when idle
     QList<bool> m_runnerOnBlack;
+    QList<QTimer*> m_watchdogs;
     qint64 m_framesDone = 0;
     int m_parallelism = 2;
     Phase m_phase = Phase::Idle;

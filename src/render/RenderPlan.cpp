@@ -70,8 +70,10 @@ QString segmentOutput(const RenderInputs& in, const RenderSegment& s, int inputI
                  QStringLiteral(",tpad=stop=-1:stop_mode=clone");
     } else {
         // The picture is decoded and scaled once, then its one frame repeated: looping the
-        // input would decode a large picture for every frame.
-        filter = fitFilter(size) + QStringLiteral(",loop=loop=-1:size=1,setpts=N/(") + rate +
+        // input would decode a large picture for every frame. The loop ends by itself; ffmpeg
+        // 5.1 can spin for ever when several endless loops share a run.
+        filter = fitFilter(size) +
+                 QStringLiteral(",loop=loop=%1:size=1,setpts=N/(").arg(s.frames - 1) + rate +
                  QStringLiteral(")/TB");
     }
     return QStringLiteral("-map %1:v -vf ").arg(inputIndex) + ShellQuote(filter) +
