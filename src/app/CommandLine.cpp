@@ -4,6 +4,7 @@
 #include "app/InstallationCheck.h"
 #include "app/Startup.h"
 #include "app/widgets/frmClipquill.h"
+#include "render/CommandLineRender.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -121,8 +122,9 @@ int RunStudio(int argc, char** argv) {
     if (options.check)
         return runCheck(startup);
     if (!options.render.isEmpty()) {
-        printTo(stderr, QStringLiteral("--render is not part of this build yet\n"));
-        return 2;
+        CommandLineRenderOptions render{options.render, options.voice, options.size,
+                                        options.output};
+        return RunCommandLineRender(startup.paths, StudioSettings{}, render, stdout, stderr);
     }
     frmClipquill window(std::move(startup));
     window.show();

@@ -5,6 +5,7 @@
 #include "app/widgets/MediaStation.h"
 #include "library/widgets/DisplayPlace.h"
 #include "platform/Folders.h"
+#include "render/widgets/RenderPanel.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -74,6 +75,9 @@ void frmClipquill::buildLayout() {
 
     m_topBar->addWidget(sizeLabel);
     m_topBar->addWidget(m_cboVideoRes);
+    // The grid's rows reach the panel through setRowsProvider once the recorder is in place.
+    m_renderPanel = new RenderPanel(m_paths, m_studio, central);
+    m_topBar->addWidget(m_renderPanel);
     m_topBar->addStretch(1);
     m_topBar->addWidget(m_cmdSaveDirectories);
     outer->addLayout(m_topBar);

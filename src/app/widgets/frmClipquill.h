@@ -20,6 +20,7 @@ class DisplayPlace;
 class KeepAwake;
 class MediaBrowser;
 class MediaStation;
+class RenderPanel;
 
 // The studio's main window. It owns the program's state (paths, directory settings, studio
 // settings, recording state) and hands it to the subsystems it assembles.
@@ -39,6 +40,7 @@ public:
     MediaStation& media() { return *m_media; }
     MediaBrowser& mediaBrowser();
     DisplayPlace& displayPlace();
+    RenderPanel& renderPanel() { return *m_renderPanel; }
 
     static QString windowTitleText();
 
@@ -65,6 +67,7 @@ private:
     QHBoxLayout* m_topBar = nullptr;
     QComboBox* m_cboVideoRes = nullptr;
     QPushButton* m_cmdSaveDirectories = nullptr;
+    RenderPanel* m_renderPanel = nullptr;
     QSplitter* m_splitter = nullptr;
     QWidget* m_mediaArea = nullptr;
     MediaStation* m_media = nullptr;

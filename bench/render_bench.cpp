@@ -1,0 +1,273 @@
+// Measures a render against one ffmpeg run that makes the same video with a filter graph, at two
+// output sizes, and how the render grows from 10 to 100 events. Prints ratios from one run.
+#include "app/AppPaths.h"
+#include "app/StudioSettings.h"
+#include "platform/ShellQuote.h"
+#include "render/FfmpegDialect.h"
+#include "render/RenderJob.h"
+#include "render/ToolLocator.h"
+#include "render/ToolRunner.h"
+#include "render/WavLength.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <cmath>
+#include <cstdio>
+#include <sys/resource.h>
+
+using namespace cq;
+
+namespace {
+
+QString g_ffmpeg;
+
+bool ffmpeg(const QStringList& args) {
+    ToolRunner runner;
+    const RunResult r = runner.runProgram(g_ffmpeg, QStringList{"-nostdin", "-v", "error"} + args);
+    if (!r.ok())
+        std::fprintf(stderr, "ffmpeg failed: %s\n", qPrintable(r.errorText));
+    return r.ok();
+}
+
+EventRow row(int count, const QString& type, double at, const QString& file,
+             const QString& beg = {}) {
+    EventRow r;
+    r.mediaCount = count;
+    r.mediaType = type;
+    r.timeLine = QString::number(at, 'f', 3);
+    r.fileSpec = file;
+    r.begVideoAt = beg;
+    return r;
+}
+
+struct Inputs {
+    QString voice, video, text;
+    QStringList pictures;
+};
+
+Inputs makeInputs(const QString& dir) {
+    Inputs in;
+    in.voice = dir + "/RecordedAudio.wav";
+    ffmpeg({"-f", "lavfi", "-i", "sine=f=220:d=60", "-ac", "1", "-ar", "44100", "-y", in.voice});
+    const QStringList patterns{"testsrc2", "smptehdbars", "rgbtestsrc",
+                               "testsrc",  "mandelbrot",  "cellauto"};
+    for (int i = 0; i < 6; ++i) {
+        const QString pic = dir + QStringLiteral("/picture %1.jpg").arg(i + 1);
+        ffmpeg({"-f", "lavfi", "-i", patterns[i] + "=s=1920x1080", "-frames:v", "1", "-update", "1",
+                "-q:v", "3", "-y", pic});
+        in.pictures << pic;
+    }
+    in.video = dir + "/clip.mp4";
+    ffmpeg({"-f", "lavfi", "-i", "testsrc2=s=1280x720:r=30:d=10", "-f", "lavfi", "-i",
+            "sine=f=500:d=10", "-ac", "2", "-c:v", "libx264", "-preset", "veryfast", "-c:a", "aac",
+            "-shortest", "-y", in.video});
+    in.text = dir + "/Hello there.jpg";
+    ffmpeg({"-f", "lavfi", "-i", "color=white:s=640x480", "-vf",
+            "drawbox=x=40:y=200:w=560:h=80:color=black:t=fill", "-frames:v", "1", "-c:v", "bmp",
+            "-f", "image2", "-update", "1", "-y", in.text});
+    return in;
+}
+
+// Ten events in a minute: six pictures, the video twice, the text.
+QList<EventRow> tenEvents(const Inputs& in) {
+    return {row(1, "Pictures", 0, in.pictures[0]),  row(2, "Pictures", 6, in.pictures[1]),
+            row(3, "Video", 12, in.video),          row(4, "Text", 22, in.text),
+            row(5, "Pictures", 28, in.pictures[2]), row(6, "Pictures", 34, in.pictures[3]),
+            row(7, "Pictures", 40, in.pictures[4]), row(8, "Pictures", 46, in.pictures[5]),
+            row(9, "Video", 52, in.video, "3.000"), row(10, "Text", 56, in.text)};
+}
+
+QList<EventRow> hundredEvents(const Inputs& in) {
+    QList<EventRow> rows;
+    for (int i = 0; i < 100; ++i) {
+        const double at = i * 0.6;
+        if (i % 10 == 5)
+            rows << row(i + 1, "Video", at, in.video, QString::number(i % 7));
+        else if (i % 10 == 9)
+            rows << row(i + 1, "Text", at, in.text);
+        else
+            rows << row(i + 1, "Pictures", at, in.pictures[i % 6]);
+    }
+    return rows;
+}
+
+// The same video from one ffmpeg run: every item decoded once, fitted, held for its frames,
+// concatenated and mixed with the voice.
+QStringList baselineArguments(const QList<EventRow>& rows, const QString& voice, qint64 voiceMs,
+                              const QString& size, const QString& black, const QString& out) {
+    const QSize s = FfmpegDialect::ParseFrameSize(size);
+    const double fps = 30000.0 / 1001.0;
+    const QString fit = QStringLiteral("scale=w='trunc(%1*iw/max(iw\\,ih*4/3)/2)*2':"
+                                       "h='trunc(%2*ih/max(ih\\,iw*3/4)/2)*2',"
+                                       "pad=%1:%2:(ow-iw)/2:(oh-ih)/2,setsar=1,format=yuv420p")
+                            .arg(s.width())
+                            .arg(s.height());
+    QStringList args{"-nostdin", "-v", "error", "-i", voice};
+    QString graph;
+    int k = 1;
+    auto frameAt = [&](qint64 ms) {
+        return std::llround(ms * fps / 1000.0);
+    };
+    QList<std::tuple<QString, QString, qint64, qint64>> items; // type, file, start, begin
+    if (rows.first().timeMs() > 0)
+        items.append({"Black", black, 0, -1});
+    for (const EventRow& r : rows)
+        items.append({r.mediaType, r.fileSpec, r.timeMs(), r.begVideoAtMs()});
+    for (int i = 0; i < items.size(); ++i) {
+        const auto& [type, file, start, beg] = items[i];
+        const qint64 end = i + 1 < items.size() ? std::get<2>(items[i + 1]) : voiceMs;
+        const qint64 frames = frameAt(end) - frameAt(start);
+        if (type == "Video") {
+            if (beg > 0)
+                args << "-ss" << QString::number(beg / 1000.0);
+            args << "-i" << file;
+            graph += QStringLiteral("[%1:v]fps=30000/1001,%2,tpad=stop=-1:stop_mode=clone,"
+                                    "trim=end_frame=%3,setpts=PTS-STARTPTS[v%1];")
+                         .arg(k)
+                         .arg(fit)
+                         .arg(frames);
+        } else {
+            args << "-i" << file;
+            graph += QStringLiteral("[%1:v]%2,loop=loop=%3:size=1,setpts=N/(30000/1001)/TB[v%1];")
+                         .arg(k)
+                         .arg(fit)
+                         .arg(frames - 1);
+        }
+        ++k;
+    }
+    for (int i = 1; i < k; ++i)
+        graph += QStringLiteral("[v%1]").arg(i);
+    graph += QStringLiteral("concat=n=%1:v=1:a=0[v]").arg(k - 1);
+    args << "-filter_complex" << graph << "-map"
+         << "[v]"
+         << "-map"
+         << "0:a"
+         << "-r"
+         << "30000/1001"
+         << "-c:v"
+         << "mpeg4"
+         << "-q:v"
+         << "4"
+         << "-c:a"
+         << "mp2"
+         << "-b:a"
+         << "128k"
+         << "-y" << out;
+    return args;
+}
+
+double seconds(const QElapsedTimer& t) {
+    return double(t.nsecsElapsed()) / 1e9;
+}
+
+// Processor time of the finished child processes (the tools), for a machine shared with other
+// work, where wall time says little.
+double childCpuSeconds() {
+    rusage u{};
+    getrusage(RUSAGE_CHILDREN, &u);
+    return u.ru_utime.tv_sec + u.ru_stime.tv_sec + (u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
+}
+
+double timeRender(const AppPaths& paths, const QList<EventRow>& rows, const QString& voice,
+                  const QString& size, RenderReport* report) {
+    QDir(paths.gstrTempFilesDirectory).removeRecursively();
+    StudioSettings studio;
+    studio.gstrVideoRes = size;
+    RenderJob job(StudioRenderInputs(paths, studio, rows, voice, WavDurationMs(voice), {}),
+                  LocateFfprobe(paths), paths.appFolder + "/SystemMediaGen");
+    QElapsedTimer t;
+    t.start();
+    *report = job.runToEnd();
+    return seconds(t);
+}
+
+double timeBaseline(const QList<EventRow>& rows, const QString& voice, const QString& size,
+                    const QString& black, const QString& out) {
+    QElapsedTimer t;
+    t.start();
+    ToolRunner runner;
+    const RunResult r = runner.runProgram(
+        g_ffmpeg, baselineArguments(rows, voice, WavDurationMs(voice), size, black, out));
+    if (!r.ok())
+        std::fprintf(stderr, "baseline failed: %s\n", qPrintable(r.errorText));
+    return seconds(t);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::setvbuf(stdout, nullptr, _IONBF, 0);
+    QCoreApplication app(argc, argv);
+    g_ffmpeg = LocateTool({}, "ffmpeg", "ffmpeg").path;
+    if (g_ffmpeg.isEmpty()) {
+        std::fprintf(stderr, "ffmpeg is not installed\n");
+        return 1;
+    }
+    QTemporaryDir dir;
+    const AppPaths paths = AppPaths::forFolder(dir.path() + "/app");
+    QDir().mkpath(paths.appFolder + "/SystemMedia");
+    QDir().mkpath(paths.appFolder + "/SystemMediaGen");
+    ffmpeg({"-f", "lavfi", "-i", "color=black:s=640x480", "-frames:v", "1", "-update", "1", "-y",
+            paths.blackPictureFileSpec});
+    std::printf("Making the inputs (60 s voice, 6 pictures 1920x1080, 10 s 1280x720 video)...\n");
+    const Inputs in = makeInputs(dir.path());
+    const QList<EventRow> ten = tenEvents(in);
+    const double message = WavDurationMs(in.voice) / 1000.0;
+    double load[1] = {0};
+    getloadavg(load, 1);
+    std::printf("cores: %d, load average at start %.1f (wall times grow with other work)\n\n",
+                QThread::idealThreadCount(), load[0]);
+
+    for (const QString size : {"320X240", "640X480"}) {
+        // Warm the page cache and ffmpeg's libraries first.
+        timeBaseline(ten, in.voice, size, paths.blackPictureFileSpec, dir.path() + "/warm.avi");
+        const double cpu0 = childCpuSeconds();
+        const double base =
+            timeBaseline(ten, in.voice, size, paths.blackPictureFileSpec, dir.path() + "/base.avi");
+        const double cpu1 = childCpuSeconds();
+        RenderReport report;
+        const double render = timeRender(paths, ten, in.voice, size, &report);
+        const double cpu2 = childCpuSeconds();
+        RenderReport again;
+        const double reuse = [&] {
+            StudioSettings studio;
+            studio.gstrVideoRes = size;
+            RenderJob job(
+                StudioRenderInputs(paths, studio, ten, in.voice, WavDurationMs(in.voice), {}),
+                LocateFfprobe(paths), paths.appFolder + "/SystemMediaGen");
+            QElapsedTimer t;
+            t.start();
+            again = job.runToEnd();
+            return seconds(t);
+        }();
+        std::printf("%s, 10 events, 60 s message\n", qPrintable(size));
+        std::printf("  one-pass baseline     %6.2f s\n", base);
+        std::printf("  render                %6.2f s  (%s, length %s)\n", render,
+                    report.outcome == RenderReport::Outcome::Rendered ? "rendered" : "FAILED",
+                    report.lengthOk ? "ok" : "OFF");
+        std::printf("  render / baseline     %6.2f    (goal <= 1.5 at 320X240)\n", render / base);
+        std::printf("  processor time        %6.2f s render, %.2f s baseline, ratio %.2f\n",
+                    cpu2 - cpu1, cpu1 - cpu0, (cpu2 - cpu1) / (cpu1 - cpu0));
+        std::printf("  realtime factor       %6.1f x  (goal >= 20 at 320X240)\n", message / render);
+        std::printf("  measured: video %.3f s, sound %.3f s, voice %.3f s\n",
+                    report.videoMs / 1000.0, report.audioMs / 1000.0, report.voiceMs / 1000.0);
+        std::printf("  render again, nothing changed: %.2f s (%d pieces reused)\n\n", reuse,
+                    again.reusedPieces);
+    }
+
+    RenderReport r10, r100;
+    const double c0 = childCpuSeconds();
+    const double t10 = timeRender(paths, ten, in.voice, "320X240", &r10);
+    const double c1 = childCpuSeconds();
+    const double t100 = timeRender(paths, hundredEvents(in), in.voice, "320X240", &r100);
+    const double c2 = childCpuSeconds();
+    std::printf("10 -> 100 events, processor time: %.2f s -> %.2f s, growth %.2f x\n", c1 - c0,
+                c2 - c1, (c2 - c1) / (c1 - c0));
+    std::printf("10 -> 100 events at 320X240: %.2f s -> %.2f s, growth %.2f x (linear: 10 x)%s\n",
+                t10, t100, t100 / t10, r100.ok() ? "" : "  (100-event render FAILED)");
+    return r10.ok() && r100.ok() ? 0 : 1;
+}

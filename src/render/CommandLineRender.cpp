@@ -1,0 +1,70 @@
+#include "render/CommandLineRender.h"
+
+#include "app/AppPaths.h"
+#include "app/StudioSettings.h"
+#include "render/FfmpegDialect.h"
+#include "render/RenderJob.h"
+#include "render/WavLength.h"
+#include "timeline/TimelineFile.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace cq {
+
+namespace {
+void print(FILE* stream, const QString& text) {
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+    std::fflush(stream);
+}
+} // namespace
+
+int RunCommandLineRender(const AppPaths& paths, StudioSettings studio,
+                         const CommandLineRenderOptions& options, FILE* out, FILE* err) {
+    const TimelineReadResult timeline = ReadTimelineFile(options.timeline);
+    if (!timeline.ok()) {
+        print(err, QStringLiteral("Cannot read the timeline \"%1\": %2\n")
+                       .arg(options.timeline, timeline.error));
+        return 2;
+    }
+    const QString voice = options.voice.isEmpty()
+                              ? QFileInfo(options.timeline)
+                                    .absoluteDir()
+                                    .filePath(QStringLiteral("RecordedAudio.wav"))
+                              : QFileInfo(options.voice).absoluteFilePath();
+    const qint64 recordingMs = WavDurationMs(voice);
+    if (recordingMs <= 0) {
+        print(err, QStringLiteral("The voice \"%1\" is missing or is no WAV file with sound.\n")
+                       .arg(voice));
+        return 2;
+    }
+    if (!options.size.isEmpty())
+        studio.gstrVideoRes = options.size;
+    if (!FfmpegDialect::ParseFrameSize(studio.gstrVideoRes).isValid()) {
+        print(err, QStringLiteral("\"%1\" is not a frame size; use WIDTHXHEIGHT, for example "
+                                  "320X240.\n")
+                       .arg(studio.gstrVideoRes));
+        return 2;
+    }
+    const QString output =
+        options.output.isEmpty() ? QString() : QFileInfo(options.output).absoluteFilePath();
+
+    RenderJob job(StudioRenderInputs(paths, studio, timeline.rows, voice, recordingMs, output),
+                  LocateFfprobe(paths), paths.appFolder + QStringLiteral("/SystemMediaGen"));
+    QObject::connect(&job, &RenderJob::statusChanged,
+                     [err](const QString& text) { print(err, text + u'\n'); });
+    QObject::connect(&job, &RenderJob::progressChanged, [err](int percent) {
+        print(err, QStringLiteral("Rendering: %1%\n").arg(percent));
+    });
+    const RenderReport report = job.runToEnd();
+    if (!report.message.isEmpty())
+        print(err, report.message + u'\n');
+    print(err, QStringLiteral("Render log: %1\n").arg(report.logFile));
+    if (report.outcome != RenderReport::Outcome::Rendered)
+        return 1;
+    print(out, report.output + u'\n');
+    return report.ok() && QFileInfo::exists(report.output) ? 0 : 1;
+}
+
+} // namespace cq

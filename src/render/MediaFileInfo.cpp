@@ -1,0 +1,140 @@
+#include "render/MediaFileInfo.h"
+
+#include "app/AppPaths.h"
+#include "app/TimeCode.h"
+#include "platform/ShellQuote.h"
+#include "platform/TextFiles.h"
+#include "render/ToolLocator.h"
+#include "render/ToolRunner.h"
+
+#include <QFile>
+
+namespace cq {
+
+namespace {
+
+// The rest of the line that starts behind the label (case ignored); null when there is none.
+QString restOfLine(const QString& text, QStringView label) {
+    const qsizetype at = text.indexOf(label, 0, Qt::CaseInsensitive);
+    if (at < 0)
+        return {};
+    const qsizetype from = at + label.size();
+    qsizetype end = text.indexOf(u'\n', from);
+    if (end < 0)
+        end = text.size();
+    QString line = text.mid(from, end - from);
+    if (line.endsWith(u'\r'))
+        line.chop(1);
+    return line.isNull() ? QStringLiteral("") : line;
+}
+
+// The comma-separated fields of a stream line. ffmpeg 5.1 writes commas inside parentheses
+// ("yuvj420p(pc, bt470bg/unknown/unknown)"); those belong to their field.
+QStringList streamFields(const QString& line) {
+    QStringList fields;
+    int depth = 0;
+    QString current;
+    for (QChar c : line) {
+        if (c == u'(' || c == u'[')
+            ++depth;
+        else if ((c == u')' || c == u']') && depth > 0)
+            --depth;
+        if (c == u',' && depth == 0) {
+            fields << current.trimmed();
+            current.clear();
+        } else {
+            current += c;
+        }
+    }
+    fields << current.trimmed();
+    return fields;
+}
+
+QString field(const QStringList& fields, int i) {
+    return i < fields.size() ? fields[i] : QString();
+}
+
+// "mjpeg (Baseline)" and "h264 (High) (avc1 / 0x31637661)" name the codec by their first word.
+QString codecName(const QString& f) {
+    const qsizetype blank = f.indexOf(u' ');
+    return blank < 0 ? f : f.left(blank);
+}
+
+QString frameRateDigits(const QString& f) {
+    const QString digits = NumericOnly(f).trimmed();
+    return digits == u"2997" ? QStringLiteral("29.97") : digits;
+}
+
+} // namespace
+
+qint64 MediaFileInfo::durationMs() const {
+    return Duration.isEmpty() ? -1 : SecondsTextToMs(Duration);
+}
+
+MediaFileInfo GetFileInfoVars(const QString& probeText) {
+    MediaFileInfo info;
+
+    const qsizetype d = probeText.indexOf(u"Duration: ", 0, Qt::CaseInsensitive);
+    if (d >= 0) {
+        const qsizetype from = d + 10;
+        const qsizetype comma = probeText.indexOf(u',', from);
+        if (comma >= 0) {
+            const QString code = probeText.mid(from, comma - from).trimmed();
+            // "N/A" is ffmpeg's way of saying it does not know; that is no length.
+            if (code.size() >= 8 && code[2] == u':' && code[5] == u':')
+                info.Duration = HHMMSSMSToSecondsInSSMSFormat(code);
+        }
+    }
+
+    const QString bitrate = restOfLine(probeText, u"Bitrate: ");
+    if (!bitrate.isNull())
+        info.Bitrate = NumericOnly(bitrate).trimmed();
+
+    const QString video = restOfLine(probeText, u"Video: ");
+    if (!video.isNull()) {
+        const QStringList f = streamFields(video);
+        info.VideoCodec = codecName(field(f, 0));
+        info.VideoPixelFormat = field(f, 1);
+        info.FrameSize = field(f, 2);
+        // Old builds put the rate fourth; 5.1 may put a bit rate there, then "25 fps", "25 tbr".
+        QString rate = field(f, 3);
+        for (qsizetype i = 3; i < f.size(); ++i) {
+            if (f[i].endsWith(u" fps") || f[i].endsWith(u" tbr")) {
+                rate = f[i];
+                break;
+            }
+        }
+        info.FrameRate = frameRateDigits(rate);
+        const qsizetype x = info.FrameSize.indexOf(u'x', 0, Qt::CaseInsensitive);
+        if (x >= 0) {
+            info.Width = info.FrameSize.left(x).trimmed();
+            info.Height = info.FrameSize.mid(x + 1).trimmed();
+        }
+    }
+
+    const QString audio = restOfLine(probeText, u"Audio: ");
+    if (!audio.isNull()) {
+        const QStringList f = streamFields(audio);
+        info.AudioCodec = codecName(field(f, 0));
+        info.AudioSampleRate = NumericOnly(field(f, 1)).trimmed();
+        info.AudioChannels = field(f, 2);
+        info.AudioBits = NumericOnly(field(f, 3)).trimmed();
+    }
+    return info;
+}
+
+QString GetMediaFileInfoFromFFMPEG(const AppPaths& paths, const QString& fileSpec) {
+    const ToolLocation ffmpeg = LocateFfmpeg(paths.gstrFFMPEGFileSpec);
+    if (!ffmpeg.found())
+        return {};
+    // An earlier probe's text must never pass for this file's.
+    QFile::remove(paths.gstrCatchFileSpec);
+    const QString script = ShellQuote(ffmpeg.path) + QStringLiteral(" -hide_banner -i ") +
+                           ShellQuote(fileSpec) + QStringLiteral(" 2> ") +
+                           ShellQuote(paths.gstrCatchFileSpec);
+    ToolRunner runner;
+    runner.runScript(script, paths.gstrFFMPEGScriptFileSpec);
+    return ReadFileToString(paths.gstrCatchFileSpec);
+}
+
+} // namespace cq

@@ -1,0 +1,112 @@
+#include "render/widgets/RenderPanel.h"
+
+#include "app/AppPaths.h"
+#include "app/StudioSettings.h"
+#include "render/WavLength.h"
+#include "render/widgets/RenderProgressDialog.h"
+
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStyle>
+#include <QUrl>
+
+namespace cq {
+
+RenderPanel::RenderPanel(const AppPaths& paths, StudioSettings& studio, QWidget* parent)
+    : QWidget(parent), m_paths(paths), m_studio(studio) {
+    setObjectName(QStringLiteral("RenderPanel"));
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+
+    m_cmdRender = new QPushButton(QStringLiteral("Render"), this);
+    m_cmdRender->setObjectName(QStringLiteral("cmdRender"));
+    m_cmdRender->setToolTip(
+        QStringLiteral("Render all the video events that you click on like videos, text, pics, "
+                       "etc, into one file with the audio that was recorded."));
+    connect(m_cmdRender, &QPushButton::clicked, this, &RenderPanel::cmdRender_Click);
+
+    m_cmdPlayRendered = new QPushButton(this);
+    m_cmdPlayRendered->setObjectName(QStringLiteral("cmdPlayRendered"));
+    m_cmdPlayRendered->setIcon(style()->standardIcon(QStyle::SP_MediaPlay));
+    m_cmdPlayRendered->setAccessibleName(QStringLiteral("Play Rendered Video"));
+    m_cmdPlayRendered->setToolTip(QStringLiteral("Play the rendered video"));
+    m_cmdPlayRendered->setAccessibleDescription(m_cmdPlayRendered->toolTip());
+    connect(m_cmdPlayRendered, &QPushButton::clicked, this, &RenderPanel::cmdPlayRendered_Click);
+
+    layout->addWidget(m_cmdRender);
+    layout->addWidget(m_cmdPlayRendered);
+
+    // Without a recorder, the length is the recorded voice's own.
+    m_length = [this] {
+        return WavDurationMs(m_paths.gstrRecordedAudioFileSpec);
+    };
+}
+
+RenderPanel::~RenderPanel() = default;
+
+void RenderPanel::cmdRender_Click() {
+    if (m_job && m_job->isRunning())
+        return;
+    emit releaseFilesRequested();
+    const QList<EventRow> rows = m_rows ? m_rows() : QList<EventRow>{};
+    const qint64 length = m_length ? m_length() : 0;
+    delete m_job;
+    m_job = new RenderJob(
+        StudioRenderInputs(m_paths, m_studio, rows, m_paths.gstrRecordedAudioFileSpec, length, {}),
+        LocateFfprobe(m_paths), m_paths.appFolder + QStringLiteral("/SystemMediaGen"), this);
+
+    m_progress = new RenderProgressDialog(this);
+    m_progress->setAttribute(Qt::WA_DeleteOnClose);
+    connect(m_job, &RenderJob::progressChanged, m_progress, &RenderProgressDialog::setPercent);
+    connect(m_job, &RenderJob::statusChanged, m_progress, &RenderProgressDialog::setStatus);
+    connect(m_progress, &RenderProgressDialog::cancelRequested, m_job, &RenderJob::cancel);
+    connect(m_job, &RenderJob::finished, this, &RenderPanel::onFinished);
+    m_cmdRender->setEnabled(false);
+    m_progress->show();
+    m_job->start();
+}
+
+void RenderPanel::onFinished(const RenderReport& report) {
+    m_lastReport = report;
+    m_cmdRender->setEnabled(true);
+    if (m_progress) {
+        m_progress->close();
+        m_progress = nullptr;
+    }
+    emit renderFinished(report);
+    if (!m_quiet)
+        showOutcome(report);
+}
+
+void RenderPanel::showOutcome(const RenderReport& report) {
+    if (report.outcome == RenderReport::Outcome::Cancelled ||
+        (report.ok() && report.message.isEmpty()))
+        return;
+    QMessageBox box(
+        report.ok() ? QMessageBox::Information : QMessageBox::Warning, QStringLiteral("Render"),
+        report.message.isEmpty() ? QStringLiteral("The render failed.") : report.message,
+        QMessageBox::Close, this);
+    QPushButton* openLog =
+        box.addButton(QStringLiteral("Open Render Log"), QMessageBox::ActionRole);
+    openLog->setObjectName(QStringLiteral("cmdOpenRenderLog"));
+    box.exec();
+    if (box.clickedButton() == openLog)
+        QDesktopServices::openUrl(QUrl::fromLocalFile(report.logFile));
+}
+
+void RenderPanel::cmdPlayRendered_Click() {
+    const QString file = m_paths.gstrFinalMixAVIFileSpec;
+    if (!QFileInfo::exists(file)) {
+        if (!m_quiet)
+            QMessageBox::information(this, QStringLiteral("Render"),
+                                     QStringLiteral("There is no rendered video yet. Press "
+                                                    "\"Render\" first."));
+        return;
+    }
+    emit playRenderedRequested(file);
+}
+
+} // namespace cq

@@ -1,0 +1,246 @@
+#include "RenderTestMedia.h"
+
+#include "app/AppPaths.h"
+#include "app/StudioSettings.h"
+#include "platform/TextFiles.h"
+#include "render/RenderJob.h"
+#include "render/ToolRunner.h"
+#include "render/WavLength.h"
+#include "support/TestAppFolder.h"
+#include "timeline/TimelineFile.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+using namespace cq;
+using test::ColourName;
+
+namespace {
+
+EventRow row(int count, const QString& type, const QString& time, const QString& file,
+             const QString& beg = {}) {
+    EventRow r;
+    r.mediaCount = count;
+    r.mediaType = type;
+    r.timeLine = time;
+    r.fileSpec = file;
+    r.begVideoAt = beg;
+    return r;
+}
+
+class RenderEndToEnd : public ::testing::Test {
+protected:
+    RenderEndToEnd()
+        : paths(AppPaths::forFolder(app.path())),
+          media(paths.gstrFFMPEGFileSpec, LocateFfprobe(paths)) {
+        studio.gstrVideoRes = QStringLiteral("160X120");
+        QDir().mkpath(paths.gstrTempFilesDirectory);
+        QDir().mkpath(app.file("media"));
+    }
+
+    QString mediaFile(const QString& name) const { return app.file("media/" + name); }
+
+    RenderInputs inputsFor(const QList<EventRow>& rows, const QString& voice) const {
+        return StudioRenderInputs(paths, studio, rows, voice, WavDurationMs(voice), {});
+    }
+
+    RenderReport render(const RenderInputs& in) {
+        RenderJob job(in, LocateFfprobe(paths), app.file("SystemMediaGen"));
+        return job.runToEnd();
+    }
+
+    // The item on screen just after each time, and the one just before it.
+    void expectSequence(const QString& file, const QList<std::pair<double, QString>>& changes) {
+        QString previous = QStringLiteral("black");
+        for (const auto& [at, colour] : changes) {
+            if (at > 0.1) {
+                EXPECT_EQ(ColourName(media.colourAt(file, at - 0.06)), previous) << "before " << at;
+            }
+            EXPECT_EQ(ColourName(media.colourAt(file, at + 0.04)), colour) << "after " << at;
+            previous = colour;
+        }
+    }
+
+    test::TestAppFolder app;
+    AppPaths paths;
+    StudioSettings studio;
+    test::RenderTestMedia media;
+};
+
+} // namespace
+
+TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString red = mediaFile("red 4x3.jpg");
+    const QString tall = mediaFile("blue \"tall\".jpg");
+    const QString clip = mediaFile("green; $(touch INJECTED).avi");
+    const QString text = mediaFile(QString::fromUtf8("it's `touch INJECTED` ä.jpg"));
+    ASSERT_TRUE(media.voice(voice, 4.0));
+    ASSERT_TRUE(media.solidPicture(red, "red", 640, 480));
+    ASSERT_TRUE(media.solidPicture(tall, "blue", 300, 600));
+    ASSERT_TRUE(media.toneVideo(clip, "green", 3.0, 1000));
+    ASSERT_TRUE(media.bitmapUnderName(text, "yellow"));
+
+    RenderInputs in =
+        inputsFor({row(1, "Pictures", "0.500", red), row(2, "Video", "1.500", clip, ".500"),
+                   row(3, "Text", "2.500", text), row(4, "Pictures", "3.200", tall)},
+                  voice);
+    in.videosWithSound = {clip};
+    const RenderReport report = render(in);
+    ASSERT_EQ(report.outcome, RenderReport::Outcome::Rendered) << report.message.toStdString();
+    EXPECT_TRUE(report.ok()) << report.message.toStdString();
+    const QString out = paths.gstrFinalMixAVIFileSpec;
+    ASSERT_EQ(report.output, out);
+    EXPECT_FALSE(QFileInfo::exists(app.file("INJECTED")));
+    EXPECT_FALSE(QFileInfo::exists(QDir::current().filePath("INJECTED")));
+
+    EXPECT_NEAR(media.duration(out, "format"), 4.0, 0.2);
+    EXPECT_NEAR(media.duration(out, "video"), 4.0, 0.2);
+    EXPECT_NEAR(media.duration(out, "audio"), 4.0, 0.2);
+    // Frames stand at whole frame steps from 0: no frame is shifted in time.
+    const QList<double> times = media.frameTimes(out);
+    ASSERT_GT(times.size(), 100);
+    for (qsizetype i = 0; i < times.size(); ++i)
+        ASSERT_NEAR(times[i], i * 1001.0 / 30000.0, 0.002) << "frame " << i;
+
+    expectSequence(out, {{0.5, "red"}, {1.5, "green"}, {2.5, "yellow"}, {3.2, "blue"}});
+    // The tall picture stands between black bars.
+    EXPECT_EQ(ColourName(media.colourAt(out, 3.5)), "blue");
+
+    // The voice runs from start to end; the video's tone only while the video is on screen.
+    for (double at : {0.1, 1.9, 3.5})
+        EXPECT_GT(media.bandLevel(out, at, 0.4, 440), -35) << at;
+    EXPECT_GT(media.bandLevel(out, 1.7, 0.6, 1000), -35);
+    EXPECT_LT(media.bandLevel(out, 0.6, 0.6, 1000), -45);
+    EXPECT_LT(media.bandLevel(out, 2.7, 0.4, 1000), -45);
+
+    const QString log = ReadFileToString(report.logFile);
+    EXPECT_TRUE(log.contains("measured: voice 4.000s")) << log.toStdString();
+}
+
+TEST_F(RenderEndToEnd, UnreadableItemTurnsBlackAndChangedPicturesAreRenderedAgain) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString first = mediaFile("first.jpg");
+    const QString broken = mediaFile("broken.jpg");
+    const QString blue = mediaFile("blue.jpg");
+    ASSERT_TRUE(media.voice(voice, 3.0));
+    ASSERT_TRUE(media.solidPicture(first, "red", 320, 240));
+    ASSERT_TRUE(media.solidPicture(blue, "blue", 320, 240));
+    test::WriteFile(broken, QByteArray("this is no picture"));
+    const RenderInputs in =
+        inputsFor({row(1, "Pictures", "0.000", first), row(2, "Pictures", "1.000", broken),
+                   row(3, "Pictures", "2.000", blue)},
+                  voice);
+
+    const RenderReport once = render(in);
+    ASSERT_EQ(once.outcome, RenderReport::Outcome::Rendered) << once.message.toStdString();
+    EXPECT_TRUE(once.lengthOk);
+    EXPECT_EQ(once.failedItems, QStringList{broken});
+    EXPECT_TRUE(once.message.contains(broken)) << once.message.toStdString();
+    expectSequence(paths.gstrFinalMixAVIFileSpec, {{0.0, "red"}, {1.0, "black"}, {2.0, "blue"}});
+
+    // The same picture file with new content must not show the old piece.
+    ASSERT_TRUE(media.solidPicture(first, "green", 320, 240));
+    const RenderReport twice = render(in);
+    ASSERT_EQ(twice.outcome, RenderReport::Outcome::Rendered);
+    EXPECT_EQ(twice.reusedPieces, 1); // the blue picture
+    expectSequence(paths.gstrFinalMixAVIFileSpec, {{0.0, "green"}, {1.0, "black"}, {2.0, "blue"}});
+}
+
+TEST_F(RenderEndToEnd, NoEventsGivesTheVoiceAsMp3) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    ASSERT_TRUE(media.voice(voice, 2.5));
+    const RenderReport report = render(inputsFor({}, voice));
+    EXPECT_TRUE(report.ok()) << report.message.toStdString();
+    EXPECT_EQ(report.output, paths.gstrFinalMixMP3FileSpec);
+    EXPECT_NEAR(media.duration(paths.gstrFinalMixMP3FileSpec, "audio"), 2.5, 0.2);
+    EXPECT_FALSE(QFileInfo::exists(paths.gstrFinalMixAVIFileSpec));
+}
+
+TEST_F(RenderEndToEnd, CancelStopsQuicklyAndKeepsThePreviousResult) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    ASSERT_TRUE(media.voice(voice, 40.0));
+    QList<EventRow> rows;
+    for (int i = 0; i < 8; ++i) {
+        const QString pic = mediaFile(QStringLiteral("p%1.jpg").arg(i));
+        ASSERT_TRUE(media.solidPicture(pic, i % 2 ? "red" : "blue", 1280, 960));
+        rows << row(i + 1, "Pictures", QString::number(i * 5) + ".000", pic);
+    }
+    const QByteArray previous("the previous render");
+    test::WriteFile(paths.gstrFinalMixAVIFileSpec, previous);
+    studio.gstrVideoRes = QStringLiteral("640X480");
+
+    RenderJob job(inputsFor(rows, voice), LocateFfprobe(paths), app.file("SystemMediaGen"));
+    QElapsedTimer sinceCancel;
+    QObject::connect(&job, &RenderJob::progressChanged, &job, [&](int percent) {
+        if (percent > 0 && !sinceCancel.isValid()) {
+            sinceCancel.start();
+            job.cancel();
+        }
+    });
+    const RenderReport report = job.runToEnd();
+    EXPECT_EQ(report.outcome, RenderReport::Outcome::Cancelled);
+    ASSERT_TRUE(sinceCancel.isValid());
+    EXPECT_LT(sinceCancel.elapsed(), 1000);
+    EXPECT_EQ(ReadFileToBytes(paths.gstrFinalMixAVIFileSpec), previous);
+    EXPECT_FALSE(QFileInfo::exists(job.plan().partialOutput));
+    EXPECT_TRUE(ReadFileToString(report.logFile).contains("cancel"));
+}
+
+TEST_F(RenderEndToEnd, CommandLineRenderAndItsExitCodes) {
+    const QString folder = app.file("project");
+    QDir().mkpath(folder);
+    ASSERT_TRUE(media.voice(folder + "/RecordedAudio.wav", 2.0));
+    ASSERT_TRUE(media.solidPicture(folder + "/red.jpg", "red", 320, 240));
+    ASSERT_TRUE(SaveBytesToFile("1\tPictures\t1.000\t\tred.jpg", folder + "/Timeline.txt"));
+    const QString output = app.file("out/Result.avi");
+    QDir().mkpath(app.file("out"));
+
+    auto run = [&](const QStringList& extra, QByteArray* out = nullptr) {
+        ToolRunner runner;
+        const RunResult r = runner.runProgram(QStringLiteral(CQ_STUDIO_EXECUTABLE),
+                                              QStringList{"--app-dir", app.path()} + extra);
+        if (out)
+            *out = runner.standardOutput();
+        return r.exitCode;
+    };
+    QByteArray out;
+    EXPECT_EQ(run({"--render", folder + "/Timeline.txt", "--output", output}, &out), 0);
+    EXPECT_EQ(out.trimmed(), output.toUtf8());
+    EXPECT_NEAR(media.duration(output, "format"), 2.0, 0.2);
+    EXPECT_EQ(ColourName(media.colourAt(output, 1.5)), "red");
+
+    EXPECT_EQ(run({"--render", app.file("missing/Timeline.txt")}), 2);
+    EXPECT_EQ(run({"--render", folder + "/Timeline.txt", "--voice", app.file("none.wav")}), 2);
+    EXPECT_EQ(run({"--render", folder + "/Timeline.txt", "--size", "huge"}), 2);
+    ASSERT_TRUE(SaveBytesToFile("not a row", folder + "/Bad.txt"));
+    EXPECT_EQ(run({"--render", folder + "/Bad.txt"}), 2);
+}
+
+TEST_F(RenderEndToEnd, ManyStillsOfDifferentLengthsShareRunsAndKeepTheirTimes) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    ASSERT_TRUE(media.voice(voice, 4.0));
+    const QStringList colours{"red", "blue", "yellow", "white", "green"};
+    const QList<double> times{0.0, 0.9, 1.1, 1.9, 2.2, 2.4, 3.0, 3.1, 3.6};
+    QList<EventRow> rows;
+    QList<std::pair<double, QString>> expected;
+    for (int i = 0; i < times.size(); ++i) {
+        const QString colour = colours[i % colours.size()];
+        const QString pic = mediaFile(QStringLiteral("still %1.jpg").arg(i));
+        ASSERT_TRUE(media.solidPicture(pic, colour, 200 + 40 * i, 150 + 10 * i));
+        rows << row(i + 1, "Pictures", QString::number(times[i], 'f', 3), pic);
+        expected.append({times[i], colour});
+    }
+    const RenderReport report = render(inputsFor(rows, voice));
+    ASSERT_TRUE(report.ok()) << report.message.toStdString();
+    EXPECT_TRUE(report.failedItems.isEmpty());
+    // Pieces of one run end at different frames; none may hold the run up or lose its place.
+    EXPECT_LT(report.elapsedMs, 30000);
+    expectSequence(paths.gstrFinalMixAVIFileSpec, expected);
+}

@@ -1,0 +1,112 @@
+#include "RenderTestMedia.h"
+
+#include "app/AppPaths.h"
+#include "app/StudioSettings.h"
+#include "app/widgets/frmClipquill.h"
+#include "render/widgets/RenderPanel.h"
+#include "render/widgets/RenderProgressDialog.h"
+#include "support/TestAppFolder.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+namespace {
+
+class RenderPanelTest : public ::testing::Test {
+protected:
+    RenderPanelTest()
+        : paths(AppPaths::forFolder(app.path())),
+          media(paths.gstrFFMPEGFileSpec, LocateFfprobe(paths)) {
+        QDir().mkpath(paths.gstrTempFilesDirectory);
+        studio.gstrVideoRes = QStringLiteral("160X120");
+    }
+
+    void recordingWithOnePicture(double seconds) {
+        ASSERT_TRUE(media.voice(paths.gstrRecordedAudioFileSpec, seconds));
+        const QString pic = app.file("red.jpg");
+        ASSERT_TRUE(media.solidPicture(pic, "red", 320, 240));
+        panel.setRowsProvider([pic] {
+            EventRow r;
+            r.mediaCount = 1;
+            r.mediaType = QStringLiteral("Pictures");
+            r.timeLine = QStringLiteral("1.000");
+            r.fileSpec = pic;
+            return QList<EventRow>{r};
+        });
+    }
+
+    test::TestAppFolder app;
+    AppPaths paths;
+    StudioSettings studio;
+    test::RenderTestMedia media;
+    RenderPanel panel{paths, studio};
+};
+
+} // namespace
+
+TEST_F(RenderPanelTest, ButtonsCarryTheirCaptionsAndNames) {
+    auto* render = panel.findChild<QPushButton*>("cmdRender");
+    auto* play = panel.findChild<QPushButton*>("cmdPlayRendered");
+    ASSERT_TRUE(render && play);
+    EXPECT_EQ(render->text(), "Render");
+    EXPECT_EQ(render->toolTip(),
+              "Render all the video events that you click on like videos, "
+              "text, pics, etc, into one file with the audio that was recorded.");
+    EXPECT_TRUE(play->text().isEmpty());
+    EXPECT_FALSE(play->icon().isNull());
+    EXPECT_FALSE(play->accessibleName().isEmpty());
+    EXPECT_FALSE(play->toolTip().isEmpty());
+
+    test::TestAppFolder windowApp;
+    frmClipquill window(WindowlessStartup::run(windowApp.path(), XdgFolders::fromDesktop()));
+    EXPECT_NE(window.findChild<QPushButton*>("cmdRender"), nullptr);
+}
+
+TEST_F(RenderPanelTest, RenderShowsProgressThenPlayHandsOverTheResult) {
+    recordingWithOnePicture(2.0);
+    panel.setQuiet(true);
+    QSignalSpy done(&panel, &RenderPanel::renderFinished);
+    QSignalSpy play(&panel, &RenderPanel::playRenderedRequested);
+
+    panel.cmdPlayRendered_Click(); // nothing rendered yet
+    EXPECT_EQ(play.count(), 0);
+
+    int highest = -1;
+    QTest::mouseClick(panel.findChild<QPushButton*>("cmdRender"), Qt::LeftButton);
+    auto* dialog = panel.findChild<RenderProgressDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->isVisible());
+    QObject::connect(panel.currentJob(), &RenderJob::progressChanged,
+                     [&](int p) { highest = std::max(highest, p); });
+    ASSERT_TRUE(done.wait(60000));
+    EXPECT_EQ(highest, 100);
+    EXPECT_TRUE(panel.lastReport().ok()) << panel.lastReport().message.toStdString();
+    EXPECT_TRUE(QFileInfo::exists(paths.gstrFinalMixAVIFileSpec));
+
+    QTest::mouseClick(panel.findChild<QPushButton*>("cmdPlayRendered"), Qt::LeftButton);
+    ASSERT_EQ(play.count(), 1);
+    EXPECT_EQ(play.first().first().toString(), paths.gstrFinalMixAVIFileSpec);
+}
+
+TEST_F(RenderPanelTest, CancelButtonOfTheProgressDialogStopsTheRender) {
+    recordingWithOnePicture(30.0);
+    studio.gstrVideoRes = QStringLiteral("640X480");
+    panel.setQuiet(true);
+    QSignalSpy done(&panel, &RenderPanel::renderFinished);
+    QTest::mouseClick(panel.findChild<QPushButton*>("cmdRender"), Qt::LeftButton);
+    auto* cancel = panel.findChild<QPushButton*>("cmdCancelRender");
+    ASSERT_NE(cancel, nullptr);
+    QTest::mouseClick(cancel, Qt::LeftButton);
+    ASSERT_TRUE(done.wait(5000));
+    EXPECT_EQ(panel.lastReport().outcome, RenderReport::Outcome::Cancelled);
+    EXPECT_FALSE(QFileInfo::exists(paths.gstrFinalMixAVIFileSpec));
+    EXPECT_TRUE(panel.findChild<QPushButton*>("cmdRender")->isEnabled());
+}
