@@ -3,6 +3,11 @@
 #include "Version.h"
 #include "app/widgets/KeepAwake.h"
 #include "platform/Folders.h"
+#include "timeline/widgets/EventGridView.h"
+#include "timeline/widgets/ProjectPanel.h"
+#include "timeline/widgets/RecordingPanel.h"
+#include "timeline/widgets/SlideShowPanel.h"
+#include "timeline/widgets/TimelineStudio.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -43,6 +48,7 @@ frmClipquill::frmClipquill(WindowlessStartup startup, QWidget* parent)
     m_keepAwake = new KeepAwake(this);
     buildLayout();
     setWindowTitle(windowTitleText());
+    QTimer::singleShot(0, m_timeline, &TimelineStudio::checkInputDevice);
     if (!m_startupProblems.isEmpty())
         QTimer::singleShot(0, this, &frmClipquill::showStartupProblems);
 }
@@ -53,6 +59,7 @@ void frmClipquill::buildLayout() {
     auto* central = new QWidget(this);
     auto* outer = new QVBoxLayout(central);
 
+    m_displayPlace = new QStackedWidget;
     m_topBar = new QHBoxLayout;
     auto* sizeLabel = new QLabel(QStringLiteral("Video size:"), central);
     m_cboVideoRes = new QComboBox(central);
@@ -72,19 +79,31 @@ void frmClipquill::buildLayout() {
     connect(m_cmdSaveDirectories, &QPushButton::clicked, this,
             &frmClipquill::cmdSaveDirectories_Click);
 
+    m_timeline = new TimelineStudio(
+        {m_recording, m_studio, m_paths, m_settings, *m_wait, central, nullptr, m_displayPlace},
+        this);
+    connect(m_timeline, &TimelineStudio::stopPressed, this,
+            [this] { m_keepAwake->tmrMoveMouseToPreventScreenSaver().stop(); });
+    auto* timelineBar = new QHBoxLayout;
+    timelineBar->addWidget(m_timeline->recordingPanel());
+    timelineBar->addSpacing(24);
+    timelineBar->addWidget(m_timeline->slideShowPanel());
+    timelineBar->addStretch(1);
+    timelineBar->addWidget(m_timeline->projectPanel());
     m_topBar->addWidget(sizeLabel);
     m_topBar->addWidget(m_cboVideoRes);
     m_topBar->addStretch(1);
     m_topBar->addWidget(m_cmdSaveDirectories);
     outer->addLayout(m_topBar);
+    outer->addLayout(timelineBar);
 
     m_splitter = new QSplitter(Qt::Horizontal, central);
     m_mediaArea = new QWidget(m_splitter);
     m_mediaArea->setObjectName(QStringLiteral("fraMediaArea"));
     auto* mediaLayout = new QVBoxLayout(m_mediaArea);
     mediaLayout->setContentsMargins(0, 0, 0, 0);
+    mediaLayout->addWidget(m_timeline->gridView(), 1);
 
-    m_displayPlace = new QStackedWidget(m_splitter);
     m_displayPlace->setObjectName(QStringLiteral("displayPlace"));
     m_displayPlace->setStyleSheet(QStringLiteral("background: black;"));
     m_splash = new QLabel(m_displayPlace);
@@ -95,6 +114,7 @@ void frmClipquill::buildLayout() {
     if (!splash.isNull())
         m_splash->setPixmap(splash);
     m_displayPlace->addWidget(m_splash);
+    m_displayPlace->setCurrentWidget(m_splash);
     m_splitter->addWidget(m_mediaArea);
     m_splitter->addWidget(m_displayPlace);
     m_splitter->setStretchFactor(0, 3);

@@ -18,6 +18,7 @@ class QVBoxLayout;
 namespace cq {
 
 class KeepAwake;
+class TimelineStudio;
 
 // The studio's main window. It owns the program's state (paths, directory settings, studio
 // settings, recording state) and hands it to the subsystems it assembles.
@@ -34,6 +35,7 @@ public:
     const QStringList& textList() const { return m_textList; }
     WaitTimer& waitTimer() { return *m_wait; }
     KeepAwake& keepAwake() { return *m_keepAwake; }
+    TimelineStudio& timeline() { return *m_timeline; }
 
     static QString windowTitleText();
 
@@ -56,6 +58,7 @@ private:
 
     WaitTimer* m_wait = nullptr;
     KeepAwake* m_keepAwake = nullptr;
+    TimelineStudio* m_timeline = nullptr;
 
     QHBoxLayout* m_topBar = nullptr;
     QComboBox* m_cboVideoRes = nullptr;
