@@ -17,7 +17,12 @@ QAudioFormat voiceFormat() {
 }
 } // namespace
 
-Recorder::Recorder(QObject* parent) : QObject(parent), m_writer(kSamplesPerSecond, 1) {}
+Recorder::Recorder(QObject* parent) : QObject(parent), m_writer(kSamplesPerSecond, 1) {
+    // The sound system does not always say when an input goes away (a stream of a removed
+    // source may even go on from another one): look for it once a second.
+    m_deviceCheck.setInterval(1000);
+    connect(&m_deviceCheck, &QTimer::timeout, this, &Recorder::checkDevice);
+}
 
 Recorder::~Recorder() {
     stop();
@@ -54,8 +59,8 @@ Recorder::StartResult Recorder::start(const QString& wavFileSpec, const QAudioDe
         return StartResult::NoInputDevice;
     }
     connect(m_io, &QIODevice::readyRead, this, &Recorder::drain);
-    auto* devices = new QMediaDevices(m_source);
-    connect(devices, &QMediaDevices::audioInputsChanged, this, &Recorder::onInputsChanged);
+    m_sinceLastBytes.start();
+    m_deviceCheck.start();
     m_recording = true;
     return StartResult::Started;
 }
@@ -68,6 +73,7 @@ void Recorder::drain() {
         return;
     if (m_startLatencyMs < 0)
         m_startLatencyMs = m_sinceCaptureStart.elapsed();
+    m_sinceLastBytes.start();
     const qint64 room = m_limitBytes - m_writer.dataBytes();
     const bool full = bytes.size() >= room;
     if (full)
@@ -87,6 +93,7 @@ void Recorder::drain() {
 void Recorder::endCapture() {
     if (!m_source)
         return;
+    m_deviceCheck.stop();
     QAudioSource* source = m_source;
     m_source = nullptr;
     m_io = nullptr;
@@ -111,17 +118,22 @@ void Recorder::onStateChanged() {
     emit captureEnded(EndReason::DeviceLost, m_error);
 }
 
-void Recorder::onInputsChanged() {
+void Recorder::checkDevice() {
     if (!m_source)
         return;
-    const QList<QAudioDevice> inputs = QMediaDevices::audioInputs();
-    for (const QAudioDevice& d : inputs)
-        if (d.id() == m_device.id())
-            return;
     drain();
     if (!m_source)
         return;
-    m_error = QStringLiteral("the sound input \"%1\" was removed").arg(m_device.description());
+    bool present = false;
+    for (const QAudioDevice& d : QMediaDevices::audioInputs())
+        present = present || d.id() == m_device.id();
+    const bool stalled = m_sinceLastBytes.elapsed() > kStallMs;
+    if (present && !stalled)
+        return;
+    m_error =
+        present ? QStringLiteral("the sound input \"%1\" stopped delivering sound")
+                      .arg(m_device.description())
+                : QStringLiteral("the sound input \"%1\" was removed").arg(m_device.description());
     endCapture();
     emit captureEnded(EndReason::DeviceLost, m_error);
 }

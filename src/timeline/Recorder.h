@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
 class QAudioSource;
 class QIODevice;
@@ -23,6 +24,8 @@ public:
     static constexpr int kSamplesPerSecond = 44100;
     static constexpr qint64 kBytesPerSecond = 88200;
     static constexpr qint64 kLimitBytes = kBytesPerSecond * 1000; // 1000 seconds
+    // A sound input that delivers nothing for this long has gone.
+    static constexpr int kStallMs = 3000;
 
     enum class StartResult { Started, AlreadyRecording, NoInputDevice, FileError };
     enum class EndReason { LimitReached, DeviceLost, WriteFailed };
@@ -62,7 +65,7 @@ private:
     void drain();
     void endCapture();
     void onStateChanged();
-    void onInputsChanged();
+    void checkDevice();
 
     QAudioSource* m_source = nullptr;
     QIODevice* m_io = nullptr;
@@ -70,6 +73,8 @@ private:
     WavFileWriter m_writer;
     QElapsedTimer m_sinceCaptureEnd;
     QElapsedTimer m_sinceCaptureStart;
+    QElapsedTimer m_sinceLastBytes;
+    QTimer m_deviceCheck;
     qint64 m_startLatencyMs = -1;
     qint64 m_limitBytes = kLimitBytes;
     bool m_recording = false;

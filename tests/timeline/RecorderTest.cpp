@@ -245,3 +245,96 @@ TEST(Recorder, AKilledRecordingLeavesAPlayableFile) {
     EXPECT_GT(seconds, 1.0); // the header is at most a second behind
     EXPECT_LT(seconds, 2.6);
 }
+
+namespace {
+// Runs a program to its end; its standard output.
+QString run(const QString& program, const QStringList& args) {
+    QProcess p;
+    p.start(program, args);
+    p.waitForFinished(10000);
+    return QString::fromUtf8(p.readAllStandardOutput()).trimmed();
+}
+} // namespace
+
+TEST(Recorder, EventTimesLineUpWithTheVoice) {
+    REQUIRE_AUDIO();
+    const QString paplay = QStandardPaths::findExecutable("paplay");
+    if (paplay.isEmpty())
+        GTEST_SKIP() << "paplay is not installed";
+    QTemporaryDir dir;
+    // A loud 1 kHz burst, far above the test microphone's tone.
+    QByteArray burst;
+    for (int i = 0; i < 44100 * 3 / 10; ++i) {
+        const qint16 v = (i / 22) % 2 ? 30000 : -30000;
+        burst.append(reinterpret_cast<const char*>(&v), 2);
+    }
+    const QString burstFile = dir.filePath("burst.wav");
+    {
+        QFile f(burstFile);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(WavHeader(44100, 1, 16, burst.size()) + burst);
+    }
+    Recorder rec;
+    const QString path = dir.filePath("v.wav");
+    ASSERT_EQ(rec.start(path), Recorder::StartResult::Started);
+    ASSERT_TRUE(waitFor([&] { return rec.elapsedMs() >= 1000; }, 5000));
+    // The click: its time is logged as the sound is made.
+    QProcess player;
+    const qint64 eventMs = rec.elapsedMs();
+    player.start(paplay, {"--latency-msec=20", "-d", "micfeed", burstFile});
+    ASSERT_TRUE(waitFor([&] { return rec.elapsedMs() >= eventMs + 1500; }, 6000));
+    player.waitForFinished(3000);
+    rec.stop();
+    const WavInfo w = readWav(path);
+    const auto* s = reinterpret_cast<const qint16*>(w.samples.constData());
+    qint64 onset = -1;
+    for (qsizetype i = 0; i < w.samples.size() / 2; ++i)
+        if (std::abs(int(s[i])) > 20000) {
+            onset = i * 1000 / 44100;
+            break;
+        }
+    ASSERT_GE(onset, 0) << "the burst never reached the microphone";
+    std::cout << "event logged at " << eventMs << " ms, its sound is in the voice at " << onset
+              << " ms: " << onset - eventMs << " ms later (player start-up included)\n";
+    EXPECT_GE(onset - eventMs, -50);
+    EXPECT_LE(onset - eventMs, 400);
+}
+
+TEST(Recorder, ADeviceThatVanishesEndsCaptureAndKeepsTheVoice) {
+    REQUIRE_AUDIO();
+    const QString pactl = QStandardPaths::findExecutable("pactl");
+    if (pactl.isEmpty())
+        GTEST_SKIP() << "pactl is not installed";
+    const QString module = run(pactl, {"load-module", "module-remap-source",
+                                       "source_name=vanishmic", "master=micfeed.monitor"});
+    ASSERT_FALSE(module.isEmpty());
+    QAudioDevice device;
+    waitFor(
+        [&] {
+            for (const QAudioDevice& d : QMediaDevices::audioInputs())
+                if (d.id() == "vanishmic")
+                    device = d;
+            return !device.isNull();
+        },
+        3000);
+    if (device.isNull()) {
+        run(pactl, {"unload-module", module});
+        GTEST_SKIP() << "the new source did not show up as an input";
+    }
+    QTemporaryDir dir;
+    Recorder rec;
+    QList<Recorder::EndReason> reasons;
+    QObject::connect(&rec, &Recorder::captureEnded,
+                     [&](Recorder::EndReason reason) { reasons << reason; });
+    ASSERT_EQ(rec.start(dir.filePath("v.wav"), device), Recorder::StartResult::Started);
+    ASSERT_TRUE(waitFor([&] { return rec.elapsedMs() >= 800; }, 5000));
+    run(pactl, {"unload-module", module});
+    EXPECT_TRUE(waitFor([&] { return !reasons.isEmpty(); }, 4000));
+    EXPECT_EQ(reasons, QList<Recorder::EndReason>({Recorder::EndReason::DeviceLost}));
+    EXPECT_TRUE(rec.isRecording());
+    const qint64 bytes = rec.stop();
+    EXPECT_GE(bytes, 88200 * 8 / 10);
+    const WavInfo w = readWav(dir.filePath("v.wav"));
+    EXPECT_EQ(qint64(w.dataBytes), bytes);
+    EXPECT_EQ(w.samples.size(), bytes);
+}
