@@ -24,6 +24,8 @@ EventGridView::EventGridView(EventGridModel& model, QWidget* parent)
         setColumnWidth(c, 80);
     horizontalHeader()->setSectionResizeMode(EventGridModel::FileSpec, QHeaderView::Stretch);
     setColumnWidth(EventGridModel::TextColumn, 1);
+    // Shown, the grid takes the room it needs from the media area beside the display.
+    setMinimumWidth(480);
     hide();
 }
 
