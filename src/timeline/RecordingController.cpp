@@ -42,10 +42,8 @@ void RecordingController::cmdRecordVoiceEmail_Click() {
                                             "again."));
         return;
     }
+    // A running slide show goes on: from now on its pictures are logged.
     m_parts.replay.stop();
-    m_parts.wait.release();
-    if (m_parts.slideShow)
-        m_parts.slideShow->stop();
     m_parts.logger.reset();
     state.gdtmRecordingStart = QDateTime::currentDateTime();
     m_parts.voice.release();

@@ -132,7 +132,10 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
         t.clicks().File1_Click(2, red);
         spin(500);
         t.clicks().lstText_Click("Hello there", TextOption::Text);
-        spin(500);
+        spin(250);
+        // The same text again: back to the picture, logged again.
+        t.clicks().lstText_Click("Hello there", TextOption::Text);
+        spin(250);
         t.clicks().File1_Click(2, blue);
         spin(400);
         QTest::mouseClick(t.recordingPanel()->stopButton(), Qt::LeftButton);
@@ -143,11 +146,13 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
         EXPECT_NEAR(w->recordingState().gdblRecordingLength, 1.9, 0.3);
 
         const EventGridModel& grid = t.grid();
-        ASSERT_EQ(grid.rowCount(), 3);
-        EXPECT_EQ(grid.mediaTypes(), QStringList({"Pictures", "Text", "Pictures"}));
+        ASSERT_EQ(grid.rowCount(), 4);
+        EXPECT_EQ(grid.mediaTypes(), QStringList({"Pictures", "Text", "Pictures", "Pictures"}));
+        EXPECT_EQ(grid.row(2).fileSpec, red);
         EXPECT_NEAR(grid.row(0).timeMs(), 500, 200);
         EXPECT_NEAR(grid.row(1).timeMs(), 1000, 200);
-        EXPECT_NEAR(grid.row(2).timeMs(), 1500, 200);
+        EXPECT_NEAR(grid.row(2).timeMs(), 1250, 200);
+        EXPECT_NEAR(grid.row(3).timeMs(), 1500, 200);
         const QString textPicture = work + "/Hello there.jpg";
         EXPECT_EQ(grid.row(1).fileSpec, textPicture);
         EXPECT_EQ(QImage(textPicture, "BMP").size().isEmpty(), false);
@@ -171,7 +176,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
         return project;
     };
     t.projectPanel()->cmdOpenProject_Click();
-    ASSERT_EQ(t.grid().rowCount(), 3);
+    ASSERT_EQ(t.grid().rowCount(), 4);
     EXPECT_TRUE(QFile::exists(work + "/Hello there.jpg"));
     EXPECT_NEAR(w->recordingState().gdblRecordingLength, 1.9, 0.3);
 
@@ -184,7 +189,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     while (t.replay().isRunning() && clock.elapsed() < 8000)
         QTest::qWait(20);
     EXPECT_FALSE(t.replay().isRunning());
-    EXPECT_EQ(shown, QList<int>({0, 1, 2}));
+    EXPECT_EQ(shown, QList<int>({0, 1, 2, 3}));
     auto* place = w->findChild<QStackedWidget*>("displayPlace");
     ASSERT_NE(place, nullptr);
     EXPECT_EQ(place->currentWidget()->objectName(), "timelinePicture");

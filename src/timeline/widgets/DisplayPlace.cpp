@@ -1,5 +1,7 @@
 #include "timeline/widgets/DisplayPlace.h"
 
+#include "timeline/EventLogger.h"
+
 #include <QAudioOutput>
 #include <QFont>
 #include <QLabel>
@@ -130,12 +132,18 @@ bool DisplayPlace::saveTextPicture(const QString& fileSpec) {
 }
 
 void DisplayPlace::switchDisplay(int view) {
-    if (view == 0)
+    if (view == 0) {
         m_place.setCurrentWidget(m_video);
-    else if (view == 1 && !m_lastPicture.isEmpty())
+        if (m_logger && !currentVideo().isEmpty())
+            m_logger->LogMediaEvent(QStringLiteral("Video"), currentVideo(),
+                                    QString::number(videoPositionMs() / 1000.0, 'f', 2));
+    } else if (view == 1 && !m_lastPicture.isEmpty()) {
         showPictureFile(m_lastPicture);
-    else if (view == 2)
+        if (m_logger)
+            m_logger->LogMediaEvent(QStringLiteral("Pictures"), m_lastPicture);
+    } else if (view == 2) {
         m_place.setCurrentWidget(m_text);
+    }
 }
 
 void DisplayPlace::clearDisplay() {

@@ -14,6 +14,8 @@ class QVideoWidget;
 
 namespace cq {
 
+class EventLogger;
+
 // The display place as the timeline uses it: a video player, a picture viewer and a text
 // surface stacked in one place, the shown one in front. The main window may give the timeline
 // its own richer display instead; this one needs only the stack to live in.
@@ -38,6 +40,9 @@ public:
     void clearDisplay() override;
     void stopPlayers() override;
 
+    // The display switch logs what it brings back through this logger (while recording).
+    void setLogger(EventLogger* logger) { m_logger = logger; }
+
     // The text as drawn on the surface: white on black, as large as fits.
     static QImage drawText(const QString& text, QSize size);
 
@@ -53,6 +58,7 @@ private:
     QMediaPlayer* m_audioPlayer;
     QAudioOutput* m_audioOutput;
     QTextToSpeech* m_speech = nullptr;
+    EventLogger* m_logger = nullptr;
     QImage m_textImage;
     QString m_lastPicture;
 };

@@ -42,6 +42,7 @@ TimelineStudio::TimelineStudio(Context context, QObject* parent)
         m_display = context.display;
     } else {
         m_ownDisplay = new DisplayPlace(*context.displayStack, this);
+        m_ownDisplay->setLogger(m_logger);
         m_display = m_ownDisplay;
     }
     if (context.pictures) {
