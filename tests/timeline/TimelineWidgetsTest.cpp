@@ -15,6 +15,7 @@
 #include <QElapsedTimer>
 #include <QImage>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QTemporaryDir>
@@ -193,4 +194,24 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     auto* place = w->findChild<QStackedWidget*>("displayPlace");
     ASSERT_NE(place, nullptr);
     EXPECT_EQ(place->currentWidget()->objectName(), "timelinePicture");
+}
+
+TEST(TimelineWidgets, ATimeTypedIntoTheGridMovesItsRow) {
+    EventGridModel model;
+    model.appendRowText("1\tPictures\t1.000\t\t/a.jpg");
+    model.appendRowText("2\tPictures\t2.000\t\t/b.jpg");
+    model.appendRowText("3\tPictures\t3.000\t\t/c.jpg");
+    EventGridView view(model);
+    view.show();
+    const QModelIndex time = model.index(2, EventGridModel::TimeLine);
+    view.setCurrentIndex(time);
+    view.edit(time);
+    auto* editor = view.viewport()->findChild<QLineEdit*>();
+    ASSERT_NE(editor, nullptr);
+    QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(editor, "0.5");
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTest::qWait(20);
+    EXPECT_EQ(model.row(0).rowText(), "1\tPictures\t0.500\t\t/c.jpg");
+    EXPECT_EQ(model.row(2).rowText(), "3\tPictures\t2.000\t\t/b.jpg");
 }
