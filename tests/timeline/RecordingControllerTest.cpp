@@ -20,6 +20,9 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <sys/resource.h>
+
 using namespace cq;
 
 namespace {
@@ -176,4 +179,33 @@ TEST(RecordingController, AnUnwritableWorkFolderIsNamedAndNothingRecords) {
     ASSERT_EQ(s.messages.size(), 1);
     EXPECT_TRUE(s.messages[0].contains("/nonexistent/ClipquillTempFiles/RecordedAudio.wav"));
     EXPECT_TRUE(s.grid.isEditable());
+}
+
+TEST(RecordingController, AFullDiskEndsCaptureWithAMessageAndKeepsTheVoice) {
+    REQUIRE_AUDIO();
+    Studio s;
+    // The file-size limit stands in for a disk that fills up after half a second of voice.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    rlimit small = old;
+    small.rlim_cur = 44 + Recorder::kBytesPerSecond / 2;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    s.controller->cmdRecordVoiceEmail_Click();
+    ASSERT_TRUE(s.state.gblnRecording);
+    QElapsedTimer t;
+    t.start();
+    while (s.messages.isEmpty() && t.elapsed() < 4000)
+        spin(20);
+    setrlimit(RLIMIT_FSIZE, &old);
+    ASSERT_EQ(s.messages.size(), 1);
+    EXPECT_TRUE(s.messages[0].contains("could not be written any further"))
+        << s.messages[0].toStdString();
+    EXPECT_TRUE(s.messages[0].contains("0.5 seconds of voice were captured"));
+    EXPECT_TRUE(s.state.gblnRecording); // the timeline goes on until Stop
+    s.logger.LogMediaEvent("Pictures", "/late.jpg");
+    EXPECT_GE(s.grid.row(0).timeMs(), 500);
+    s.controller->cmdPause_Click();
+    EXPECT_NEAR(s.state.gdblRecordingLength, 0.5, 0.001);
+    EXPECT_EQ(QFileInfo(s.controller->voiceFileSpec()).size(), 44 + Recorder::kBytesPerSecond / 2);
 }
