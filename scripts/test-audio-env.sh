@@ -19,9 +19,12 @@ cq_audio_start() {
     pactl set-default-sink speakers
     pactl set-default-source testmic
     ( ffmpeg -hide_banner -loglevel error -re -f lavfi -i "sine=frequency=440:sample_rate=44100" \
-        -f s16le -ac 1 -ar 44100 - | pacat -d micfeed --raw --format=s16le --rate=44100 --channels=1 ) \
+        -f s16le -ac 1 -ar 44100 - | pacat -d micfeed --latency-msec=20 --raw --format=s16le --rate=44100 --channels=1 ) \
         >/dev/null 2>&1 &
     CQ_FEEDER_PID=$!
+    # The first recording stream of a fresh server waits ~1.5 s for its first sound; take
+    # that wait here so the tests measure the program, not the server's start.
+    timeout 2.5 parec -d testmic --raw >/dev/null 2>&1 || true
     export CLIPQUILL_TEST_AUDIO=1
 }
 

@@ -1,6 +1,5 @@
 #include "app/widgets/MediaStation.h"
 
-#include "library/MediaTyping.h"
 #include "library/playback/MasterVolume.h"
 #include "library/playback/MediaPlayer.h"
 #include "library/playback/widgets/PlayerControls.h"
@@ -74,10 +73,6 @@ void MediaStation::wireDisplay() {
     connect(m_browser, &MediaBrowser::pictureClicked, m_display,
             &DisplayPlace::MakeHTMLPageForPicture);
     connect(m_display, &DisplayPlace::viewPicsClicked, m_browser, &MediaBrowser::cmdViewPics_Click);
-    connect(m_browser, &MediaBrowser::fileClicked, this, [this](int, const QString& file) {
-        if (GetMediaTypeFromFileSpec(file) == QStringLiteral("Pictures"))
-            m_display->MakeHTMLPageForPicture(file);
-    });
 }
 
 MediaPlayer* MediaStation::WMPAudio(int index) const {

@@ -3,9 +3,19 @@
 #include "Version.h"
 #include "app/widgets/KeepAwake.h"
 #include "app/widgets/MediaStation.h"
+#include "app/widgets/StudioDisplay.h"
+#include "app/widgets/TabPictureList.h"
+#include "library/playback/MediaPlayer.h"
+#include "library/widgets/MediaBrowser.h"
 #include "library/widgets/DisplayPlace.h"
 #include "platform/Folders.h"
 #include "render/widgets/RenderPanel.h"
+#include "timeline/EventGridModel.h"
+#include "timeline/widgets/EventGridView.h"
+#include "timeline/widgets/ProjectPanel.h"
+#include "timeline/widgets/RecordingPanel.h"
+#include "timeline/widgets/SlideShowPanel.h"
+#include "timeline/widgets/TimelineStudio.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -44,6 +54,7 @@ frmClipquill::frmClipquill(WindowlessStartup startup, QWidget* parent)
     m_keepAwake = new KeepAwake(this);
     buildLayout();
     setWindowTitle(windowTitleText());
+    QTimer::singleShot(0, m_timeline, &TimelineStudio::checkInputDevice);
     if (!m_startupProblems.isEmpty())
         QTimer::singleShot(0, this, &frmClipquill::showStartupProblems);
 }
@@ -75,7 +86,6 @@ void frmClipquill::buildLayout() {
 
     m_topBar->addWidget(sizeLabel);
     m_topBar->addWidget(m_cboVideoRes);
-    // The grid's rows reach the panel through setRowsProvider once the recorder is in place.
     m_renderPanel = new RenderPanel(m_paths, m_studio, central);
     m_topBar->addWidget(m_renderPanel);
     m_topBar->addStretch(1);
@@ -87,10 +97,21 @@ void frmClipquill::buildLayout() {
     m_mediaArea->setObjectName(QStringLiteral("fraMediaArea"));
     auto* mediaLayout = new QVBoxLayout(m_mediaArea);
     mediaLayout->setContentsMargins(0, 0, 0, 0);
+    // The display place on top and the event grid under it, when the grid is shown.
+    m_displayColumn = new QSplitter(Qt::Vertical, m_splitter);
+    m_media =
+        new MediaStation(m_paths, m_settings, m_studio, m_textList, m_mediaArea, m_displayColumn);
+    m_display = new StudioDisplay(*m_media, m_studio, this);
+    outer->addLayout(buildTimeline(central));
+    m_display->connectTimeline(*m_timeline);
+    connectRender();
 
-    m_media = new MediaStation(m_paths, m_settings, m_studio, m_textList, m_mediaArea, m_splitter);
+    m_displayColumn->addWidget(&m_media->displayPlace());
+    m_displayColumn->addWidget(m_timeline->gridView());
+    m_displayColumn->setStretchFactor(0, 3);
+    m_displayColumn->setStretchFactor(1, 2);
     m_splitter->addWidget(m_mediaArea);
-    m_splitter->addWidget(&m_media->displayPlace());
+    m_splitter->addWidget(m_displayColumn);
     m_splitter->setStretchFactor(0, 3);
     m_splitter->setStretchFactor(1, 2);
     outer->addWidget(m_splitter, 1);
@@ -100,6 +121,39 @@ void frmClipquill::buildLayout() {
         const QRect avail = screen->availableGeometry();
         resize(std::min(1280, avail.width() * 9 / 10), std::min(820, avail.height() * 9 / 10));
     }
+}
+
+QLayout* frmClipquill::buildTimeline(QWidget* central) {
+    m_pictureList =
+        std::make_unique<TabPictureList>(*m_media->mediaBrowser().tab(MediaBrowser::kPicturesTab));
+    m_timeline = new TimelineStudio({m_recording, m_studio, m_paths, m_settings, *m_wait, central,
+                                     *m_display, m_media->RecordedAudioPlayBackWMP(),
+                                     m_pictureList.get()},
+                                    this);
+    connect(m_timeline, &TimelineStudio::stopPressed, this, [this] {
+        m_keepAwake->tmrMoveMouseToPreventScreenSaver().stop();
+    });
+    auto* bar = new QHBoxLayout;
+    bar->addWidget(m_timeline->recordingPanel());
+    bar->addSpacing(24);
+    bar->addWidget(m_timeline->slideShowPanel());
+    bar->addStretch(1);
+    bar->addWidget(m_timeline->projectPanel());
+    return bar;
+}
+
+void frmClipquill::connectRender() {
+    m_renderPanel->setRowsProvider([this] { return m_timeline->grid().rows(); });
+    m_renderPanel->setLengthProvider(
+        [this] { return qRound64(m_recording.gdblRecordingLength * 1000.0); });
+    // The rendered video takes the display place's player; the players let go of the files
+    // a new render replaces.
+    connect(m_renderPanel, &RenderPanel::playRenderedRequested, m_display,
+            [this](const QString& finalMix) { m_display->showVideo(finalMix, -1); });
+    connect(m_renderPanel, &RenderPanel::releaseFilesRequested, this, [this] {
+        m_media->stopAllPlayers();
+        m_media->WMPAudio(0)->close();
+    });
 }
 
 MediaBrowser& frmClipquill::mediaBrowser() {

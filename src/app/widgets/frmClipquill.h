@@ -7,11 +7,14 @@
 
 #include <QMainWindow>
 
+#include <memory>
+
 class QComboBox;
 class QLabel;
 class QPushButton;
 class QSplitter;
 class QHBoxLayout;
+class QLayout;
 class QVBoxLayout;
 
 namespace cq {
@@ -21,6 +24,9 @@ class KeepAwake;
 class MediaBrowser;
 class MediaStation;
 class RenderPanel;
+class StudioDisplay;
+class TabPictureList;
+class TimelineStudio;
 
 // The studio's main window. It owns the program's state (paths, directory settings, studio
 // settings, recording state) and hands it to the subsystems it assembles.
@@ -41,6 +47,7 @@ public:
     MediaBrowser& mediaBrowser();
     DisplayPlace& displayPlace();
     RenderPanel& renderPanel() { return *m_renderPanel; }
+    TimelineStudio& timeline() { return *m_timeline; }
 
     static QString windowTitleText();
 
@@ -49,6 +56,8 @@ protected:
 
 private:
     void buildLayout();
+    QLayout* buildTimeline(QWidget* central);
+    void connectRender();
     void cboVideoRes_Change(const QString& text);
     void cmdSaveDirectories_Click();
     void Form_Unload();
@@ -70,7 +79,11 @@ private:
     RenderPanel* m_renderPanel = nullptr;
     QSplitter* m_splitter = nullptr;
     QWidget* m_mediaArea = nullptr;
+    QSplitter* m_displayColumn = nullptr;
     MediaStation* m_media = nullptr;
+    StudioDisplay* m_display = nullptr;
+    std::unique_ptr<TabPictureList> m_pictureList;
+    TimelineStudio* m_timeline = nullptr;
 };
 
 } // namespace cq

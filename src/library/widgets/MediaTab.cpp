@@ -15,6 +15,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace cq {
 
 namespace {
@@ -75,6 +77,8 @@ MediaTab::MediaTab(int index, const QString& heading, QWidget* parent)
         m_file->setObjectName(QStringLiteral("File1_%1").arg(index));
         m_file->setAccessibleName(heading + QStringLiteral(" files"));
         m_file->setUniformItemSizes(true); // large folders lay out without measuring each row
+        // Several pictures may be picked (Ctrl/Shift) for a slide show of just those.
+        m_file->setSelectionMode(QAbstractItemView::ExtendedSelection);
         // Small minimums, so that showing the folder pane does not resize the browser's rows.
         m_file->setMinimumHeight(40);
         m_dir->setMinimumHeight(40);
@@ -164,6 +168,22 @@ QStringList MediaTab::entries() const {
     for (int i = 0; i < m_file->count(); ++i)
         names.append(m_file->item(i)->text());
     return names;
+}
+
+QList<int> MediaTab::selectedRows() const {
+    QList<int> rows;
+    if (!m_file)
+        return rows;
+    for (const QModelIndex& index : m_file->selectionModel()->selectedIndexes())
+        rows.append(index.row());
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+QString MediaTab::selectedEntry() const {
+    return m_file && m_file->currentItem() && m_file->currentItem()->isSelected()
+               ? m_file->currentItem()->text()
+               : QString();
 }
 
 bool MediaTab::Dir1_Change(const QString& path) {

@@ -25,6 +25,9 @@ public:
     bool hasFolderPane() const { return m_index != 4; }
     QString path() const { return m_path; }
     QStringList entries() const;
+    // The rows picked in the file list, in list order, and the entry that has the focus.
+    QList<int> selectedRows() const;
+    QString selectedEntry() const;
 
     // Points the lists at a folder. A folder that does not exist or cannot be read leaves every
     // list as it was and returns false.

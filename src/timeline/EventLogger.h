@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+namespace cq {
+
+class EventGridModel;
+class TimelineClock;
+struct RecordingState;
+
+// LogMediaEvent: while a recording runs, every item brought on screen becomes one row of the
+// event grid, timed by the recording's own clock.
+class EventLogger : public QObject {
+    Q_OBJECT
+public:
+    // The media count is a 16-bit counter: a recording holds at most this many events.
+    static constexpr int kMaxEvents = 32767;
+
+    EventLogger(RecordingState& state, EventGridModel& grid, TimelineClock& clock,
+                QObject* parent = nullptr);
+
+    // Appends one row; text is given for text events only. Returns whether a row was logged.
+    bool LogMediaEvent(const QString& mediaType, const QString& fileSpec,
+                       const QString& begVideoAt = QString(),
+                       const std::optional<QString>& text = std::nullopt);
+    // A new recording: the grid back to its header row, the count to 0.
+    void reset();
+    int mediaCount() const { return m_mediaCount; }
+
+signals:
+    void eventLogged(int row);
+
+private:
+    RecordingState& m_state;
+    EventGridModel& m_grid;
+    TimelineClock& m_clock;
+    int m_mediaCount = 0;
+};
+
+} // namespace cq

@@ -1,0 +1,86 @@
+#include "timeline/MediaClickHandler.h"
+
+#include "app/StudioSettings.h"
+#include "library/LastView.h"
+#include "library/MediaTyping.h"
+#include "timeline/EventGridModel.h"
+#include "timeline/EventLogger.h"
+#include "timeline/EventLogic.h"
+#include "timeline/MediaDisplay.h"
+#include "timeline/RecordingState.h"
+
+namespace cq {
+
+QString TextOptionCaption(TextOption option) {
+    switch (option) {
+    case TextOption::Text:
+        return QStringLiteral("Text");
+    case TextOption::Speech:
+        return QStringLiteral("Speech");
+    case TextOption::Both:
+        return QStringLiteral("Both");
+    }
+    return {};
+}
+
+MediaClickHandler::MediaClickHandler(RecordingState& state, StudioSettings& studio,
+                                     EventGridModel& grid, EventLogger& logger,
+                                     MediaDisplay& display, QString workFolder, QObject* parent)
+    : QObject(parent), m_state(state), m_studio(studio), m_grid(grid), m_logger(logger),
+      m_display(display), m_workFolder(std::move(workFolder)) {}
+
+void MediaClickHandler::File1_Click(int tab, const QString& fileSpec) {
+    const QString mediaType = GetMediaTypeFromFileSpec(fileSpec);
+    QString begVideoAt;
+    if (mediaType == u"Pictures") {
+        m_display.showPicture(fileSpec);
+    } else if (mediaType == u"Audio") {
+        m_display.playAudio(tab, fileSpec);
+        return; // sounds are heard, never logged
+    } else if (mediaType == u"Video") {
+        if (m_display.currentVideo() == fileSpec && m_display.isVideoPlaying()) {
+            // Clicked again while it plays: it goes on, and the row notes where it stood.
+            begVideoAt = QString::number(m_display.videoPositionMs() / 1000.0, 'g', 15);
+            m_display.bringVideoToFront();
+        } else {
+            m_display.showVideo(fileSpec, -1);
+        }
+    }
+    m_logger.LogMediaEvent(mediaType, fileSpec, begVideoAt);
+}
+
+void MediaClickHandler::lstText_Click(const QString& text, TextOption option,
+                                      bool fromDisplaySwitch) {
+    if (text.isEmpty())
+        return;
+    if (!fromDisplaySwitch) {
+        if (text == m_previousClickText) {
+            // A second click on the same text goes back to what was shown before it.
+            m_previousClickText.clear();
+            m_display.switchDisplay(RevertToLastView(m_grid.mediaTypes()));
+            return;
+        }
+        m_previousClickText = text;
+    }
+    m_studio.gstrCurrentText = text;
+    switch (option) {
+    case TextOption::Text:
+        m_display.showText(text, false);
+        break;
+    case TextOption::Speech:
+        m_display.speakText(text);
+        break;
+    case TextOption::Both:
+        m_display.showText(text, true);
+        break;
+    }
+    if (!m_state.gblnRecording || option == TextOption::Speech)
+        return;
+    const QString logged = TextForEventRow(m_studio.gstrCurrentText);
+    const QString fileSpec = m_workFolder + u'/' + TextPictureFileName(logged);
+    if (!m_display.saveTextPicture(fileSpec))
+        emit textPictureFailed(fileSpec);
+    m_logger.LogMediaEvent(TextOptionCaption(option), fileSpec, QString(), logged);
+}
+
+} // namespace cq

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+namespace cq {
+
+class EventGridModel;
+class EventLogger;
+class MediaDisplay;
+struct RecordingState;
+struct StudioSettings;
+
+// The text options optTextAndOrSpeech(0), (1), (2).
+enum class TextOption { Text = 0, Speech = 1, Both = 2 };
+QString TextOptionCaption(TextOption option);
+
+// The clicks on media items: a file of a browser tab (File1_Click) and an entry of the text
+// list (lstText_Click). The item is shown and, while a recording runs, logged.
+class MediaClickHandler : public QObject {
+    Q_OBJECT
+public:
+    MediaClickHandler(RecordingState& state, StudioSettings& studio, EventGridModel& grid,
+                      EventLogger& logger, MediaDisplay& display, QString workFolder,
+                      QObject* parent = nullptr);
+
+    // A click on a file of tab 0..7.
+    void File1_Click(int tab, const QString& fileSpec);
+    // A click on a text-list entry. fromDisplaySwitch marks the display switch's own call,
+    // which never toggles back.
+    void lstText_Click(const QString& text, TextOption option, bool fromDisplaySwitch = false);
+
+    QString previousClickText() const { return m_previousClickText; }
+
+signals:
+    // A text picture could not be saved; the event was logged all the same.
+    void textPictureFailed(const QString& fileSpec);
+
+private:
+    RecordingState& m_state;
+    StudioSettings& m_studio;
+    EventGridModel& m_grid;
+    EventLogger& m_logger;
+    MediaDisplay& m_display;
+    QString m_workFolder;
+    QString m_previousClickText;
+};
+
+} // namespace cq

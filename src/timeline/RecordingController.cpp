@@ -1,0 +1,151 @@
+#include "timeline/RecordingController.h"
+
+#include "platform/WaitTimer.h"
+#include "timeline/EventGridModel.h"
+#include "timeline/EventLogger.h"
+#include "timeline/MediaDisplay.h"
+#include "timeline/RecordingState.h"
+#include "timeline/Replay.h"
+#include "timeline/SlideShow.h"
+#include "timeline/VoicePlayer.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+
+namespace cq {
+
+namespace {
+const QString kTitle = QStringLiteral("Recording");
+} // namespace
+
+RecordingController::RecordingController(Parts parts, QString voiceFileSpec, QObject* parent)
+    : QObject(parent), m_parts(parts), m_voiceFileSpec(std::move(voiceFileSpec)) {
+    connect(&m_parts.recorder, &Recorder::captureEnded, this, &RecordingController::onCaptureEnded);
+}
+
+bool RecordingController::checkInputDevice() {
+    if (Recorder::hasInputDevice())
+        return true;
+    emit information(QString::fromLatin1(kNoFullDuplexTitle),
+                     QString::fromLatin1(kNoFullDuplexText));
+    return false;
+}
+
+void RecordingController::cmdRecordVoiceEmail_Click() {
+    RecordingState& state = m_parts.state;
+    if (state.gblnRecording)
+        return;
+    if (!Recorder::hasInputDevice()) {
+        emit warning(kTitle, QStringLiteral("No sound input was found, so nothing can be "
+                                            "recorded. Connect a microphone and press record "
+                                            "again."));
+        return;
+    }
+    // A running slide show goes on: from now on its pictures are logged.
+    m_parts.replay.stop();
+    m_parts.logger.reset();
+    state.gdtmRecordingStart = QDateTime::currentDateTime();
+    m_parts.voice.release();
+    m_parts.display.stopVideo();
+    m_parts.display.setVideoMuted(false);
+    state.gblnStopAll = false;
+    RecordMsg();
+}
+
+void RecordingController::RecordMsg() {
+    RecordingState& state = m_parts.state;
+    state.gblnRecording = true;
+    m_parts.grid.setEditable(false);
+    // The replay player must not hold the file that is about to be replaced.
+    m_parts.voice.release();
+    QFile::remove(m_voiceFileSpec);
+    const Recorder::StartResult result = m_parts.recorder.start(m_voiceFileSpec);
+    if (result == Recorder::StartResult::Started) {
+        emit recordingChanged(true);
+        return;
+    }
+    state.gblnRecording = false;
+    m_parts.grid.setEditable(true);
+    if (result == Recorder::StartResult::FileError)
+        emit warning(kTitle, QStringLiteral("The voice cannot be recorded: \"%1\" cannot be "
+                                            "written (%2). Check that the work folder exists, "
+                                            "is writable and that the disk has room.")
+                                 .arg(m_voiceFileSpec, m_parts.recorder.errorString()));
+    else
+        emit warning(kTitle, QStringLiteral("The sound input could not be opened, so nothing "
+                                            "can be recorded."));
+}
+
+void RecordingController::cmdPause_Click() {
+    RecordingState& state = m_parts.state;
+    emit stopPressed();
+    m_parts.display.setVideoMuted(false);
+    if (!state.gblnRecording) {
+        state.gblnStopAll = true;
+        m_parts.replay.stop();
+        m_parts.voice.stop();
+        m_parts.display.stopPlayers();
+    } else {
+        StopRec();
+        state.gblnRecording = false;
+        m_parts.grid.setEditable(true);
+        state.gdtmRecordingStop = QDateTime::currentDateTime();
+        m_parts.display.stopPlayers();
+        emit recordingChanged(false);
+    }
+    m_parts.wait.release();
+    if (m_parts.slideShow)
+        m_parts.slideShow->stop();
+}
+
+void RecordingController::StopRec() {
+    const QString error = m_parts.recorder.errorString();
+    const qint64 bytes = m_parts.recorder.stop();
+    m_parts.state.gdblRecordingLength = double(bytes) / double(Recorder::kBytesPerSecond);
+    if (bytes == 0)
+        return; // nothing was captured: no file
+    if (!QFileInfo(m_voiceFileSpec).isFile()) {
+        emit warning(kTitle, QString::fromLatin1(kRecordASoundFirst));
+        return;
+    }
+    const QString closeError = m_parts.recorder.errorString();
+    if (closeError != error && !closeError.isEmpty())
+        emit warning(kTitle, QStringLiteral("The end of the recorded voice could not be written "
+                                            "to \"%1\" (%2); what was captured before is kept.")
+                                 .arg(m_voiceFileSpec, closeError));
+}
+
+void RecordingController::onCaptureEnded(Recorder::EndReason reason, const QString& detail) {
+    const QString kept =
+        QStringLiteral("%1 seconds of voice were captured and are kept in \"%2\".")
+            .arg(QString::number(m_parts.recorder.capturedMs() / 1000.0, 'f', 1), m_voiceFileSpec);
+    switch (reason) {
+    case Recorder::EndReason::LimitReached:
+        // The capture ends at its limit; the timeline goes on until Stop.
+        break;
+    case Recorder::EndReason::DeviceLost:
+        emit warning(kTitle, QStringLiteral("The sound input stopped during the recording (%1). "
+                                            "%2 Clicks are still logged until you press Stop.")
+                                 .arg(detail, kept));
+        break;
+    case Recorder::EndReason::WriteFailed:
+        emit warning(kTitle, QStringLiteral("The recorded voice could not be written any further "
+                                            "(%1): the disk may be full. %2 Clicks are still "
+                                            "logged until you press Stop.")
+                                 .arg(detail, kept));
+        break;
+    }
+}
+
+void RecordingController::cmdPlayVoiceEmail_Click() {
+    if (m_parts.state.gblnRecording || m_parts.replay.isRunning())
+        return;
+    if (!QFileInfo(m_voiceFileSpec).isFile()) {
+        emit information(kTitle, QString::fromLatin1(kRecordASoundFirst));
+        return;
+    }
+    m_parts.replay.start(m_voiceFileSpec);
+}
+
+} // namespace cq

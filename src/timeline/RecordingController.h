@@ -1,0 +1,70 @@
+#pragma once
+
+#include "timeline/Recorder.h"
+
+#include <QObject>
+#include <QString>
+
+namespace cq {
+
+class EventGridModel;
+class EventLogger;
+class MediaDisplay;
+class Replay;
+class SlideShow;
+class VoicePlayer;
+class WaitTimer;
+struct RecordingState;
+
+// The record button cmdRecordVoiceEmail and the stop button cmdPause: one recording from the
+// record click to Stop, and Stop as the end of every replay, slide show and player.
+class RecordingController : public QObject {
+    Q_OBJECT
+public:
+    struct Parts {
+        RecordingState& state;
+        EventGridModel& grid;
+        EventLogger& logger;
+        Recorder& recorder;
+        MediaDisplay& display;
+        VoicePlayer& voice;
+        WaitTimer& wait;
+        Replay& replay;
+        SlideShow* slideShow = nullptr;
+    };
+
+    RecordingController(Parts parts, QString voiceFileSpec, QObject* parent = nullptr);
+
+    // Start-up check of the sound input: false (and the message said) when there is none.
+    bool checkInputDevice();
+    // Starts a recording; pressing it while one runs changes nothing.
+    void cmdRecordVoiceEmail_Click();
+    void cmdPause_Click();
+    // Replays the last recording (the voice file must be there).
+    void cmdPlayVoiceEmail_Click();
+
+    QString voiceFileSpec() const { return m_voiceFileSpec; }
+
+signals:
+    void recordingChanged(bool recording);
+    // Stop was pressed (the screen-saver keep-alive ends with it).
+    void stopPressed();
+    void information(const QString& title, const QString& text);
+    void warning(const QString& title, const QString& text);
+
+private:
+    void RecordMsg();
+    void StopRec();
+    void onCaptureEnded(Recorder::EndReason reason, const QString& detail);
+
+    Parts m_parts;
+    QString m_voiceFileSpec;
+};
+
+// The texts the recorder's window shows.
+inline constexpr char kNoFullDuplexTitle[] = "No full duplex";
+inline constexpr char kNoFullDuplexText[] =
+    "This card does not support full duplex.  You may still record sound.";
+inline constexpr char kRecordASoundFirst[] = "Please record a sound first";
+
+} // namespace cq

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QByteArray>
+#include <QFile>
+#include <QString>
+
+namespace cq {
+
+// Writes a 16-bit PCM WAV file while it is being recorded. The samples go to disk as they
+// arrive and the 44-byte header is brought up to date every so often, so a process that dies
+// mid-recording leaves a file that plays up to about the last header update.
+class WavFileWriter {
+public:
+    WavFileWriter(quint32 samplesPerSecond, quint16 channels);
+    ~WavFileWriter();
+    WavFileWriter(const WavFileWriter&) = delete;
+    WavFileWriter& operator=(const WavFileWriter&) = delete;
+
+    // Creates (or replaces) the file with an empty data chunk. False with errorString() set when
+    // the file cannot be created or written.
+    bool open(const QString& fileSpec);
+    // Appends sample bytes; the header is rewritten when headerEveryBytes have arrived since
+    // the last update. False when the disk refused the bytes; what was written before stays.
+    bool append(const QByteArray& bytes);
+    // Brings the header up to date and flushes; the file stays open.
+    bool updateHeader();
+    // Final header, file closed. Safe to call twice.
+    bool close();
+
+    bool isOpen() const { return m_file.isOpen(); }
+    qint64 dataBytes() const { return m_dataBytes; }
+    QString errorString() const { return m_error; }
+    QString fileName() const { return m_file.fileName(); }
+    void setHeaderEveryBytes(qint64 bytes) { m_headerEvery = bytes; }
+
+private:
+    bool fail(const QString& why);
+
+    QFile m_file;
+    quint32 m_rate;
+    quint16 m_channels;
+    qint64 m_dataBytes = 0;
+    qint64 m_sinceHeader = 0;
+    qint64 m_headerEvery;
+    QString m_error;
+};
+
+// The length in milliseconds of the samples in a 16-bit PCM WAV file, read from its header;
+// -1 when the file is missing or not such a file.
+qint64 WavFileDurationMs(const QString& fileSpec);
+
+} // namespace cq

@@ -1,0 +1,110 @@
+#include "timeline/widgets/ProjectPanel.h"
+
+#include "platform/Folders.h"
+#include "timeline/EventGridModel.h"
+#include "timeline/RecordingState.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace cq {
+
+namespace {
+const QString kSaveTitle = QStringLiteral("Save Project");
+const QString kOpenTitle = QStringLiteral("Open Project");
+} // namespace
+
+ProjectPanel::ProjectPanel(RecordingState& state, EventGridModel& grid, QString voiceFileSpec,
+                           QString workFolder, QString projectsFolder, QWidget* parent)
+    : QWidget(parent), m_state(state), m_grid(grid), m_voiceFileSpec(std::move(voiceFileSpec)),
+      m_workFolder(std::move(workFolder)), m_projectsFolder(std::move(projectsFolder)) {
+    setObjectName(QStringLiteral("ProjectPanel"));
+    m_cmdSaveProject = new QPushButton(kSaveTitle, this);
+    m_cmdSaveProject->setObjectName(QStringLiteral("cmdSaveProject"));
+    m_cmdSaveProject->setToolTip(
+        QStringLiteral("Keep the recorded voice and its events in a project folder"));
+    m_cmdOpenProject = new QPushButton(kOpenTitle, this);
+    m_cmdOpenProject->setObjectName(QStringLiteral("cmdOpenProject"));
+    m_cmdOpenProject->setToolTip(
+        QStringLiteral("Bring back a saved recording to replay or render it"));
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_cmdSaveProject);
+    layout->addWidget(m_cmdOpenProject);
+
+    askSaveFolder = [this] {
+        MakeFolderPath(m_projectsFolder);
+        return QFileDialog::getSaveFileName(this, kSaveTitle, defaultSaveFolder(), QString(),
+                                            nullptr, QFileDialog::DontConfirmOverwrite);
+    };
+    askOpenFolder = [this] {
+        return QFileDialog::getExistingDirectory(this, kOpenTitle, m_projectsFolder);
+    };
+    connect(m_cmdSaveProject, &QPushButton::clicked, this, &ProjectPanel::cmdSaveProject_Click);
+    connect(m_cmdOpenProject, &QPushButton::clicked, this, &ProjectPanel::cmdOpenProject_Click);
+}
+
+QString ProjectPanel::defaultSaveFolder() const {
+    return QDir(m_projectsFolder)
+        .filePath(QStringLiteral("Project ") +
+                  QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh.mm")));
+}
+
+void ProjectPanel::cmdSaveProject_Click() {
+    if (m_state.gblnRecording) {
+        QMessageBox::information(this, kSaveTitle,
+                                 QStringLiteral("Press Stop to end the recording first."));
+        return;
+    }
+    const QString folder = askSaveFolder ? askSaveFolder() : QString();
+    if (folder.isEmpty())
+        return;
+    if (IsProjectFolder(folder) &&
+        QMessageBox::question(
+            this, kSaveTitle,
+            QStringLiteral("\"%1\" already holds a project. Replace it?").arg(folder)) !=
+            QMessageBox::Yes)
+        return;
+    const ProjectResult result = SaveProject(folder, m_grid.rows(), m_voiceFileSpec, m_workFolder);
+    if (!result.ok()) {
+        QMessageBox::warning(this, kSaveTitle, result.error);
+        return;
+    }
+    if (!result.missingFiles.isEmpty())
+        QMessageBox::information(this, kSaveTitle,
+                                 QStringLiteral("The project was saved, but these files were "
+                                                "missing:\n%1")
+                                     .arg(result.missingFiles.join(u'\n')));
+}
+
+void ProjectPanel::cmdOpenProject_Click() {
+    if (m_state.gblnRecording) {
+        QMessageBox::information(this, kOpenTitle,
+                                 QStringLiteral("Press Stop to end the recording first."));
+        return;
+    }
+    const QString folder = askOpenFolder ? askOpenFolder() : QString();
+    if (folder.isEmpty())
+        return;
+    const ProjectResult result = OpenProject(folder, m_voiceFileSpec, m_workFolder);
+    if (!result.ok()) {
+        QMessageBox::warning(
+            this, kOpenTitle,
+            QStringLiteral("The project could not be opened.\n%1").arg(result.error));
+        return;
+    }
+    m_grid.setRows(result.rows);
+    m_state.gdblRecordingLength = result.voiceMs > 0 ? result.voiceMs / 1000.0 : 0;
+    emit projectOpened(folder);
+    if (!result.missingFiles.isEmpty())
+        QMessageBox::warning(this, kOpenTitle,
+                             QStringLiteral("The project was opened, but these files are "
+                                            "missing and will show nothing:\n%1")
+                                 .arg(result.missingFiles.join(u'\n')));
+}
+
+} // namespace cq

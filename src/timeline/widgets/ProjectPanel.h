@@ -1,0 +1,45 @@
+#pragma once
+
+#include "timeline/Project.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class QPushButton;
+
+namespace cq {
+
+class EventGridModel;
+struct RecordingState;
+
+// "Save Project" and "Open Project": a recording kept in a folder of its own.
+class ProjectPanel : public QWidget {
+    Q_OBJECT
+public:
+    ProjectPanel(RecordingState& state, EventGridModel& grid, QString voiceFileSpec,
+                 QString workFolder, QString projectsFolder, QWidget* parent = nullptr);
+
+    // The dialogs ask these for a folder (tests replace them); empty means cancelled.
+    std::function<QString()> askSaveFolder;
+    std::function<QString()> askOpenFolder;
+
+    void cmdSaveProject_Click();
+    void cmdOpenProject_Click();
+
+signals:
+    void projectOpened(const QString& folder);
+
+private:
+    QString defaultSaveFolder() const;
+
+    RecordingState& m_state;
+    EventGridModel& m_grid;
+    QString m_voiceFileSpec;
+    QString m_workFolder;
+    QString m_projectsFolder;
+    QPushButton* m_cmdSaveProject;
+    QPushButton* m_cmdOpenProject;
+};
+
+} // namespace cq

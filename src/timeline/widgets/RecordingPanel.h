@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+
+class QLabel;
+class QPushButton;
+class QToolButton;
+
+namespace cq {
+
+class RecordingController;
+
+// The record and stop buttons with the blinking "Recording" label, the grid's "Events"
+// button and the replay button.
+class RecordingPanel : public QWidget {
+    Q_OBJECT
+public:
+    explicit RecordingPanel(RecordingController& controller, QWidget* parent = nullptr);
+
+    QToolButton* recordButton() const { return m_cmdRecordVoiceEmail; }
+    QToolButton* stopButton() const { return m_cmdPause; }
+    QToolButton* replayButton() const { return m_cmdPlayVoiceEmail; }
+    QPushButton* eventsButton() const { return m_cmdEvents; }
+    QLabel* recordingLabel() const { return m_lblRecording; }
+    QTimer& tmrRecording() { return m_tmrRecording; }
+
+signals:
+    void cmdEvents_Click();
+
+private:
+    void onRecordingChanged(bool recording);
+    void tmrRecording_Timer();
+
+    RecordingController& m_controller;
+    QToolButton* m_cmdRecordVoiceEmail;
+    QToolButton* m_cmdPause;
+    QToolButton* m_cmdPlayVoiceEmail;
+    QPushButton* m_cmdEvents;
+    QLabel* m_lblRecording;
+    QTimer m_tmrRecording;
+};
+
+} // namespace cq

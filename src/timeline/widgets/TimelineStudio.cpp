@@ -1,0 +1,91 @@
+#include "timeline/widgets/TimelineStudio.h"
+
+#include "app/AppPaths.h"
+#include "app/DirectorySettings.h"
+#include "timeline/EventGridModel.h"
+#include "timeline/EventLogger.h"
+#include "timeline/FolderPictureList.h"
+#include "timeline/MediaClickHandler.h"
+#include "timeline/QtVoicePlayer.h"
+#include "timeline/Recorder.h"
+#include "timeline/RecordingController.h"
+#include "timeline/RecordingState.h"
+#include "timeline/Replay.h"
+#include "timeline/SlideShow.h"
+#include "timeline/widgets/EventGridView.h"
+#include "timeline/widgets/ProjectPanel.h"
+#include "timeline/widgets/RecordingPanel.h"
+#include "timeline/widgets/SlideShowPanel.h"
+
+#include <QMessageBox>
+
+namespace cq {
+
+namespace {
+// Messages never hold up the window: a recording or replay goes on behind them.
+void showMessage(QWidget* window, QMessageBox::Icon icon, const QString& title,
+                 const QString& text) {
+    auto* box = new QMessageBox(icon, title, text, QMessageBox::Ok, window);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+} // namespace
+
+TimelineStudio::TimelineStudio(Context context, QObject* parent)
+    : QObject(parent), m_context(context), m_display(context.display) {
+    m_grid = new EventGridModel(this);
+    m_recorder = new Recorder(this);
+    m_logger = new EventLogger(context.recording, *m_grid, *m_recorder, this);
+    m_voice = new QtVoicePlayer(context.voicePlayer, this);
+    if (context.pictures) {
+        m_pictures = context.pictures;
+    } else {
+        m_ownPictures =
+            std::make_unique<FolderPictureList>(context.directories.gstrMyPicturesDirectory);
+        m_pictures = m_ownPictures.get();
+    }
+    m_clicks = new MediaClickHandler(context.recording, context.studio, *m_grid, *m_logger,
+                                     m_display, context.paths.gstrTempFilesDirectory, this);
+    m_replay = new Replay(context.recording, context.studio, *m_grid, m_display, *m_voice, this);
+    m_slideShow = new SlideShow(*m_pictures, m_display, *m_logger, context.wait, this);
+    m_controller =
+        new RecordingController({context.recording, *m_grid, *m_logger, *m_recorder, m_display,
+                                 *m_voice, context.wait, *m_replay, m_slideShow},
+                                context.paths.gstrRecordedAudioFileSpec, this);
+
+    QWidget* window = context.window;
+    m_recordingPanel = new RecordingPanel(*m_controller, window);
+    m_slideShowPanel = new SlideShowPanel(*m_slideShow, window);
+    m_projectPanel =
+        new ProjectPanel(context.recording, *m_grid, context.paths.gstrRecordedAudioFileSpec,
+                         context.paths.gstrTempFilesDirectory,
+                         context.directories.gstrMyVideoProjectsDirectory, window);
+    m_gridView = new EventGridView(*m_grid, window);
+    connect(m_recordingPanel, &RecordingPanel::cmdEvents_Click, m_gridView,
+            &EventGridView::cmdEvents_Click);
+    connect(m_controller, &RecordingController::stopPressed, this, &TimelineStudio::stopPressed);
+    connect(m_controller, &RecordingController::information, window,
+            [window](const QString& title, const QString& text) {
+                showMessage(window, QMessageBox::Information, title, text);
+            });
+    connect(m_controller, &RecordingController::warning, window,
+            [window](const QString& title, const QString& text) {
+                showMessage(window, QMessageBox::Warning, title, text);
+            });
+    connect(m_clicks, &MediaClickHandler::textPictureFailed, window,
+            [window](const QString& fileSpec) {
+                showMessage(window, QMessageBox::Warning, QStringLiteral("Recording"),
+                            QStringLiteral("The picture of the text could not be saved "
+                                           "to \"%1\"; its event is logged but will "
+                                           "render black.")
+                                .arg(fileSpec));
+            });
+}
+
+TimelineStudio::~TimelineStudio() = default;
+
+void TimelineStudio::checkInputDevice() {
+    m_controller->checkInputDevice();
+}
+
+} // namespace cq

@@ -1,0 +1,191 @@
+#include "FakeMediaDisplay.h"
+#include "app/StudioSettings.h"
+#include "timeline/EventGridModel.h"
+#include "timeline/EventLogger.h"
+#include "timeline/EventLogic.h"
+#include "timeline/MediaClickHandler.h"
+#include "timeline/RecordingState.h"
+#include "timeline/TimelineClock.h"
+
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+using cq::test::FakeMediaDisplay;
+
+namespace {
+
+struct ManualClock : TimelineClock {
+    qint64 ms = 0;
+    qint64 elapsedMs() override { return ms; }
+};
+
+// One recording's worth of parts around a fake screen.
+struct Bench {
+    QTemporaryDir work;
+    RecordingState state;
+    StudioSettings studio;
+    EventGridModel grid;
+    ManualClock clock;
+    FakeMediaDisplay display;
+    EventLogger logger{state, grid, clock};
+    MediaClickHandler clicks{state, studio, grid, logger, display, work.path()};
+
+    QStringList rowTexts() const {
+        QStringList texts;
+        for (const EventRow& r : grid.rows())
+            texts << r.rowText();
+        return texts;
+    }
+};
+
+} // namespace
+
+TEST(EventGrid, HeadersAndTheCellUnderTheMouseAsTooltip) {
+    EventGridModel grid;
+    ASSERT_EQ(grid.columnCount(), 6);
+    QStringList headers;
+    for (int c = 0; c < 6; ++c)
+        headers << grid.headerData(c, Qt::Horizontal).toString();
+    EXPECT_EQ(headers, QStringList({"Media Count", "Media Type", "Time Line", "BegVideoAt",
+                                    "FileSpec", ""}));
+    ASSERT_TRUE(grid.appendRowText("1\tText\t2.500\t\t/w/Hi.jpg\tHi there"));
+    EXPECT_FALSE(grid.appendRowText("not a row"));
+    EXPECT_EQ(grid.rowCount(), 1);
+    EXPECT_EQ(grid.data(grid.index(0, 5), Qt::ToolTipRole).toString(), "Hi there");
+    EXPECT_EQ(grid.data(grid.index(0, 2), Qt::ToolTipRole).toString(), "2.500");
+}
+
+TEST(EventGrid, CorrectionsKeepTimeOrderAndCountsButNotWhileRecording) {
+    EventGridModel grid;
+    grid.appendRowText("1\tVideo\t2.000\t\t/v.mp4");
+    grid.appendRowText("2\tPictures\t7.000\t\t/p.jpg");
+    grid.appendRowText("3\tText\t12.000\t\t/w/t.jpg\tt");
+    // Typing a time moves the row to its place and renumbers.
+    EXPECT_TRUE(grid.setData(grid.index(2, EventGridModel::TimeLine), "1.25"));
+    EXPECT_EQ(grid.text(0, 1), "Text");
+    EXPECT_EQ(grid.text(0, 2), "1.250");
+    EXPECT_EQ(grid.text(0, 0), "1");
+    EXPECT_EQ(grid.text(2, 0), "3");
+    EXPECT_FALSE(grid.setData(grid.index(1, EventGridModel::TimeLine), "soon"));
+    EXPECT_FALSE(grid.setData(grid.index(1, EventGridModel::FileSpec), "/x"));
+    EXPECT_TRUE(grid.removeEventRow(0));
+    EXPECT_EQ(grid.mediaTypes(), QStringList({"Video", "Pictures"}));
+    EXPECT_EQ(grid.text(1, 0), "2");
+
+    grid.setEditable(false);
+    EXPECT_FALSE(grid.flags(grid.index(0, EventGridModel::TimeLine)) & Qt::ItemIsEditable);
+    EXPECT_FALSE(grid.removeEventRow(0));
+    EXPECT_FALSE(grid.setRowTime(0, 9000));
+    EXPECT_EQ(grid.rowCount(), 2);
+}
+
+TEST(EventGrid, TextPictureNameIsTheFirstFiftyCleanCharacters) {
+    const QString eighty = "Hello, world!\r\nThis line (one) has 50+ chars_and-more; yes "
+                           "indeed it goes on and on";
+    const QString logged = TextForEventRow(eighty);
+    EXPECT_FALSE(logged.contains('\r'));
+    EXPECT_FALSE(logged.contains('\n'));
+    EXPECT_EQ(logged, "Hello, world!This line (one) has 50+ chars_and-more; yes indeed it goes "
+                      "on and on");
+    EXPECT_EQ(TextPictureFileName(eighty), "Hello worldThis line (one) has 50+ chars_and-mor.jpg");
+    EXPECT_EQ(TextPictureFileName("a\tb\nc"), "a bc.jpg");
+    EXPECT_EQ(TextPictureFileName("Doh!"), "Doh.jpg");
+}
+
+TEST(MediaClicks, VideoPictureAndTheSameVideoAgainGiveTheRowsOfARecording) {
+    Bench b;
+    b.state.gblnRecording = true;
+    b.clock.ms = 2000;
+    b.clicks.File1_Click(0, "/m/clip.mp4");
+    b.clock.ms = 7000;
+    b.clicks.File1_Click(2, "/p/a.jpg");
+    b.clock.ms = 9481;
+    b.display.positionMs = 7481; // the clip has played on
+    b.clicks.File1_Click(0, "/m/clip.mp4");
+    EXPECT_EQ(b.rowTexts(),
+              QStringList({"1\tVideo\t2.000\t\t/m/clip.mp4", "2\tPictures\t7.000\t\t/p/a.jpg",
+                           "3\tVideo\t9.481\t7.481\t/m/clip.mp4"}));
+    // The second click did not restart the clip.
+    EXPECT_EQ(b.display.calls.count("video /m/clip.mp4 @-1"), 1);
+    EXPECT_TRUE(b.display.calls.contains("video front"));
+}
+
+TEST(MediaClicks, SoundsPlayUnloggedUntypedFilesLogEmptyTypeNothingLoggedWhenIdle) {
+    Bench b;
+    b.clicks.File1_Click(0, "/m/clip.mp4");
+    b.clicks.lstText_Click("Hi", TextOption::Both);
+    EXPECT_EQ(b.grid.rowCount(), 0);
+    EXPECT_EQ(b.display.calls.first(), "video /m/clip.mp4 @-1");
+
+    b.state.gblnRecording = true;
+    b.clock.ms = 1500;
+    b.clicks.File1_Click(1, "/music/song.MP3");
+    EXPECT_TRUE(b.display.calls.contains("audio 1 /music/song.MP3"));
+    EXPECT_EQ(b.logger.mediaCount(), 0);
+    b.clicks.File1_Click(1, "/music/tune.mid");
+    EXPECT_EQ(b.rowTexts(), QStringList({"1\t\t1.500\t\t/music/tune.mid"}));
+}
+
+TEST(MediaClicks, TextClicksSavePicturesToggleBackAndSpeechIsNotLogged) {
+    Bench b;
+    b.state.gblnRecording = true;
+    b.clock.ms = 1000;
+    b.clicks.File1_Click(2, "/p/a.jpg");
+    b.clock.ms = 3000;
+    b.clicks.lstText_Click("Doh!\r\nReally?", TextOption::Text);
+    const QString picture = b.work.filePath("DohReally.jpg");
+    EXPECT_TRUE(QFileInfo(picture).isFile());
+    EXPECT_EQ(b.rowTexts().last(), "2\tText\t3.000\t\t" + picture + "\tDoh!Really?");
+    EXPECT_EQ(b.studio.gstrCurrentText, "Doh!\r\nReally?");
+
+    // The same text again goes back to the picture and logs nothing itself.
+    b.clicks.lstText_Click("Doh!\r\nReally?", TextOption::Text);
+    EXPECT_EQ(b.display.calls.last(), "switch 1");
+    EXPECT_EQ(b.grid.rowCount(), 2);
+    EXPECT_TRUE(b.clicks.previousClickText().isEmpty());
+
+    b.clicks.lstText_Click("Say it", TextOption::Speech);
+    EXPECT_EQ(b.display.calls.last(), "speak Say it");
+    b.clicks.lstText_Click("Both ways", TextOption::Both);
+    EXPECT_EQ(b.rowTexts().last().section('\t', 1, 1), "Both");
+    // The display switch's own call never toggles.
+    b.clicks.lstText_Click("Both ways", TextOption::Both, true);
+    EXPECT_EQ(b.grid.rowCount(), 4);
+
+    b.display.canSavePictures = false;
+    int failures = 0;
+    QObject::connect(&b.clicks, &MediaClickHandler::textPictureFailed, [&] { ++failures; });
+    b.clicks.lstText_Click("Unsaved", TextOption::Text);
+    EXPECT_EQ(failures, 1);
+    EXPECT_EQ(b.grid.rowCount(), 5);
+}
+
+TEST(MediaClicks, FiveHundredFastClicksAreAllLoggedInOrderAndRecordEmptiesTheGrid) {
+    Bench b;
+    b.state.gblnRecording = true;
+    for (int i = 0; i < 500; ++i) {
+        b.clock.ms = i * 3; // faster than anyone clicks
+        b.clicks.File1_Click(2, QStringLiteral("/p/%1.png").arg(i));
+    }
+    ASSERT_EQ(b.grid.rowCount(), 500);
+    for (int r = 0; r < 500; ++r) {
+        ASSERT_EQ(b.grid.text(r, 0).toInt(), r + 1);
+        ASSERT_EQ(b.grid.row(r).timeMs(), r * 3);
+    }
+    b.logger.reset();
+    EXPECT_EQ(b.grid.rowCount(), 0);
+    b.clicks.File1_Click(2, "/p/x.png");
+    EXPECT_EQ(b.grid.text(0, 0), "1");
+}
+
+TEST(MediaClicks, TheCountStopsAtItsSixteenBitLimit) {
+    Bench b;
+    b.state.gblnRecording = true;
+    for (int i = 0; i < EventLogger::kMaxEvents; ++i)
+        b.logger.LogMediaEvent("Pictures", "/p.png");
+    EXPECT_FALSE(b.logger.LogMediaEvent("Pictures", "/p.png"));
+    EXPECT_EQ(b.grid.rowCount(), EventLogger::kMaxEvents);
+}

@@ -1,0 +1,102 @@
+#include "timeline/Project.h"
+#include "platform/TextFiles.h"
+#include "platform/WavFormat.h"
+#include "timeline/WavFileWriter.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+namespace {
+void writeFile(const QString& path, const QByteArray& bytes) {
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(bytes);
+}
+QByteArray wav(int ms) {
+    return WavHeader(44100, 1, 16, ms * 882 / 10) + QByteArray(ms * 882 / 10, '\1');
+}
+} // namespace
+
+TEST(Project, SavedAndOpenedAgainGivesTheSameRecording) {
+    QTemporaryDir tmp;
+    const QString work = tmp.filePath("ClipquillTempFiles");
+    const QString voice = work + "/RecordedAudio.wav";
+    writeFile(voice, wav(3500));
+    writeFile(work + "/Hello there.jpg", "BM-hello");
+    writeFile(tmp.filePath("media/clip.mp4"), "video");
+    const QList<EventRow> rows{
+        {1, "Video", "0.250", "", tmp.filePath("media/clip.mp4"), std::nullopt},
+        {2, "Text", "1.500", "", work + "/Hello there.jpg", QString("Hello there")},
+        {3, "Video", "2.750", "1.25", tmp.filePath("media/clip.mp4"), std::nullopt}};
+    const QString project = tmp.filePath("Projects/My 'first' $(take)");
+    const ProjectResult saved = SaveProject(project, rows, voice, work);
+    ASSERT_TRUE(saved.ok()) << saved.error.toStdString();
+    EXPECT_TRUE(saved.missingFiles.isEmpty());
+    EXPECT_TRUE(IsProjectFolder(project));
+    EXPECT_EQ(ReadFileToBytes(project + "/Hello there.jpg"), "BM-hello");
+    EXPECT_EQ(ReadFileToBytes(project + "/Timeline.txt"),
+              "1\tVideo\t0.250\t\t" + tmp.filePath("media/clip.mp4").toUtf8() +
+                  "\r\n2\tText\t1.500\t\tHello there.jpg\tHello there\r\n3\tVideo\t2.750\t1.25\t" +
+                  tmp.filePath("media/clip.mp4").toUtf8() + "\r\n");
+
+    // A restart empties the work folder; opening brings everything back.
+    QDir(work).removeRecursively();
+    const ProjectResult opened = OpenProject(project, voice, work);
+    ASSERT_TRUE(opened.ok()) << opened.error.toStdString();
+    EXPECT_TRUE(opened.missingFiles.isEmpty());
+    EXPECT_EQ(opened.voiceMs, 3500);
+    EXPECT_EQ(ReadFileToBytes(voice), wav(3500));
+    ASSERT_EQ(opened.rows.size(), 3);
+    EXPECT_EQ(opened.rows[1].fileSpec, work + "/Hello there.jpg");
+    EXPECT_EQ(ReadFileToBytes(work + "/Hello there.jpg"), "BM-hello");
+    for (int i = 0; i < 3; ++i) {
+        EventRow expected = rows[i];
+        expected.fileSpec = opened.rows[i].fileSpec;
+        EXPECT_EQ(opened.rows[i].rowText(), expected.rowText());
+    }
+    EXPECT_EQ(opened.rows[0].fileSpec, tmp.filePath("media/clip.mp4"));
+
+    // Saved again over itself from the opened state: unchanged.
+    const ProjectResult again = SaveProject(project, opened.rows, voice, work);
+    ASSERT_TRUE(again.ok()) << again.error.toStdString();
+    EXPECT_EQ(ReadFileToBytes(project + "/Hello there.jpg"), "BM-hello");
+}
+
+TEST(Project, MissingMediaAreListedAndBadTimelinesRejectedWithTheLine) {
+    QTemporaryDir tmp;
+    const QString project = tmp.filePath("p");
+    const QString work = tmp.filePath("work");
+    writeFile(project + "/Timeline.txt",
+              "1\tPictures\t0.000\t\t/nowhere/a.jpg\r\n2\tText\t1.000\t\tgone.jpg\tgone\r\n");
+    const ProjectResult opened = OpenProject(project, work + "/RecordedAudio.wav", work);
+    ASSERT_TRUE(opened.ok());
+    EXPECT_EQ(opened.missingFiles, QStringList({project + "/RecordedAudio.wav", "/nowhere/a.jpg",
+                                                project + "/gone.jpg"}));
+    EXPECT_EQ(opened.rows.size(), 2);
+
+    writeFile(project + "/Timeline.txt",
+              "1\tPictures\t0.000\t\t/a.jpg\r\n2\tPictures\tlater\t\t/b.jpg\r\n");
+    const ProjectResult bad = OpenProject(project, work + "/RecordedAudio.wav", work);
+    EXPECT_FALSE(bad.ok());
+    EXPECT_TRUE(bad.error.contains("line 2:")) << bad.error.toStdString();
+    EXPECT_TRUE(
+        OpenProject(tmp.filePath("none"), work + "/v.wav", work).error.contains("does not exist"));
+}
+
+TEST(Project, SavingNeedsARecordingAndAWritablePlace) {
+    QTemporaryDir tmp;
+    EXPECT_EQ(SaveProject(tmp.filePath("p"), {}, tmp.filePath("none.wav"), tmp.path()).error,
+              "Please record a sound first");
+    writeFile(tmp.filePath("v.wav"), wav(100));
+    writeFile(tmp.filePath("blocker"), "a file where the folder should go");
+    const ProjectResult r =
+        SaveProject(tmp.filePath("blocker/p"), {}, tmp.filePath("v.wav"), tmp.path());
+    EXPECT_FALSE(r.ok());
+    EXPECT_TRUE(r.error.contains("could not be made"));
+}

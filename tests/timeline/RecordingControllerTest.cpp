@@ -1,0 +1,211 @@
+#include "timeline/RecordingController.h"
+#include "FakeMediaDisplay.h"
+#include "app/StudioSettings.h"
+#include "platform/WaitTimer.h"
+#include "timeline/EventGridModel.h"
+#include "timeline/EventLogger.h"
+#include "timeline/PictureList.h"
+#include "timeline/Recorder.h"
+#include "timeline/RecordingState.h"
+#include "timeline/Replay.h"
+#include "timeline/SlideShow.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using namespace cq;
+
+namespace {
+
+struct NoPictures : PictureList {
+    QString folder() const override { return "/none"; }
+    QStringList entries() const override { return {"a.jpg", "b.jpg"}; }
+    QList<int> selectedRows() const override { return {}; }
+};
+
+// The record and stop buttons with everything they reach, around a fake screen and voice.
+struct Studio {
+    explicit Studio(QString voiceFile = {}) {
+        if (voiceFile.isEmpty())
+            voiceFile = work.filePath("RecordedAudio.wav");
+        controller = std::make_unique<RecordingController>(
+            RecordingController::Parts{state, grid, logger, recorder, display, voice, wait, replay,
+                                       &show},
+            voiceFile);
+        QObject::connect(
+            controller.get(), &RecordingController::information,
+            [this](const QString& title, const QString& text) { messages << title + ": " + text; });
+        QObject::connect(
+            controller.get(), &RecordingController::warning,
+            [this](const QString& title, const QString& text) { messages << title + ": " + text; });
+        QObject::connect(controller.get(), &RecordingController::stopPressed, [this] { ++stops; });
+    }
+    QTemporaryDir work;
+    RecordingState state;
+    StudioSettings studio;
+    EventGridModel grid;
+    Recorder recorder;
+    EventLogger logger{state, grid, recorder};
+    cq::test::FakeMediaDisplay display;
+    cq::test::FakeVoicePlayer voice;
+    WaitTimer wait;
+    Replay replay{state, studio, grid, display, voice};
+    NoPictures pictures;
+    SlideShow show{pictures, display, logger, wait};
+    std::unique_ptr<RecordingController> controller;
+    QStringList messages;
+    int stops = 0;
+};
+
+void spin(int ms) {
+    QElapsedTimer t;
+    t.start();
+    while (t.elapsed() < ms) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        QThread::msleep(2);
+    }
+}
+
+#define REQUIRE_AUDIO()                                                                            \
+    if (!qEnvironmentVariableIsSet("CLIPQUILL_TEST_AUDIO"))                                        \
+    GTEST_SKIP() << "no test microphone (CLIPQUILL_TEST_AUDIO is unset)"
+
+} // namespace
+
+TEST(RecordingController, StopWhileIdleEndsReplaySlideShowAndWaits) {
+    Studio s;
+    s.grid.appendRowText("1\tPictures\t50.000\t\t/a.jpg");
+    QFile(s.controller->voiceFileSpec()).open(QIODevice::WriteOnly);
+    s.controller->cmdPlayVoiceEmail_Click();
+    ASSERT_TRUE(s.replay.isRunning());
+    bool showEnded = false;
+    s.show.setWaitText("100");
+    QTimer::singleShot(50, [&] {
+        EXPECT_TRUE(s.show.isRunning());
+        s.controller->cmdPause_Click();
+    });
+    s.show.cmdSlideShow_Click(); // the show with its 100 s wait, ended by Stop
+    showEnded = !s.show.isRunning();
+    EXPECT_TRUE(showEnded);
+    EXPECT_TRUE(s.state.gblnStopAll);
+    EXPECT_FALSE(s.replay.isRunning());
+    EXPECT_TRUE(s.voice.ended);
+    EXPECT_TRUE(s.wait.gblnWaitTimerFired());
+    EXPECT_TRUE(s.display.calls.contains("stop players"));
+    EXPECT_EQ(s.stops, 1);
+    EXPECT_TRUE(s.messages.isEmpty());
+}
+
+TEST(RecordingController, ReplayWithoutARecordingSaysSo) {
+    Studio s;
+    s.controller->cmdPlayVoiceEmail_Click();
+    EXPECT_FALSE(s.replay.isRunning());
+    EXPECT_EQ(s.messages, QStringList({"Recording: Please record a sound first"}));
+}
+
+TEST(RecordingController, NoInputDeviceGivesTheFullDuplexMessage) {
+    // Without a sound server there is no input device. The sound system is set up once per
+    // process, so the case runs in a child process of its own.
+    if (!qEnvironmentVariableIsSet("CQ_TEST_NO_SOUND_SERVER")) {
+        QProcess child;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("CQ_TEST_NO_SOUND_SERVER", "1");
+        env.insert("PULSE_SERVER", "unix:/nonexistent/clipquill-no-server");
+        child.setProcessEnvironment(env);
+        child.start(QCoreApplication::applicationFilePath(),
+                    {"--gtest_filter=RecordingController.NoInputDeviceGivesTheFullDuplexMessage"});
+        ASSERT_TRUE(child.waitForFinished(30000));
+        const QByteArray out = child.readAllStandardOutput();
+        EXPECT_EQ(child.exitCode(), 0) << out.data();
+        EXPECT_TRUE(out.contains("[       OK ]") || out.contains("SKIPPED")) << out.data();
+        return;
+    }
+    if (Recorder::hasInputDevice())
+        GTEST_SKIP() << "an input device is present without a sound server";
+    Studio s;
+    EXPECT_FALSE(s.controller->checkInputDevice());
+    EXPECT_EQ(s.messages, QStringList({"No full duplex: This card does not support full duplex.  "
+                                       "You may still record sound."}));
+    s.controller->cmdRecordVoiceEmail_Click();
+    EXPECT_FALSE(s.state.gblnRecording);
+    EXPECT_EQ(s.messages.size(), 2);
+    EXPECT_TRUE(s.messages.last().contains("No sound input"));
+}
+
+TEST(RecordingController, RecordTwiceIsHarmlessAndStopKeepsTheVoiceAndRows) {
+    REQUIRE_AUDIO();
+    Studio s;
+    const QString voice = s.controller->voiceFileSpec();
+    QFile old(voice);
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+    old.write("the last recording");
+    old.close();
+    s.grid.appendRowText("1\tPictures\t1.000\t\t/old.jpg");
+    s.controller->cmdRecordVoiceEmail_Click();
+    ASSERT_TRUE(s.state.gblnRecording) << s.messages.join('\n').toStdString();
+    EXPECT_EQ(s.grid.rowCount(), 0); // the grid starts afresh
+    EXPECT_TRUE(s.voice.released);   // the replay player let go of the old file
+    EXPECT_FALSE(s.grid.isEditable());
+    spin(600);
+    s.logger.LogMediaEvent("Pictures", "/p.jpg");
+    s.controller->cmdRecordVoiceEmail_Click(); // again: nothing changes
+    EXPECT_EQ(s.grid.rowCount(), 1);
+    spin(400);
+    s.controller->cmdPause_Click();
+    EXPECT_FALSE(s.state.gblnRecording);
+    EXPECT_TRUE(s.grid.isEditable());
+    EXPECT_NEAR(s.state.gdblRecordingLength, 1.0, 0.25);
+    EXPECT_EQ(QFileInfo(voice).size(),
+              44 + qint64(s.state.gdblRecordingLength * Recorder::kBytesPerSecond + 0.5));
+    EXPECT_NEAR(s.grid.row(0).timeMs(), 600, 150);
+    EXPECT_TRUE(s.messages.isEmpty()) << s.messages.join('\n').toStdString();
+}
+
+TEST(RecordingController, AnUnwritableWorkFolderIsNamedAndNothingRecords) {
+    REQUIRE_AUDIO();
+    Studio s("/nonexistent/ClipquillTempFiles/RecordedAudio.wav");
+    s.controller->cmdRecordVoiceEmail_Click();
+    EXPECT_FALSE(s.state.gblnRecording);
+    ASSERT_EQ(s.messages.size(), 1);
+    EXPECT_TRUE(s.messages[0].contains("/nonexistent/ClipquillTempFiles/RecordedAudio.wav"));
+    EXPECT_TRUE(s.grid.isEditable());
+}
+
+TEST(RecordingController, AFullDiskEndsCaptureWithAMessageAndKeepsTheVoice) {
+    REQUIRE_AUDIO();
+    Studio s;
+    // The file-size limit stands in for a disk that fills up after half a second of voice.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    rlimit small = old;
+    small.rlim_cur = 44 + Recorder::kBytesPerSecond / 2;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    s.controller->cmdRecordVoiceEmail_Click();
+    ASSERT_TRUE(s.state.gblnRecording);
+    QElapsedTimer t;
+    t.start();
+    while (s.messages.isEmpty() && t.elapsed() < 4000)
+        spin(20);
+    setrlimit(RLIMIT_FSIZE, &old);
+    ASSERT_EQ(s.messages.size(), 1);
+    EXPECT_TRUE(s.messages[0].contains("could not be written any further"))
+        << s.messages[0].toStdString();
+    EXPECT_TRUE(s.messages[0].contains("0.5 seconds of voice were captured"));
+    EXPECT_TRUE(s.state.gblnRecording); // the timeline goes on until Stop
+    s.logger.LogMediaEvent("Pictures", "/late.jpg");
+    EXPECT_GE(s.grid.row(0).timeMs(), 500);
+    s.controller->cmdPause_Click();
+    EXPECT_NEAR(s.state.gdblRecordingLength, 0.5, 0.001);
+    EXPECT_EQ(QFileInfo(s.controller->voiceFileSpec()).size(), 44 + Recorder::kBytesPerSecond / 2);
+}

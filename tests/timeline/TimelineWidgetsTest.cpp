@@ -1,0 +1,234 @@
+#include "app/widgets/KeepAwake.h"
+#include "app/widgets/frmClipquill.h"
+#include "support/TestAppFolder.h"
+#include "library/widgets/DisplayPlace.h"
+#include "library/widgets/MediaBrowser.h"
+#include "timeline/EventGridModel.h"
+#include "timeline/EventLogic.h"
+#include "timeline/MediaClickHandler.h"
+#include "timeline/Replay.h"
+#include "timeline/widgets/EventGridView.h"
+#include "timeline/widgets/ProjectPanel.h"
+#include "timeline/widgets/RecordingPanel.h"
+#include "timeline/widgets/TimelineStudio.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+namespace {
+std::unique_ptr<frmClipquill> openWindow(const test::TestAppFolder& app) {
+    auto w = std::make_unique<frmClipquill>(
+        WindowlessStartup::run(app.path(), XdgFolders::fromDesktop()));
+    w->show();
+    return w;
+}
+} // namespace
+
+TEST(TimelineWidgets, TheWindowCarriesTheControlsWithTheirTextsAndNames) {
+    test::TestAppFolder app;
+    auto w = openWindow(app);
+    auto* record = w->findChild<QToolButton*>("cmdRecordVoiceEmail");
+    ASSERT_NE(record, nullptr);
+    EXPECT_TRUE(record->toolTip().startsWith("Start recording audio and video events. After"));
+    EXPECT_TRUE(record->toolTip().endsWith("then click Render, then click Email."));
+    EXPECT_FALSE(record->accessibleName().isEmpty());
+    auto* stop = w->findChild<QToolButton*>("cmdPause");
+    ASSERT_NE(stop, nullptr);
+    EXPECT_EQ(stop->accessibleName(), "Stop");
+    auto* replay = w->findChild<QToolButton*>("cmdPlayVoiceEmail");
+    ASSERT_NE(replay, nullptr);
+    EXPECT_TRUE(replay->toolTip().startsWith("Replay the live sequence of events"));
+    auto* label = w->findChild<QLabel*>("lblRecording");
+    ASSERT_NE(label, nullptr);
+    EXPECT_EQ(label->text(), "Recording");
+    EXPECT_TRUE(label->isHidden());
+    EXPECT_EQ(w->timeline().recordingPanel()->tmrRecording().interval(), 700);
+
+    auto* events = w->findChild<QPushButton*>("cmdEvents");
+    auto* grid = w->findChild<EventGridView*>("MSFlexGrid1");
+    ASSERT_NE(events, nullptr);
+    ASSERT_NE(grid, nullptr);
+    EXPECT_EQ(events->text(), "Events");
+    EXPECT_EQ(events->toolTip(), "Video Events");
+    EXPECT_TRUE(grid->isHidden());
+    events->click();
+    EXPECT_TRUE(grid->isVisible());
+    events->click();
+    EXPECT_TRUE(grid->isHidden());
+
+    auto* slide = w->findChild<QPushButton*>("cmdSlideShow");
+    auto* random = w->findChild<QCheckBox*>("chkRandom");
+    auto* wait = w->findChild<QComboBox*>("cboSlideShowPictureWait");
+    ASSERT_TRUE(slide && random && wait);
+    EXPECT_EQ(slide->text(), "Start Slide Show");
+    EXPECT_EQ(random->text(), "&Random");
+    EXPECT_EQ(random->toolTip(), "Play files in a random order.");
+    EXPECT_EQ(wait->count(), 21);
+    EXPECT_EQ(wait->currentText(), "2");
+    EXPECT_TRUE(wait->toolTip().startsWith("Seconds to view each picture"));
+    EXPECT_NE(w->findChild<QPushButton*>("cmdSaveProject"), nullptr);
+    EXPECT_NE(w->findChild<QPushButton*>("cmdOpenProject"), nullptr);
+}
+
+TEST(TimelineWidgets, GridRowsCanBeDeletedWithTheKeyboardOnlyWhenNotRecording) {
+    EventGridModel model;
+    model.appendRowText("1\tPictures\t1.000\t\t/a.jpg");
+    model.appendRowText("2\tPictures\t2.000\t\t/b.jpg");
+    EventGridView view(model);
+    view.show();
+    view.setCurrentIndex(model.index(0, 0));
+    model.setEditable(false);
+    QTest::keyClick(&view, Qt::Key_Delete);
+    EXPECT_EQ(model.rowCount(), 2);
+    model.setEditable(true);
+    QTest::keyClick(&view, Qt::Key_Delete);
+    ASSERT_EQ(model.rowCount(), 1);
+    EXPECT_EQ(model.row(0).rowText(), "1\tPictures\t2.000\t\t/b.jpg");
+}
+
+namespace {
+void spin(int ms) {
+    QElapsedTimer t;
+    t.start();
+    while (t.elapsed() < ms)
+        QTest::qWait(10);
+}
+// A click on the list entry with the text, as the user makes it.
+void clickItem(QListWidget* list, const QString& text) {
+    const QList<QListWidgetItem*> found = list->findItems(text, Qt::MatchExactly);
+    ASSERT_EQ(found.size(), 1) << text.toStdString();
+    list->scrollToItem(found.first());
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualItemRect(found.first()).center());
+}
+QString makePicture(const QString& path, QColor color) {
+    QImage image(64, 48, QImage::Format_RGB32);
+    image.fill(color);
+    image.save(path);
+    return path;
+}
+} // namespace
+
+TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
+    if (!qEnvironmentVariableIsSet("CLIPQUILL_TEST_AUDIO"))
+        GTEST_SKIP() << "no test microphone (CLIPQUILL_TEST_AUDIO is unset)";
+    test::TestAppFolder app;
+    QTemporaryDir media;
+    const QString red = makePicture(media.filePath("red.jpg"), Qt::red);
+    const QString blue = makePicture(media.filePath("blue.jpg"), Qt::blue);
+    const QString project = media.filePath("My Project");
+    QString work;
+    {
+        auto w = openWindow(app);
+        work = w->paths().gstrTempFilesDirectory;
+        TimelineStudio& t = w->timeline();
+        w->keepAwake().tmrMoveMouseToPreventScreenSaver().start(50000);
+        QTest::mouseClick(t.recordingPanel()->recordButton(), Qt::LeftButton);
+        ASSERT_TRUE(w->recordingState().gblnRecording);
+        EXPECT_TRUE(t.recordingPanel()->tmrRecording().isActive());
+        ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaBrowser::kPicturesTab, media.path()));
+        auto* pictures = w->findChild<QListWidget*>("File1_2");
+        auto* texts = w->findChild<QListWidget*>("lstText");
+        ASSERT_TRUE(pictures && texts);
+        ASSERT_GT(texts->count(), 0);
+        const QString text = texts->item(0)->text();
+        spin(500);
+        clickItem(pictures, "red.jpg");
+        spin(500);
+        clickItem(texts, text);
+        spin(250);
+        // The same text again: back to the picture, logged again.
+        clickItem(texts, text);
+        spin(250);
+        clickItem(pictures, "blue.jpg");
+        spin(400);
+        QTest::mouseClick(t.recordingPanel()->stopButton(), Qt::LeftButton);
+        EXPECT_FALSE(w->recordingState().gblnRecording);
+        EXPECT_TRUE(t.recordingPanel()->recordingLabel()->isHidden());
+        EXPECT_FALSE(t.recordingPanel()->tmrRecording().isActive());
+        EXPECT_FALSE(w->keepAwake().tmrMoveMouseToPreventScreenSaver().isActive());
+        EXPECT_NEAR(w->recordingState().gdblRecordingLength, 1.9, 0.3);
+
+        const EventGridModel& grid = t.grid();
+        ASSERT_EQ(grid.rowCount(), 4);
+        EXPECT_EQ(grid.mediaTypes(), QStringList({"Pictures", "Text", "Pictures", "Pictures"}));
+        EXPECT_EQ(grid.row(2).fileSpec, red);
+        EXPECT_NEAR(grid.row(0).timeMs(), 500, 200);
+        EXPECT_NEAR(grid.row(1).timeMs(), 1000, 200);
+        EXPECT_NEAR(grid.row(2).timeMs(), 1250, 200);
+        EXPECT_NEAR(grid.row(3).timeMs(), 1500, 200);
+        const QString textPicture = work + u'/' + TextPictureFileName(text);
+        EXPECT_EQ(grid.row(1).fileSpec, textPicture);
+        EXPECT_EQ(QImage(textPicture, "BMP").size().isEmpty(), false);
+        QFile bmp(textPicture);
+        ASSERT_TRUE(bmp.open(QIODevice::ReadOnly));
+        EXPECT_EQ(bmp.read(2), "BM");
+
+        t.projectPanel()->askSaveFolder = [&] {
+            return project;
+        };
+        t.projectPanel()->cmdSaveProject_Click();
+        EXPECT_TRUE(QFile::exists(project + "/Timeline.txt"));
+        EXPECT_TRUE(QFile::exists(project + "/RecordedAudio.wav"));
+        w->close(); // the work folder is emptied on the way out
+    }
+    EXPECT_FALSE(QFile::exists(work + "/RecordedAudio.wav"));
+
+    auto w = openWindow(app);
+    TimelineStudio& t = w->timeline();
+    t.projectPanel()->askOpenFolder = [&] {
+        return project;
+    };
+    t.projectPanel()->cmdOpenProject_Click();
+    ASSERT_EQ(t.grid().rowCount(), 4);
+    EXPECT_TRUE(QFile::exists(t.grid().row(1).fileSpec));
+    EXPECT_NEAR(w->recordingState().gdblRecordingLength, 1.9, 0.3);
+
+    QList<int> shown;
+    QObject::connect(&t.replay(), &Replay::rowShown, [&](int row) { shown << row; });
+    QTest::mouseClick(t.recordingPanel()->replayButton(), Qt::LeftButton);
+    EXPECT_TRUE(t.replay().isRunning());
+    QElapsedTimer clock;
+    clock.start();
+    while (t.replay().isRunning() && clock.elapsed() < 8000)
+        QTest::qWait(20);
+    EXPECT_FALSE(t.replay().isRunning());
+    EXPECT_EQ(shown, QList<int>({0, 1, 2, 3}));
+    EXPECT_EQ(w->displayPlace().currentSurface(), DisplayPlace::PictureSurface);
+    EXPECT_EQ(w->displayPlace().lastPicture(), blue);
+}
+
+TEST(TimelineWidgets, ATimeTypedIntoTheGridMovesItsRow) {
+    EventGridModel model;
+    model.appendRowText("1\tPictures\t1.000\t\t/a.jpg");
+    model.appendRowText("2\tPictures\t2.000\t\t/b.jpg");
+    model.appendRowText("3\tPictures\t3.000\t\t/c.jpg");
+    EventGridView view(model);
+    view.show();
+    const QModelIndex time = model.index(2, EventGridModel::TimeLine);
+    view.setCurrentIndex(time);
+    view.edit(time);
+    auto* editor = view.viewport()->findChild<QLineEdit*>();
+    ASSERT_NE(editor, nullptr);
+    QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(editor, "0.5");
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTest::qWait(20);
+    EXPECT_EQ(model.row(0).rowText(), "1\tPictures\t0.500\t\t/c.jpg");
+    EXPECT_EQ(model.row(2).rowText(), "3\tPictures\t2.000\t\t/b.jpg");
+}
