@@ -3,6 +3,7 @@
 #include "Version.h"
 #include "app/widgets/KeepAwake.h"
 #include "platform/Folders.h"
+#include "share/widgets/SharePanel.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -100,6 +101,9 @@ void frmClipquill::buildLayout() {
     m_splitter->setStretchFactor(0, 3);
     m_splitter->setStretchFactor(1, 2);
     outer->addWidget(m_splitter, 1);
+
+    m_sharePanel = new SharePanel(m_paths, m_settings, central);
+    outer->addWidget(m_sharePanel);
 
     setCentralWidget(central);
     if (QScreen* screen = QGuiApplication::primaryScreen()) {

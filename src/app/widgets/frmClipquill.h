@@ -18,6 +18,7 @@ class QVBoxLayout;
 namespace cq {
 
 class KeepAwake;
+class SharePanel;
 
 // The studio's main window. It owns the program's state (paths, directory settings, studio
 // settings, recording state) and hands it to the subsystems it assembles.
@@ -34,6 +35,7 @@ public:
     const QStringList& textList() const { return m_textList; }
     WaitTimer& waitTimer() { return *m_wait; }
     KeepAwake& keepAwake() { return *m_keepAwake; }
+    SharePanel& sharePanel() { return *m_sharePanel; }
 
     static QString windowTitleText();
 
@@ -64,6 +66,7 @@ private:
     QWidget* m_mediaArea = nullptr;
     QStackedWidget* m_displayPlace = nullptr;
     QLabel* m_splash = nullptr;
+    SharePanel* m_sharePanel = nullptr;
 };
 
 } // namespace cq
