@@ -5,7 +5,10 @@
 #include "support/TestAppFolder.h"
 
 #include <QFile>
+#include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QThread>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -103,4 +106,50 @@ TEST(Emailer, SaysSoWhenThereIsNothingToSendOrNoMailClient) {
     const EmailerRun run = RunEmailer(app.path());
     EXPECT_EQ(run.result.exitCode, 1);
     EXPECT_TRUE(run.errors.contains("No e-mail program")) << run.errors.toStdString();
+}
+
+// The real xdg-email with a stand-in mail client registered for mailto: the way a desktop has
+// one. It proves that xdg-email takes the arguments as given.
+TEST(MailHandOver, RealXdgEmailPassesTheMessageToTheDesktopsMailClient) {
+    if (QStandardPaths::findExecutable("xdg-email").isEmpty())
+        GTEST_SKIP() << "xdg-utils is not installed";
+    QTemporaryDir dir;
+    const QString received = dir.path() + "/received.txt";
+    test::WriteFile(dir.path() + "/client.sh",
+                    ("#!/bin/sh\nprintf '%s' \"$1\" > '" + received + "'\n").toUtf8());
+    QFile::setPermissions(dir.path() + "/client.sh", QFile::ReadOwner | QFile::ExeOwner);
+    test::WriteFile(dir.path() + "/data/applications/stubmail.desktop",
+                    ("[Desktop Entry]\nType=Application\nName=Stub Mail\nExec=" + dir.path() +
+                     "/client.sh %u\nMimeType=x-scheme-handler/mailto;\n")
+                        .toUtf8());
+    test::WriteFile(dir.path() + "/config/mimeapps.list",
+                    "[Default Applications]\nx-scheme-handler/mailto=stubmail.desktop\n");
+    const QString clip = dir.path() + "/Zoë's clip.3GP";
+    test::WriteFile(clip, "video");
+
+    const QStringList names{"DISPLAY", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CURRENT_DESKTOP"};
+    QList<QByteArray> saved;
+    for (const QString& name : names)
+        saved << qgetenv(name.toLatin1());
+    qputenv("DISPLAY", ":99"); // xdg-email wants a desktop session
+    qputenv("XDG_DATA_HOME", (dir.path() + "/data").toUtf8());
+    qputenv("XDG_CONFIG_HOME", (dir.path() + "/config").toUtf8());
+    qunsetenv("XDG_CURRENT_DESKTOP");
+    ToolRunner runner;
+    const MailResult sent = SendMail(ClipMailMessage(clip, "5551234567@vzwpix.com"), runner);
+    for (int i = 0; i < names.size(); ++i)
+        saved.at(i).isNull() ? qunsetenv(names.at(i).toLatin1())
+                             : qputenv(names.at(i).toLatin1(), saved.at(i));
+
+    ASSERT_TRUE(sent.ok) << sent.detail.toStdString();
+    for (int i = 0; i < 100 && !QFile::exists(received); ++i)
+        QThread::msleep(50);
+    QFile file(received);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString url = QString::fromUtf8(file.readAll());
+    EXPECT_TRUE(url.startsWith("mailto:5551234567@vzwpix.com?subject=Harrowfin&body=Check%20out"))
+        << url.toStdString();
+    const qsizetype attach = url.indexOf("&attach=");
+    ASSERT_GE(attach, 0) << url.toStdString();
+    EXPECT_EQ(QUrl::fromPercentEncoding(url.mid(attach + 8).toUtf8()), clip);
 }

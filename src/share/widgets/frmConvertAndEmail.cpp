@@ -136,7 +136,8 @@ void frmConvertAndEmail::buildLayout() {
     m_txtScreenRes->setToolTip(QStringLiteral("The size for \"Other\": width x height in pixels."));
     m_txtScreenRes->setAccessibleName(QStringLiteral("Other resolution"));
     m_txtScreenRes->setMaximumWidth(110);
-    resLayout->addWidget(m_txtScreenRes, 3, 1);
+    resLayout->addWidget(m_txtScreenRes, 2, 2);
+    resLayout->setColumnStretch(3, 1);
     connect(m_txtScreenRes, &QLineEdit::textEdited, this,
             [this] { m_optScreenRes.at(kOtherOption)->setChecked(true); });
     convertGrid->addWidget(fraVideoRes, 3, 1, 2, 2, Qt::AlignTop);
