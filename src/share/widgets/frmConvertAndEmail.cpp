@@ -65,6 +65,10 @@ frmConvertAndEmail::frmConvertAndEmail(const AppPaths& paths, QWidget* parent)
     // Form_Load
     m_lstConvertToFormat->addItems(ConvertFormats());
     m_lstConvertToFormat->setCurrentRow(0);
+    // All ten formats stay in view, also while the progress row takes its place.
+    m_lstConvertToFormat->setMinimumHeight(m_lstConvertToFormat->sizeHintForRow(0) *
+                                               m_lstConvertToFormat->count() +
+                                           2 * m_lstConvertToFormat->frameWidth() + 4);
     for (const ConvertPreset& preset : ConvertPresets())
         m_cboPresets->addItem(preset.name);
     m_cboPresets->setCurrentIndex(-1);
