@@ -1,5 +1,4 @@
 #include "share/SaveCopy.h"
-#include "share/CompanionPrograms.h"
 #include "support/TestAppFolder.h"
 
 #include <QDir>
@@ -59,14 +58,4 @@ TEST(SaveCopy, CopyReplacesWholeOrLeavesTheTargetAlone) {
     QDir(dir.path()).mkdir("Folder.avi");
     EXPECT_FALSE(CopyFileReplacing(source, dir.path() + "/Folder.avi").isEmpty());
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files).size(), 2); // no temporary file left
-}
-
-TEST(CompanionPrograms, FtpProgramMustBeAnExecutableInTheApplicationFolder) {
-    QTemporaryDir dir;
-    EXPECT_FALSE(FtpProgramAvailable(dir.path()));
-    EXPECT_TRUE(FtpMissingMessage(dir.path()).contains(dir.path()));
-    test::WriteFile(dir.path() + "/FTP", "#!/bin/sh\n");
-    EXPECT_FALSE(FtpProgramAvailable(dir.path())); // not executable yet
-    QFile::setPermissions(dir.path() + "/FTP", QFile::ReadOwner | QFile::ExeOwner);
-    EXPECT_TRUE(FtpProgramAvailable(dir.path()));
 }
