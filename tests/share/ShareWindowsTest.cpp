@@ -217,8 +217,11 @@ TEST(SharePanel, ButtonsWithoutARenderedClipSaySoAndSendNothing) {
 
 TEST(SharePanel, EmailHandsTheClipToTheEmailerCompanion) {
     test::TestAppFolder app(false);
-    const AppPaths paths = AppPaths::forFolder(app.path());
-    ASSERT_TRUE(QFile::copy(CQ_EMAILER, app.file("Emailer")));
+    // An application folder whose name would run commands if a shell ever saw it unquoted.
+    const QString folder = app.file("it's $(touch pwned) \"app\"; -x");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const AppPaths paths = AppPaths::forFolder(folder);
+    ASSERT_TRUE(QFile::copy(CQ_EMAILER, folder + "/Emailer"));
     test::WriteFile(paths.gstrFinalMixAVIFileSpec, "a rendered clip");
     test::StubProgram xdgEmail("xdg-email");
     DirectorySettings settings;
@@ -232,6 +235,8 @@ TEST(SharePanel, EmailHandsTheClipToTheEmailerCompanion) {
     const QStringList args = xdgEmail.arguments();
     ASSERT_FALSE(args.isEmpty());
     EXPECT_EQ(args.last(), paths.gstrFinalMixAVIFileSpec);
+    EXPECT_FALSE(QFile::exists(app.file("pwned")));
+    EXPECT_FALSE(QFile::exists(QDir::currentPath() + "/pwned"));
 }
 
 TEST(SharePanel, FtpWritesItsStartFolderThenStartsTheProgramOrExplainsHowToAddOne) {
