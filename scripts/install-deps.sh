@@ -12,6 +12,13 @@ done
 [[ ${#missing[@]} -eq 0 ]] && exit 0
 echo "Installing: ${missing[*]}" >&2
 as_root=()
-[[ "$(id -u)" -eq 0 ]] || as_root=(sudo)
+if [[ "$(id -u)" -ne 0 ]]; then
+    if ! command -v sudo >/dev/null; then
+        echo "Missing Debian packages: ${missing[*]}" >&2
+        echo "Run this command as root, or install sudo, to install them." >&2
+        exit 1
+    fi
+    as_root=(sudo)
+fi
 "${as_root[@]}" apt-get update -q
 DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"

@@ -11,7 +11,7 @@ QString GetFileExtension(const QString& fileSpec) {
 
 QString GetMediaTypeFromFileSpec(const QString& fileSpec) {
     static const QStringList video{".flv", ".mp4", ".mpg", ".mpeg", ".avi",
-                                   ".wmv", ".3gp", ".asf", ".mov", ".qtm"};
+                                   ".wmv", ".3gp", ".asf", ".mov",  ".qtm"};
     static const QStringList audio{".mp3", ".wav", ".wma", ".aac", ".qt", ".flac"};
     static const QStringList pictures{".jpg", ".gif", ".bmp", ".png", ".tiff"};
     const QString ext = u'.' + GetFileExtension(fileSpec).toLower();

@@ -2,7 +2,11 @@
 
 #include "Version.h"
 #include "app/widgets/KeepAwake.h"
+#include "library/MediaTyping.h"
+#include "library/widgets/DisplayPlace.h"
+#include "library/widgets/MediaBrowser.h"
 #include "platform/Folders.h"
+#include "render/ToolLocator.h"
 #include "share/widgets/SharePanel.h"
 
 #include <QCloseEvent>
@@ -11,11 +15,9 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMessageBox>
-#include <QPixmap>
 #include <QPushButton>
 #include <QScreen>
 #include <QSplitter>
-#include <QStackedWidget>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -85,17 +87,10 @@ void frmClipquill::buildLayout() {
     auto* mediaLayout = new QVBoxLayout(m_mediaArea);
     mediaLayout->setContentsMargins(0, 0, 0, 0);
 
-    m_displayPlace = new QStackedWidget(m_splitter);
-    m_displayPlace->setObjectName(QStringLiteral("displayPlace"));
-    m_displayPlace->setStyleSheet(QStringLiteral("background: black;"));
-    m_splash = new QLabel(m_displayPlace);
-    m_splash->setObjectName(QStringLiteral("WebBrowserDisplayPic"));
-    m_splash->setAlignment(Qt::AlignCenter);
-    m_splash->setAccessibleName(QStringLiteral("Picture display"));
-    const QPixmap splash(m_paths.splashPictureFileSpec);
-    if (!splash.isNull())
-        m_splash->setPixmap(splash);
-    m_displayPlace->addWidget(m_splash);
+    m_mediaBrowser = new MediaBrowser(m_paths, m_settings,
+                                      LocateConvert(m_paths.gstrImageMagickFileSpec), m_mediaArea);
+    mediaLayout->addWidget(m_mediaBrowser);
+    m_displayPlace = new DisplayPlace(m_paths, m_splitter);
     m_splitter->addWidget(m_mediaArea);
     m_splitter->addWidget(m_displayPlace);
     m_splitter->setStretchFactor(0, 3);
@@ -106,10 +101,24 @@ void frmClipquill::buildLayout() {
     outer->addWidget(m_sharePanel);
 
     setCentralWidget(central);
+    wireMediaLibrary();
     if (QScreen* screen = QGuiApplication::primaryScreen()) {
         const QRect avail = screen->availableGeometry();
         resize(std::min(1280, avail.width() * 9 / 10), std::min(820, avail.height() * 9 / 10));
     }
+}
+
+void frmClipquill::wireMediaLibrary() {
+    // Until the media click of the timeline takes these over, a picture shows on a click.
+    connect(m_mediaBrowser, &MediaBrowser::fileClicked, this, [this](int, const QString& file) {
+        if (GetMediaTypeFromFileSpec(file) == QStringLiteral("Pictures"))
+            m_displayPlace->MakeHTMLPageForPicture(file);
+    });
+    connect(m_mediaBrowser, &MediaBrowser::pictureClicked, m_displayPlace,
+            &DisplayPlace::MakeHTMLPageForPicture);
+    connect(m_displayPlace, &DisplayPlace::viewPicsClicked, m_mediaBrowser,
+            &MediaBrowser::cmdViewPics_Click);
+    m_mediaBrowser->pointFoldersAtSettings();
 }
 
 void frmClipquill::cboVideoRes_Change(const QString& text) {

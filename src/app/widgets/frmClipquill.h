@@ -11,13 +11,14 @@ class QComboBox;
 class QLabel;
 class QPushButton;
 class QSplitter;
-class QStackedWidget;
 class QHBoxLayout;
 class QVBoxLayout;
 
 namespace cq {
 
+class DisplayPlace;
 class KeepAwake;
+class MediaBrowser;
 class SharePanel;
 
 // The studio's main window. It owns the program's state (paths, directory settings, studio
@@ -36,6 +37,8 @@ public:
     WaitTimer& waitTimer() { return *m_wait; }
     KeepAwake& keepAwake() { return *m_keepAwake; }
     SharePanel& sharePanel() { return *m_sharePanel; }
+    MediaBrowser& mediaBrowser() { return *m_mediaBrowser; }
+    DisplayPlace& displayPlace() { return *m_displayPlace; }
 
     static QString windowTitleText();
 
@@ -44,6 +47,7 @@ protected:
 
 private:
     void buildLayout();
+    void wireMediaLibrary();
     void cboVideoRes_Change(const QString& text);
     void cmdSaveDirectories_Click();
     void Form_Unload();
@@ -64,8 +68,8 @@ private:
     QPushButton* m_cmdSaveDirectories = nullptr;
     QSplitter* m_splitter = nullptr;
     QWidget* m_mediaArea = nullptr;
-    QStackedWidget* m_displayPlace = nullptr;
-    QLabel* m_splash = nullptr;
+    MediaBrowser* m_mediaBrowser = nullptr;
+    DisplayPlace* m_displayPlace = nullptr;
     SharePanel* m_sharePanel = nullptr;
 };
 

@@ -1,0 +1,45 @@
+#include "library/FolderListing.h"
+
+#include "library/MediaTyping.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace cq {
+
+QString JoinPath(const QString& folder, const QString& name) {
+    if (folder.endsWith(u'/'))
+        return folder + name;
+    return folder + u'/' + name;
+}
+
+bool IsReadableFolder(const QString& folder) {
+    if (folder.isEmpty())
+        return false;
+    const QFileInfo info(folder);
+    return info.isDir() && info.isReadable() && info.isExecutable();
+}
+
+QStringList ListMediaFiles(const QString& folder) {
+    QDir dir(folder);
+    dir.setNameFilters(MediaFilePatterns());
+    dir.setFilter(QDir::Files);
+    dir.setSorting(QDir::Name | QDir::IgnoreCase);
+    return dir.entryList();
+}
+
+QStringList ListSubfolders(const QString& folder) {
+    QDir dir(folder);
+    dir.setFilter(QDir::Dirs | QDir::NoDotAndDotDot);
+    dir.setSorting(QDir::Name | QDir::IgnoreCase);
+    return dir.entryList();
+}
+
+QString ParentFolder(const QString& folder) {
+    QDir dir(folder);
+    if (!dir.cdUp())
+        return folder;
+    return dir.absolutePath();
+}
+
+} // namespace cq

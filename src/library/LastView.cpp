@@ -1,0 +1,31 @@
+#include "library/LastView.h"
+
+namespace cq {
+
+int RevertToLastView(const QStringList& mediaTypes) {
+    if (mediaTypes.isEmpty())
+        return 0;
+    const QString video = QStringLiteral("Video");
+    const QString pictures = QStringLiteral("Pictures");
+    const QString text = QStringLiteral("Text");
+    const QString& last = mediaTypes.last();
+    QStringList wanted;
+    if (last == text)
+        wanted = {video, pictures};
+    else if (last == pictures)
+        wanted = {video, text};
+    else
+        wanted = {pictures, text};
+    for (qsizetype row = mediaTypes.size() - 1; row >= 0; --row) {
+        const QString& type = mediaTypes.at(row);
+        if (type == video && wanted.contains(video))
+            return 0;
+        if (type == pictures && wanted.contains(pictures))
+            return 1;
+        if (type == text && wanted.contains(text))
+            return 2;
+    }
+    return 0;
+}
+
+} // namespace cq

@@ -1,0 +1,85 @@
+#include "library/PicturesWebPage.h"
+
+#include "library/PicturePages.h"
+#include "platform/Folders.h"
+#include "platform/TextFiles.h"
+
+#include <QDir>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QTimer>
+
+namespace cq {
+
+PicturesWebPage::PicturesWebPage(const AppPaths& paths, const QString& convertPath, QObject* parent)
+    : QObject(parent), m_paths(paths),
+      m_maker(new ThumbnailMaker(convertPath, paths.gstrImageMagickScriptFileSpec, this)) {
+    connect(m_maker, &ThumbnailMaker::progress, this, &PicturesWebPage::progress);
+    connect(m_maker, &ThumbnailMaker::finished, this,
+            [this](bool cancelled) { writePage(cancelled, m_maker->failedPictures()); });
+}
+
+void PicturesWebPage::RefreshPicturesWebPage(const QString& picturesFolder,
+                                             const QStringList& entries) {
+    m_folder = picturesFolder;
+    m_entries = entries;
+    if (m_busy) {
+        // The running one writes its page, then this request follows.
+        m_pending = true;
+        m_maker->cancel();
+        return;
+    }
+    begin();
+}
+
+void PicturesWebPage::PreLoadPicsIntoBrowser(const QString& picturesFolder,
+                                             const QStringList& entries) {
+    if (picturesFolder == m_rememberedPath)
+        return;
+    m_rememberedPath = picturesFolder;
+    RefreshPicturesWebPage(picturesFolder, entries);
+}
+
+void PicturesWebPage::begin() {
+    m_busy = true;
+    m_pending = false;
+    m_thumbnailFolder = ThumbnailFolderFor(m_paths.gstrSmallPicsDirectory, m_folder);
+    MakeFolderPath(m_thumbnailFolder);
+    const QList<ThumbnailJob> jobs =
+        m_maker->withoutKnownFailures(PlanThumbnails(m_folder, m_entries, m_thumbnailFolder));
+    emit started(static_cast<int>(jobs.size()));
+    if (!m_maker->start(jobs))
+        writePage(false, {});
+}
+
+void PicturesWebPage::writePage(bool cancelled, const QStringList& failedPictures) {
+    m_busy = false;
+    if (m_pending) {
+        // Superseded: the page of the newer request is the one to write.
+        begin();
+        return;
+    }
+    MakeFolderPath(QFileInfo(m_paths.gstrPicturesPageFileSpec).absolutePath());
+    SaveTextToFile(BuildThumbnailPage(m_folder, m_entries, m_thumbnailFolder),
+                   m_paths.gstrPicturesPageFileSpec);
+    emit pageWritten(cancelled, failedPictures);
+}
+
+void PicturesWebPage::cancel() {
+    m_pending = false;
+    m_maker->cancel();
+}
+
+void PicturesWebPage::waitForFinished() {
+    while (m_busy) {
+        QEventLoop loop;
+        connect(this, &PicturesWebPage::pageWritten, &loop, &QEventLoop::quit);
+        QTimer::singleShot(0, &loop, [this, &loop] {
+            if (!m_busy)
+                loop.quit();
+        });
+        loop.exec();
+    }
+}
+
+} // namespace cq

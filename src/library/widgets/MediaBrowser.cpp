@@ -1,0 +1,178 @@
+#include "library/widgets/MediaBrowser.h"
+
+#include "library/PicturePages.h"
+#include "library/PicturesWebPage.h"
+#include "library/widgets/MediaTab.h"
+#include "library/widgets/PageViewer.h"
+
+#include <QGridLayout>
+#include <QMessageBox>
+#include <QProgressDialog>
+#include <QStackedLayout>
+#include <QTimer>
+
+namespace cq {
+
+namespace {
+const char* const kHeadings[MediaBrowser::kTabCount] = {"Video",
+                                                        "Audio",
+                                                        "Pictures",
+                                                        "Sound Effects",
+                                                        "Text and/or Synthesized Speech",
+                                                        "Standard Effects",
+                                                        "Other 1",
+                                                        "Other 2"};
+} // namespace
+
+MediaBrowser::MediaBrowser(const AppPaths& paths, DirectorySettings& settings,
+                           const ToolLocation& convert, QWidget* parent)
+    : QWidget(parent), m_paths(paths), m_settings(settings),
+      m_pages(new PicturesWebPage(paths, convert.path, this)), m_convert(convert) {
+    setObjectName(QStringLiteral("MediaBrowser"));
+    m_stack = new QStackedLayout(this);
+    m_stack->setContentsMargins(0, 0, 0, 0);
+
+    m_grid = new QWidget(this);
+    auto* grid = new QGridLayout(m_grid);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(4);
+    for (int i = 0; i < kTabCount; ++i) {
+        m_tabs[i] = new MediaTab(i, QString::fromLatin1(kHeadings[i]), m_grid);
+        grid->addWidget(m_tabs[i], i / 4, i % 4);
+        connect(m_tabs[i], &MediaTab::fileClicked, this, &MediaBrowser::fileClicked);
+        connect(m_tabs[i], &MediaTab::folderChanged, this, &MediaBrowser::onFolderChanged);
+    }
+    for (int column = 0; column < 4; ++column)
+        grid->setColumnStretch(column, 1);
+    m_stack->addWidget(m_grid);
+
+    m_pics = new PageViewer(this);
+    m_pics->setObjectName(QStringLiteral("WebBrowserPics"));
+    m_pics->setAccessibleName(QStringLiteral("Pictures"));
+    connect(m_pics, &PageViewer::anchorClicked, this, &MediaBrowser::onThumbnailAnchor);
+    m_stack->addWidget(m_pics);
+    m_stack->setCurrentWidget(m_grid);
+
+    connect(m_pages, &PicturesWebPage::started, this, &MediaBrowser::onThumbnailsStarted);
+    connect(m_pages, &PicturesWebPage::pageWritten, this, &MediaBrowser::onPageWritten);
+}
+
+void MediaBrowser::pointFoldersAtSettings() {
+    const QString folders[kTabCount] = {m_settings.gstrMyVideoDirectory,
+                                        m_settings.gstrMyMusicDirectory,
+                                        m_settings.gstrMyPicturesDirectory,
+                                        m_paths.gstrSoundEffectsDirectory,
+                                        {},
+                                        {},
+                                        m_settings.gstrMyStdPicturesDirectory1,
+                                        m_settings.gstrMyStdPicturesDirectory2};
+    for (int i = 0; i < kTabCount; ++i)
+        if (!folders[i].isEmpty())
+            Dir1_Change(i, folders[i]);
+}
+
+bool MediaBrowser::Dir1_Change(int tab, const QString& path) {
+    return tab >= 0 && tab < kTabCount && m_tabs[tab]->Dir1_Change(path);
+}
+
+void MediaBrowser::onFolderChanged(int tab, const QString& path) {
+    switch (tab) {
+    case 0:
+        m_settings.gstrMyVideoDirectory = path;
+        break;
+    case 1:
+        m_settings.gstrMyMusicDirectory = path;
+        break;
+    case kPicturesTab:
+        m_settings.gstrMyPicturesDirectory = path;
+        tellOnceIfToolMissing();
+        m_pages->PreLoadPicsIntoBrowser(path, m_tabs[kPicturesTab]->entries());
+        break;
+    case 6:
+        m_settings.gstrMyStdPicturesDirectory1 = path;
+        break;
+    case 7:
+        m_settings.gstrMyStdPicturesDirectory2 = path;
+        break;
+    default:
+        break;
+    }
+}
+
+void MediaBrowser::setTextFrame(QWidget* frame) {
+    m_tabs[kTextTab]->setBodyWidget(frame);
+}
+
+void MediaBrowser::setTabControls(int tab, QWidget* controls) {
+    if (tab >= 0 && tab < kTabCount)
+        m_tabs[tab]->setControls(controls);
+}
+
+bool MediaBrowser::thumbnailsShown() const {
+    return m_stack->currentWidget() == m_pics;
+}
+
+void MediaBrowser::cmdViewPics_Click() {
+    if (thumbnailsShown()) {
+        m_stack->setCurrentWidget(m_grid);
+        return;
+    }
+    // Up-to-date thumbnails are skipped, so building the page on every showing costs little
+    // and picks up pictures added to the folder since.
+    tellOnceIfToolMissing();
+    MediaTab* pictures = m_tabs[kPicturesTab];
+    pictures->refreshFiles();
+    m_pages->RefreshPicturesWebPage(pictures->path(), pictures->entries());
+    m_pics->showPageFile(m_pages->pageFileSpec());
+    m_stack->setCurrentWidget(m_pics);
+}
+
+void MediaBrowser::tellOnceIfToolMissing() {
+    if (m_convert.found() || m_toldToolMissing)
+        return;
+    m_toldToolMissing = true;
+    // After the current event: this may run while the window is still being built.
+    QTimer::singleShot(0, this, [this] {
+        QMessageBox::warning(this, QStringLiteral("Pictures"),
+                             QStringLiteral("The pictures are shown without thumbnails. ") +
+                                 m_convert.missingMessage());
+    });
+}
+
+void MediaBrowser::onThumbnailAnchor(const QUrl& url) {
+    const ThumbnailClick click = DecideThumbnailClick(url);
+    if (click.showPicture)
+        emit pictureClicked(click.fileSpec);
+    if (click.log)
+        emit mediaEventRequested(click.mediaType, click.fileSpec);
+}
+
+void MediaBrowser::onThumbnailsStarted(int total) {
+    if (total <= 0)
+        return;
+    if (!m_progress) {
+        m_progress = new QProgressDialog(this);
+        m_progress->setObjectName(QStringLiteral("prgThumbnails"));
+        m_progress->setWindowTitle(QStringLiteral("Pictures"));
+        m_progress->setCancelButtonText(QStringLiteral("Cancel"));
+        m_progress->setAutoClose(false);
+        m_progress->setAutoReset(false);
+        m_progress->setMinimumDuration(400);
+        connect(m_progress, &QProgressDialog::canceled, m_pages, &PicturesWebPage::cancel);
+        connect(m_pages, &PicturesWebPage::progress, m_progress, &QProgressDialog::setValue);
+    }
+    m_progress->setLabelText(QStringLiteral("Making %1 thumbnails...").arg(total));
+    m_progress->setRange(0, total);
+    m_progress->setValue(0);
+}
+
+void MediaBrowser::onPageWritten() {
+    if (m_progress) {
+        m_progress->reset();
+        m_progress->hide();
+    }
+    if (thumbnailsShown())
+        m_pics->showPageFile(m_pages->pageFileSpec());
+}
+
+} // namespace cq

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "app/AppPaths.h"
+#include "app/DirectorySettings.h"
+#include "render/ToolLocator.h"
+
+#include <QString>
+#include <QWidget>
+
+class QProgressDialog;
+class QStackedLayout;
+
+namespace cq {
+
+class MediaTab;
+class PageViewer;
+class PicturesWebPage;
+
+// The eight media tabs side by side in two rows, and the thumbnail viewer WebBrowserPics that
+// covers them while it is shown. Folder changes reach the directory settings at once; a change
+// of the Pictures folder rebuilds the thumbnail page in the background with a progress dialog.
+class MediaBrowser : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr int kTabCount = 8;
+    static constexpr int kPicturesTab = 2;
+    static constexpr int kTextTab = 4;
+
+    MediaBrowser(const AppPaths& paths, DirectorySettings& settings, const ToolLocation& convert,
+                 QWidget* parent = nullptr);
+
+    MediaTab* tab(int index) const { return m_tabs[index]; }
+    PageViewer* thumbnailViewer() const { return m_pics; }
+    PicturesWebPage& picturesPage() { return *m_pages; }
+
+    // Points the tabs at the folders of the settings (the start-up order); a folder that does not
+    // exist leaves its lists where they were.
+    void pointFoldersAtSettings();
+    bool Dir1_Change(int tab, const QString& path);
+
+    // The text list frame (tab 4) and each tab's playback controls come from the text and
+    // playback parts of the window.
+    void setTextFrame(QWidget* frame);
+    void setTabControls(int tab, QWidget* controls);
+
+    void cmdViewPics_Click();
+    bool thumbnailsShown() const;
+
+signals:
+    void fileClicked(int tab, const QString& fileSpec);
+    // A thumbnail of a picture was clicked: the picture is to be shown.
+    void pictureClicked(const QString& fileSpec);
+    // A thumbnail click that a running recording logs (every type but "Audio").
+    void mediaEventRequested(const QString& mediaType, const QString& fileSpec);
+
+private:
+    void onFolderChanged(int tab, const QString& path);
+    void onThumbnailAnchor(const QUrl& url);
+    void onThumbnailsStarted(int total);
+    void onPageWritten();
+    void tellOnceIfToolMissing();
+
+    const AppPaths& m_paths;
+    DirectorySettings& m_settings;
+    MediaTab* m_tabs[kTabCount] = {};
+    QWidget* m_grid = nullptr;
+    PageViewer* m_pics = nullptr;
+    QStackedLayout* m_stack = nullptr;
+    PicturesWebPage* m_pages = nullptr;
+    QProgressDialog* m_progress = nullptr;
+    ToolLocation m_convert;
+    bool m_toldToolMissing = false;
+};
+
+} // namespace cq

@@ -1,0 +1,231 @@
+#include "library/widgets/MediaTab.h"
+
+#include "library/FolderListing.h"
+
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QDir>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QStorageInfo>
+#include <QStyle>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace cq {
+
+namespace {
+const QString kUp = QStringLiteral("..");
+}
+
+MediaTab::MediaTab(int index, const QString& heading, QWidget* parent)
+    : QFrame(parent), m_index(index) {
+    setObjectName(QStringLiteral("fraTab_%1").arg(index));
+    setFrameShape(QFrame::StyledPanel);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(4, 4, 4, 4);
+    layout->setSpacing(3);
+
+    m_heading = new QLabel(heading, this);
+    m_heading->setObjectName(QStringLiteral("lblHeading_%1").arg(index));
+    m_heading->setWordWrap(true);
+    QFont bold = m_heading->font();
+    bold.setBold(true);
+    m_heading->setFont(bold);
+    layout->addWidget(m_heading);
+
+    m_body = new QVBoxLayout;
+    m_body->setContentsMargins(0, 0, 0, 0);
+    layout->addLayout(m_body, 1);
+
+    if (hasFolderPane()) {
+        m_drive = new QComboBox(this);
+        m_drive->setObjectName(QStringLiteral("Drive1_%1").arg(index));
+        m_drive->setAccessibleName(QStringLiteral("Drive"));
+        m_drive->setToolTip(QStringLiteral("Mounted volumes"));
+        fillDrives();
+        connect(m_drive, &QComboBox::activated, this, &MediaTab::Drive1_Change);
+
+        m_dir = new QListWidget(this);
+        m_dir->setObjectName(QStringLiteral("Dir1_%1").arg(index));
+        m_dir->setAccessibleName(QStringLiteral("Folders"));
+        m_dir->setToolTip(QStringLiteral("Double-click a folder to open it"));
+        connect(m_dir, &QListWidget::itemActivated, this, &MediaTab::onFolderActivated);
+
+        m_file = new QListWidget(this);
+        m_file->setObjectName(QStringLiteral("File1_%1").arg(index));
+        m_file->setAccessibleName(heading + QStringLiteral(" files"));
+        m_file->setUniformItemSizes(true); // large folders lay out without measuring each row
+        connect(m_file, &QListWidget::itemClicked, this, &MediaTab::onFileChosen);
+        m_file->installEventFilter(this);
+
+        m_cmdOpenFolder = new QPushButton(this);
+        m_cmdOpenFolder->setObjectName(QStringLiteral("cmdOpenFolder_%1").arg(index));
+        m_cmdOpenFolder->setIcon(style()->standardIcon(QStyle::SP_DirOpenIcon));
+        m_cmdOpenFolder->setAccessibleName(QStringLiteral("Open Folder"));
+        m_cmdOpenFolder->setToolTip(
+            QStringLiteral("Open the File Manager Folder to this Directory"));
+        connect(m_cmdOpenFolder, &QPushButton::clicked, this, &MediaTab::cmdOpenFolder_Click);
+
+        m_body->addWidget(m_drive);
+        m_body->addWidget(m_dir, 1);
+        m_body->addWidget(m_file, 2);
+        m_drive->hide();
+        m_dir->hide();
+        m_cmdOpenFolder->hide();
+    }
+
+    if (!hasFolderPane()) {
+        // Keeps the heading at the top until the text list arrives.
+        m_bodyPlaceholder = new QWidget(this);
+        m_body->addWidget(m_bodyPlaceholder, 1);
+    }
+
+    auto* bottom = new QHBoxLayout;
+    m_cmdView = new QPushButton(QStringLiteral("View"), this);
+    m_cmdView->setObjectName(QStringLiteral("cmdView_%1").arg(index));
+    m_cmdView->setToolTip(QStringLiteral("Change Directories"));
+    connect(m_cmdView, &QPushButton::clicked, this, &MediaTab::cmdView_Click);
+    bottom->addWidget(m_cmdView);
+    if (m_cmdOpenFolder)
+        bottom->addWidget(m_cmdOpenFolder);
+    bottom->addStretch(1);
+    layout->addLayout(bottom);
+    if (!hasFolderPane())
+        m_cmdView->hide();
+
+    m_controls = new QVBoxLayout;
+    m_controls->setContentsMargins(0, 0, 0, 0);
+    layout->addLayout(m_controls);
+}
+
+void MediaTab::fillDrives() {
+    const QString home = QDir::homePath();
+    m_drive->addItem(home, home);
+    for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
+        if (!volume.isValid() || !volume.isReady())
+            continue;
+        const QString root = volume.rootPath();
+        if (m_drive->findData(root) < 0)
+            m_drive->addItem(root, root);
+    }
+}
+
+void MediaTab::selectDriveFor(const QString& path) {
+    // The drive is the longest volume root that holds the folder; the home folder counts first.
+    int best = -1;
+    qsizetype bestLength = -1;
+    for (int i = 0; i < m_drive->count(); ++i) {
+        const QString root = m_drive->itemData(i).toString();
+        const bool holds =
+            path == root || path.startsWith(root.endsWith(u'/') ? root : root + u'/');
+        if (holds && root.size() > bestLength) {
+            best = i;
+            bestLength = root.size();
+        }
+    }
+    if (best >= 0)
+        m_drive->setCurrentIndex(best);
+}
+
+QStringList MediaTab::entries() const {
+    QStringList names;
+    if (!m_file)
+        return names;
+    names.reserve(m_file->count());
+    for (int i = 0; i < m_file->count(); ++i)
+        names.append(m_file->item(i)->text());
+    return names;
+}
+
+bool MediaTab::Dir1_Change(const QString& path) {
+    if (!hasFolderPane() || !IsReadableFolder(path))
+        return false;
+    const QString folder = QDir(path).absolutePath();
+    m_path = folder;
+    m_dir->clear();
+    if (ParentFolder(folder) != folder)
+        m_dir->addItem(kUp);
+    m_dir->addItems(ListSubfolders(folder));
+    m_file->clear();
+    m_file->addItems(ListMediaFiles(folder));
+    m_file->setToolTip(folder);
+    m_dir->setToolTip(folder);
+    selectDriveFor(folder);
+    emit folderChanged(m_index, folder);
+    return true;
+}
+
+void MediaTab::refreshFiles() {
+    if (!hasFolderPane() || !IsReadableFolder(m_path))
+        return;
+    const QString selected = m_file->currentItem() ? m_file->currentItem()->text() : QString();
+    m_file->clear();
+    m_file->addItems(ListMediaFiles(m_path));
+    if (!selected.isEmpty()) {
+        const QList<QListWidgetItem*> found = m_file->findItems(selected, Qt::MatchExactly);
+        if (!found.isEmpty())
+            m_file->setCurrentItem(found.first());
+    }
+}
+
+void MediaTab::Drive1_Change(int driveIndex) {
+    if (driveIndex >= 0)
+        Dir1_Change(m_drive->itemData(driveIndex).toString());
+}
+
+void MediaTab::onFileChosen(QListWidgetItem* item) {
+    if (item)
+        emit fileClicked(m_index, JoinPath(m_path, item->text()));
+}
+
+bool MediaTab::eventFilter(QObject* watched, QEvent* event) {
+    // Enter on the file list is the keyboard's click.
+    if (watched == m_file && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            onFileChosen(m_file->currentItem());
+            return true;
+        }
+    }
+    return QFrame::eventFilter(watched, event);
+}
+
+void MediaTab::onFolderActivated(QListWidgetItem* item) {
+    if (!item)
+        return;
+    const QString name = item->text();
+    Dir1_Change(name == kUp ? ParentFolder(m_path) : JoinPath(m_path, name));
+}
+
+void MediaTab::cmdView_Click() {
+    if (!hasFolderPane())
+        return;
+    m_paneState = m_paneState == 1 ? 0 : 1;
+    const bool shown = m_paneState == 1;
+    m_drive->setVisible(shown);
+    m_dir->setVisible(shown);
+    m_cmdOpenFolder->setVisible(shown);
+}
+
+void MediaTab::cmdOpenFolder_Click() {
+    if (!m_path.isEmpty())
+        QDesktopServices::openUrl(QUrl::fromLocalFile(m_path));
+}
+
+void MediaTab::setBodyWidget(QWidget* widget) {
+    delete m_bodyPlaceholder;
+    m_bodyPlaceholder = nullptr;
+    widget->setParent(this);
+    m_body->addWidget(widget, 1);
+}
+
+void MediaTab::setControls(QWidget* controls) {
+    controls->setParent(this);
+    m_controls->addWidget(controls);
+}
+
+} // namespace cq

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QFrame>
+#include <QString>
+#include <QStringList>
+
+class QComboBox;
+class QLabel;
+class QListWidget;
+class QListWidgetItem;
+class QPushButton;
+class QVBoxLayout;
+
+namespace cq {
+
+// One tab of the media browser: its heading, the drive, folder and file lists over one folder,
+// the "View" button that shows or hides the folder pane, and the button that opens the folder in
+// the desktop's file manager. Tab 4 has no folder pane: it holds the text list instead.
+class MediaTab : public QFrame {
+    Q_OBJECT
+public:
+    MediaTab(int index, const QString& heading, QWidget* parent = nullptr);
+
+    int index() const { return m_index; }
+    bool hasFolderPane() const { return m_index != 4; }
+    QString path() const { return m_path; }
+    QStringList entries() const;
+
+    // Points the lists at a folder. A folder that does not exist or cannot be read leaves every
+    // list as it was and returns false.
+    bool Dir1_Change(const QString& path);
+    // Lists the current folder again, keeping the selected file.
+    void refreshFiles();
+    void Drive1_Change(int driveIndex);
+    void cmdView_Click();
+    void cmdOpenFolder_Click();
+    bool folderPaneShown() const { return m_paneState == 1; }
+
+    // The frame of the text list (tab 4) and the tab's playback controls are made elsewhere.
+    void setBodyWidget(QWidget* widget);
+    void setControls(QWidget* controls);
+
+signals:
+    void fileClicked(int tab, const QString& fileSpec);
+    void folderChanged(int tab, const QString& path);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void onFileChosen(QListWidgetItem* item);
+    void fillDrives();
+    void selectDriveFor(const QString& path);
+    void onFolderActivated(QListWidgetItem* item);
+
+    int m_index;
+    int m_paneState = 0; // 1 while the folder pane is shown
+    QString m_path;
+    QLabel* m_heading = nullptr;
+    QComboBox* m_drive = nullptr;
+    QListWidget* m_dir = nullptr;
+    QListWidget* m_file = nullptr;
+    QPushButton* m_cmdView = nullptr;
+    QPushButton* m_cmdOpenFolder = nullptr;
+    QVBoxLayout* m_body = nullptr;
+    QWidget* m_bodyPlaceholder = nullptr;
+    QVBoxLayout* m_controls = nullptr;
+};
+
+} // namespace cq

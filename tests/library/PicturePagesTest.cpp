@@ -1,0 +1,149 @@
+#include "library/PicturePages.h"
+#include "library/FolderListing.h"
+#include "library/LastView.h"
+
+#include "support/TestAppFolder.h"
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+namespace {
+
+// The href values of a page, HTML entities undone, as the viewer hands them to a click.
+QStringList Hrefs(const QString& page) {
+    QStringList hrefs;
+    static const QRegularExpression href(QStringLiteral("<a href=\"([^\"]*)\""));
+    for (auto it = href.globalMatch(page); it.hasNext();) {
+        QString value = it.next().captured(1);
+        value.replace("&quot;", "\"")
+            .replace("&lt;", "<")
+            .replace("&gt;", ">")
+            .replace("&amp;", "&");
+        hrefs.append(value);
+    }
+    return hrefs;
+}
+
+} // namespace
+
+TEST(PicturePages, NamesThatNeedEscapingSurviveThePageAndComeBackFromAClick) {
+    const QStringList names{
+        QStringLiteral("it's \"quoted\" <b>.jpg"), QStringLiteral("fish & chips.jpg"),
+        QStringLiteral("100% #1 ?why.jpg"),        QStringLiteral("already %41 encoded.jpg"),
+        QString::fromUtf8("zoë vidéo 東京.jpg"),   QStringLiteral("$(touch x) `id`.jpg")};
+    const QString folder = QString::fromUtf8("/home/zoë/My Pictures");
+    const QString page = BuildThumbnailPage(folder, names, QStringLiteral("/app/SmallPics/P"));
+
+    // Nothing in a name can end an attribute or open a tag.
+    EXPECT_FALSE(page.contains(QStringLiteral("\"quoted\"")));
+    EXPECT_FALSE(page.contains(QStringLiteral("<b>")));
+    EXPECT_FALSE(page.contains(QStringLiteral("fish & chips")));
+
+    const QStringList hrefs = Hrefs(page);
+    ASSERT_EQ(hrefs.size(), names.size());
+    for (int i = 0; i < names.size(); ++i) {
+        const ThumbnailClick click = DecideThumbnailClick(QUrl(hrefs.at(i)));
+        EXPECT_EQ(click.fileSpec, folder + u'/' + names.at(i));
+        EXPECT_TRUE(click.showPicture);
+        EXPECT_TRUE(click.cancel);
+    }
+}
+
+TEST(PicturePages, ThumbnailPageHasTheLiteralPiecesAndAtMostAThousandAnchors) {
+    QStringList entries;
+    for (int i = 0; i < 1500; ++i)
+        entries.append(QStringLiteral("p%1.jpg").arg(i));
+    entries[3].clear(); // an empty entry gives no anchor
+    const QString page = BuildThumbnailPage("/pics/Trip", entries, "/app/SmallPics/Trip");
+    EXPECT_TRUE(page.startsWith(QStringLiteral("<HTML><BODY BGCOLOR = \"Black\"><a href=\"")));
+    EXPECT_TRUE(page.endsWith(QStringLiteral("\"></a></BODY></HTML>")));
+    EXPECT_EQ(page.count(QStringLiteral("<a href=\"")), 999);
+    EXPECT_TRUE(page.contains(QStringLiteral(
+        "<a href=\"/pics/Trip/p0.jpg\"><IMG src=\"/app/SmallPics/Trip/p0.jpg\" "
+        "style=\"border-style: none\" alt=\"p\"></a><a href=\"/pics/Trip/p1.jpg\"")));
+    EXPECT_TRUE(page.contains(QStringLiteral("p999.jpg")));
+    EXPECT_FALSE(page.contains(QStringLiteral("p1000.jpg")));
+}
+
+TEST(PicturePages, AltTextKeepsOnlyAsciiLettersOfTheNameWithoutItsExtension) {
+    EXPECT_EQ(ThumbnailAltText(QStringLiteral("My Photo 2.jpg")), "MyPhoto");
+    EXPECT_EQ(ThumbnailAltText(QString::fromUtf8("Zoë_[x].jpeg")), "Zox");
+    EXPECT_EQ(ThumbnailAltText(QStringLiteral("a.b")), "");
+}
+
+TEST(PicturePages, ThumbnailFolderIsTheLastComponentUnderTheRoot) {
+    EXPECT_EQ(ThumbnailFolderFor("/app/SmallPics", "/a/Trip"), "/app/SmallPics/Trip");
+    EXPECT_EQ(ThumbnailFolderFor("/app/SmallPics", "/b/c/Trip/"), "/app/SmallPics/Trip");
+    EXPECT_EQ(ThumbnailFolderFor("/app/SmallPics", "D:\\Photos\\Holiday"),
+              "/app/SmallPics/Holiday");
+    EXPECT_EQ(ThumbnailFolderFor("/app/SmallPics", "/"), "/app/SmallPics");
+}
+
+TEST(PicturePages, FittingFillsTheWidthLessAMarginAndKeepsProportions) {
+    const PictureFit tall = FitPictureToViewer(6000, 15.0, 400, 1600);
+    EXPECT_EQ(tall.width, 333);
+    EXPECT_EQ(tall.height, 1332);
+    const PictureFit wide = FitPictureToViewer(1000 + 15 * 640, 15.0, 1920, 1080);
+    EXPECT_EQ(wide.width, 640);
+    EXPECT_EQ(wide.height, 360);
+    const PictureFit none = FitPictureToViewer(6000, 15.0, 0, 0);
+    EXPECT_EQ(none.width, 0);
+    EXPECT_EQ(none.height, 0);
+}
+
+TEST(PicturePages, PicturePageCarriesTheSizeAsStyleAndAttributes) {
+    const QString page = BuildPicturePage("/p/a&b.jpg", {333, 1332});
+    EXPECT_EQ(page, QStringLiteral("<HTML><BODY BGCOLOR = \"Black\"><Center><IMG style=\"WIDTH: "
+                                   "333px; HEIGHT: 1332px\" alt=\"\" src=\"/p/a&amp;b.jpg\" "
+                                   "WIDTH=\"333\" HEIGHT=\"1332\"></Center></BODY></HTML>"));
+    EXPECT_TRUE(HasPicturePageExtension("scan.TIF"));
+    EXPECT_TRUE(HasPicturePageExtension("x.Png"));
+    EXPECT_FALSE(HasPicturePageExtension("scan.tiff"));
+    EXPECT_FALSE(HasPicturePageExtension("shot.jpeg"));
+}
+
+TEST(PicturePages, ThumbnailClicksOnOtherMediaNavigateAndOnlyNonAudioIsLogged) {
+    const ThumbnailClick song = DecideThumbnailClick(QUrl("/m/song.mp3"));
+    EXPECT_FALSE(song.cancel);
+    EXPECT_FALSE(song.log);
+    const ThumbnailClick clip = DecideThumbnailClick(QUrl("/m/clip.avi"));
+    EXPECT_FALSE(clip.cancel);
+    EXPECT_TRUE(clip.log);
+    EXPECT_EQ(clip.mediaType, "Video");
+    for (const char* own : {"", "res://ieframe.dll/x", "http:///", "/m/tune.mid"}) {
+        const ThumbnailClick click = DecideThumbnailClick(QUrl(own));
+        EXPECT_FALSE(click.cancel || click.log || click.showPicture) << own;
+    }
+}
+
+TEST(LastView, TheLastRowOfAnotherKindDecides) {
+    EXPECT_EQ(RevertToLastView({"Video", "Pictures", "Text"}), 1);
+    EXPECT_EQ(RevertToLastView({"Pictures", "Video", "Text", "Text"}), 0);
+    EXPECT_EQ(RevertToLastView({"Text", "Video", "Pictures"}), 0);
+    EXPECT_EQ(RevertToLastView({"Video", "Text", "Pictures", "Pictures"}), 2);
+    EXPECT_EQ(RevertToLastView({"Text", "Pictures", "Video"}), 1);
+    EXPECT_EQ(RevertToLastView({"Pictures", "Text", "Both"}), 2);
+    EXPECT_EQ(RevertToLastView({"Pictures", "Video", ""}), 1);
+    // Nothing to go back to: the video surface.
+    EXPECT_EQ(RevertToLastView({"Text", "Text"}), 0);
+    EXPECT_EQ(RevertToLastView({}), 0);
+}
+
+TEST(FolderListing, PatternMatchesWithoutRegardToCaseAndSkipsOtherFiles) {
+    QTemporaryDir dir;
+    for (const char* name : {"HOLIDAY.JPG", "song.Mid", "clip.MpEg", "notes.txt", "shot.png",
+                             "x.tiff", "archive.tar.mp3"})
+        test::WriteFile(dir.filePath(name), "x");
+    test::WriteFile(dir.filePath("Sub.jpg/inner.jpg"), "x"); // a folder is not a file
+    EXPECT_EQ(ListMediaFiles(dir.path()),
+              (QStringList{"archive.tar.mp3", "clip.MpEg", "HOLIDAY.JPG", "song.Mid"}));
+    EXPECT_EQ(ListSubfolders(dir.path()), QStringList{"Sub.jpg"});
+    EXPECT_FALSE(IsReadableFolder(dir.filePath("gone")));
+    EXPECT_FALSE(IsReadableFolder(dir.filePath("notes.txt")));
+    EXPECT_EQ(ParentFolder(dir.filePath("Sub.jpg")), dir.path());
+}
