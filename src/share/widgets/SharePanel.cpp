@@ -50,6 +50,7 @@ SharePanel::SharePanel(const AppPaths& paths, DirectorySettings& settings, QWidg
                       QStringLiteral("Support Webpage that has instructions for installation, and "
                                      "how to use this product.")),
             &QPushButton::clicked, this, &SharePanel::cmdSupport_Click);
+    row->addStretch(1);
 
     m_chosenFolder =
         !settings.gstrMyVideoDirectory.isEmpty() && QFileInfo(settings.gstrMyVideoDirectory).isDir()
