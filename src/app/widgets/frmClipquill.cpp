@@ -10,6 +10,7 @@
 #include "library/widgets/DisplayPlace.h"
 #include "platform/Folders.h"
 #include "render/widgets/RenderPanel.h"
+#include "share/widgets/SharePanel.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/widgets/EventGridView.h"
 #include "timeline/widgets/ProjectPanel.h"
@@ -115,6 +116,10 @@ void frmClipquill::buildLayout() {
     m_splitter->setStretchFactor(0, 3);
     m_splitter->setStretchFactor(1, 2);
     outer->addWidget(m_splitter, 1);
+
+    m_sharePanel = new SharePanel(m_paths, m_settings, central);
+    m_sharePanel->setEventCountProvider([this] { return m_timeline->grid().rowCount(); });
+    outer->addWidget(m_sharePanel);
 
     setCentralWidget(central);
     if (QScreen* screen = QGuiApplication::primaryScreen()) {

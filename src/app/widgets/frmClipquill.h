@@ -24,6 +24,7 @@ class KeepAwake;
 class MediaBrowser;
 class MediaStation;
 class RenderPanel;
+class SharePanel;
 class StudioDisplay;
 class TabPictureList;
 class TimelineStudio;
@@ -47,6 +48,7 @@ public:
     MediaBrowser& mediaBrowser();
     DisplayPlace& displayPlace();
     RenderPanel& renderPanel() { return *m_renderPanel; }
+    SharePanel& sharePanel() { return *m_sharePanel; }
     TimelineStudio& timeline() { return *m_timeline; }
 
     static QString windowTitleText();
@@ -84,6 +86,7 @@ private:
     StudioDisplay* m_display = nullptr;
     std::unique_ptr<TabPictureList> m_pictureList;
     TimelineStudio* m_timeline = nullptr;
+    SharePanel* m_sharePanel = nullptr;
 };
 
 } // namespace cq

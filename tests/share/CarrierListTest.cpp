@@ -1,0 +1,122 @@
+#include "share/CarrierList.h"
+#include "support/TestAppFolder.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+namespace {
+
+QByteArray FileBytes(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList Names(const QList<Carrier>& carriers) {
+    QStringList names;
+    for (const Carrier& c : carriers)
+        names << c.name;
+    return names;
+}
+
+} // namespace
+
+TEST(CarrierList, NameIsBeforeTheFirstSemicolonAndBadLinesAreSkippedOrEndTheList) {
+    const QByteArray file = "Acme Mobile;mms.acme.example;x\r\n"
+                            ";no-name.example\r\n"
+                            "No Domain;\r\n"
+                            "Second;mms.second.example\r\n"
+                            "a line without the separator\r\n"
+                            "After;mms.after.example\r\n";
+    EXPECT_EQ(ParseCarrierFile(file), (QList<Carrier>{{"Acme Mobile", "mms.acme.example;x"},
+                                                      {"Second", "mms.second.example"}}));
+    // An empty line has no ";" either.
+    EXPECT_EQ(Names(ParseCarrierFile("One;one.example\r\n\r\nTwo;two.example\r\n")),
+              QStringList{"One"});
+    // Bare LF line ends, as a Linux editor writes them, read the same.
+    EXPECT_EQ(Names(ParseCarrierFile("One;one.example\nTwo;two.example\n")),
+              QStringList({"One", "Two"}));
+    EXPECT_TRUE(ParseCarrierFile("").isEmpty());
+    EXPECT_TRUE(ParseCarrierFile("\r\n").isEmpty());
+}
+
+TEST(CarrierList, BytesThatAreNotUtf8SurviveReadingAndAddingACarrier) {
+    QTemporaryDir dir;
+    const QString fileSpec = dir.path() + "/MMSServerList.txt";
+    const QByteArray latin1 = "Caf\xe9 T\xe9l\xe9"
+                              "com;mms.caf\xe9.example\r\n";
+    const QByteArray utf8 = "Zo\xc3\xab Mobile;mms.zoe.example\r\n";
+    test::WriteFile(fileSpec, latin1 + utf8);
+
+    const QList<Carrier> carriers = FillCarrierList(fileSpec);
+    ASSERT_GE(carriers.size(), 2);
+    EXPECT_EQ(carriers.at(0).name, QString::fromLatin1("Caf\xe9 T\xe9l\xe9"
+                                                       "com"));
+    EXPECT_EQ(carriers.at(0).domain, QString::fromLatin1("mms.caf\xe9.example"));
+    EXPECT_EQ(carriers.at(1).name, QString::fromUtf8("Zo\xc3\xab Mobile"));
+
+    EXPECT_TRUE(AddCarrierToFile(fileSpec, "New Carrier", "mms.new.example").isEmpty());
+    EXPECT_EQ(FileBytes(fileSpec), latin1 + utf8 + "New Carrier;mms.new.example\r\n");
+}
+
+TEST(CarrierList, TableHoldsTwoHundredWithTheBuiltInCarriersAlwaysLast) {
+    QTemporaryDir dir;
+    const QString fileSpec = dir.path() + "/MMSServerList.txt";
+    QByteArray file;
+    for (int i = 1; i <= 300; ++i)
+        file += QStringLiteral("Carrier %1;mms%1.example\r\n").arg(i).toUtf8();
+    test::WriteFile(fileSpec, file);
+
+    const QList<Carrier> carriers = FillCarrierList(fileSpec);
+    ASSERT_EQ(carriers.size(), 200);
+    EXPECT_EQ(carriers.at(0), (Carrier{"Carrier 1", "mms1.example"}));
+    EXPECT_EQ(carriers.at(188), (Carrier{"Carrier 189", "mms189.example"}));
+    EXPECT_EQ(carriers.mid(189), BuiltInCarriers());
+
+    // A full table takes no more.
+    EXPECT_FALSE(AddCarrierToFile(fileSpec, "One Too Many", "mms.more.example").isEmpty());
+    EXPECT_EQ(FileBytes(fileSpec), file);
+}
+
+TEST(CarrierList, MissingFileStillListsTheElevenBuiltInCarriersInOrder) {
+    const QList<Carrier> carriers = FillCarrierList("/no/such/MMSServerList.txt");
+    EXPECT_EQ(Names(carriers), QStringList({"Alltel", "AT&T", "Boost Mobile", "Cingular (AT&T)",
+                                            "Einstein PCS", "Metro PCS", "Sprint", "T-Mobile",
+                                            "US Cellular", "Verizon Wireless", "Virgin Mobile"}));
+    for (const Carrier& c : carriers)
+        EXPECT_TRUE(CarrierEntryProblem(c.name, c.domain).isEmpty()) << c.name.toStdString();
+}
+
+TEST(CarrierList, AddedCarrierGoesBeforeTheLineThatEndsTheList) {
+    QTemporaryDir dir;
+    const QString fileSpec = dir.path() + "/System/MMSServerList.txt";
+    test::WriteFile(fileSpec, "One;one.example\r\nnotes: keep this\r\n");
+    EXPECT_TRUE(AddCarrierToFile(fileSpec, "  Two  ", " mms.two.example ").isEmpty());
+    EXPECT_EQ(FileBytes(fileSpec),
+              "One;one.example\r\nTwo;mms.two.example\r\nnotes: keep this\r\n");
+    EXPECT_EQ(Names(FillCarrierList(fileSpec)).mid(0, 2), QStringList({"One", "Two"}));
+
+    // A new file is made when there was none.
+    const QString fresh = dir.path() + "/System/New.txt";
+    EXPECT_TRUE(AddCarrierToFile(fresh, "Acme", "mms.acme.example").isEmpty());
+    EXPECT_EQ(FileBytes(fresh), "Acme;mms.acme.example\r\n");
+}
+
+TEST(CarrierList, EntriesThatWouldBreakTheFileAreRefused) {
+    EXPECT_FALSE(CarrierEntryProblem("", "mms.a.example").isEmpty());
+    EXPECT_FALSE(CarrierEntryProblem("A;B", "mms.a.example").isEmpty());
+    EXPECT_FALSE(CarrierEntryProblem("A\r\nB", "mms.a.example").isEmpty());
+    EXPECT_FALSE(CarrierEntryProblem("A", "").isEmpty());
+    EXPECT_FALSE(CarrierEntryProblem("A", "mms a.example").isEmpty());
+    EXPECT_FALSE(CarrierEntryProblem("A", "localhost").isEmpty());
+    EXPECT_FALSE(CarrierEntryProblem("A", "x@mms.example").isEmpty());
+    EXPECT_TRUE(CarrierEntryProblem("Acme (UK)", "mms.acme-uk.example").isEmpty());
+}
+
+TEST(CarrierList, PhoneAddressKeepsOnlyTheDigits) {
+    EXPECT_EQ(PhoneAddress("(555) 123-4567", "vzwpix.com"), "5551234567@vzwpix.com");
+    EXPECT_EQ(PhoneAddress(" +1 555 CALL-NOW 89 ", "tmomail.net"), "155589@tmomail.net");
+}

@@ -1,0 +1,193 @@
+#include "render/ToolRunner.h"
+#include "share/ConversionCommand.h"
+#include "share/ConversionJob.h"
+#include "share/ConversionPresets.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+namespace {
+
+struct Probe {
+    QString formatName;
+    QStringList videoCodecs, audioCodecs;
+    int width = 0, height = 0;
+    double seconds = 0;
+};
+
+Probe ProbeFile(const QString& file) {
+    ToolRunner runner;
+    const RunResult run = runner.runProgram(
+        "ffprobe", {"-v", "error", "-show_entries",
+                    "stream=codec_type,codec_name,width,height:format=format_name,duration", "-of",
+                    "json", "file:" + file});
+    Probe probe;
+    if (!run.ok())
+        return probe;
+    const QJsonObject root = QJsonDocument::fromJson(runner.standardOutput()).object();
+    probe.formatName = root["format"]["format_name"].toString();
+    probe.seconds = root["format"]["duration"].toString().toDouble();
+    for (const QJsonValue& s : root["streams"].toArray()) {
+        if (s["codec_type"] == "video") {
+            probe.videoCodecs << s["codec_name"].toString();
+            probe.width = s["width"].toInt();
+            probe.height = s["height"].toInt();
+        } else if (s["codec_type"] == "audio") {
+            probe.audioCodecs << s["codec_name"].toString();
+        }
+    }
+    return probe;
+}
+
+// A small clip like the rendered one: MPEG-4 video and MP3 sound in AVI.
+QString MakeClip(const QString& file) {
+    ToolRunner runner;
+    const RunResult run =
+        runner.runProgram("ffmpeg", {"-nostdin", "-v", "error", "-y", "-f", "lavfi", "-i",
+                                     "testsrc=size=160x120:rate=15:duration=2", "-f", "lavfi", "-i",
+                                     "sine=frequency=440:sample_rate=44100:duration=2", "-c:v",
+                                     "mpeg4", "-c:a", "libmp3lame", "-shortest", "file:" + file});
+    return run.ok() ? file : QString();
+}
+
+struct Case {
+    QString preset;
+    QString format;
+    QString frameSize;
+    QString container; // a name ffprobe lists for it
+    QString video;     // empty: no video stream
+    QString audio;
+    int width, height;
+};
+
+QString Ffmpeg() {
+    return QStandardPaths::findExecutable("ffmpeg");
+}
+
+} // namespace
+
+TEST(ConversionCommand, PhonePresetGivesTheDeviceSettingsWithRealCodecNames) {
+    const ToolCommand cmd =
+        ConvertFileForCellPhones("/app/System/ffmpeg", "/w/FinalMix.avi", "/w/FinalMix.3GP",
+                                 "Regular Cellphone (3GP format)", {"3GP", "", "", "", "", "", ""});
+    EXPECT_EQ(cmd.program, "/app/System/ffmpeg");
+    EXPECT_EQ(cmd.arguments.join(' '),
+              "-nostdin -hide_banner -i file:/w/FinalMix.avi -s 176x144 -c:v h263 -r 25 -b:v 200k "
+              "-b:a 64k -c:a aac -ac 1 -y file:/w/FinalMix.3GP");
+    // Sizes H.263 cannot code go to MPEG-4; explicit rates win over the defaults.
+    const ToolCommand big = ConvertFileForCellPhones(
+        "ffmpeg", "/w/a.avi", "/w/a.3GP", "", {"3gp", "320x240", "300", "15", "96", "22050", "2"});
+    EXPECT_EQ(big.arguments.mid(4, 16).join(' '),
+              "-s 320x240 -c:v mpeg4 -r 15 -b:v 300k -b:a 96k -c:a aac -ac 2 -ar 22050");
+}
+
+TEST(ConversionCommand, RingtonesAndSoundFormatsDropThePictureAndTheSize) {
+    for (const QString preset : {"Ringtones (MP3)", "Ringtones (3GP)", ""}) {
+        const QString format = preset.isEmpty() ? "M4A" : preset.mid(11, 3);
+        const QStringList args =
+            ConvertFileForCellPhones("ffmpeg", "/w/a.avi", "/w/a." + format, preset,
+                                     {format, "480x320", "", "", "", "", ""})
+                .arguments;
+        EXPECT_TRUE(args.contains("-vn")) << preset.toStdString();
+        EXPECT_FALSE(args.contains("-s")) << preset.toStdString();
+    }
+}
+
+TEST(ConversionCommand, SizeCaptionsAreNormalisedAndBadSizesIgnored) {
+    EXPECT_EQ(NormalizeFrameSize("160x120 "), "160x120");
+    EXPECT_EQ(NormalizeFrameSize("320X240"), "320x240");
+    for (const QString bad : {"", "Other", "641x480", "0x0", "640x480; rm -rf /", "99999x2"})
+        EXPECT_TRUE(NormalizeFrameSize(bad).isEmpty()) << bad.toStdString();
+    const QStringList args =
+        ConvertFileForCellPhones("ffmpeg", "/w/a.avi", "/w/a.MP4", "", {"MP4", "160x120 "})
+            .arguments;
+    EXPECT_EQ(args.at(args.indexOf("-s") + 1), "160x120");
+}
+
+TEST(ConversionCommand, OutputNameChangesOnlyTheFilesOwnExtension) {
+    EXPECT_EQ(ConvertedFileSpec("/w/My.Clips/FinalMix.avi", "MP4"), "/w/My.Clips/FinalMix.MP4");
+    EXPECT_EQ(ConvertedFileSpec("/w/v1.2/clip", "3GP"), "/w/v1.2/clip.3GP");
+}
+
+TEST(ConversionJob, FfmpegReportLinesGiveLengthAndTimeReached) {
+    EXPECT_EQ(ParseFfmpegDuration("  Duration: 00:01:07.04, start: 0.000000, bitrate: 1 kb/s"),
+              67040);
+    EXPECT_EQ(ParseFfmpegDuration("  Duration: N/A, start: 0.000000"), -1);
+    EXPECT_EQ(ParseFfmpegTime("frame=   50 fps=0.0 q=-0.0 size=256kB time=01:00:01.23 bitrate=1"),
+              3601230);
+    EXPECT_EQ(ParseFfmpegTime("size=N/A time=N/A bitrate=N/A"), -1);
+}
+
+// Every format of the window and every ring tone, converted for real from a clip whose folder
+// name would run commands if it ever reached a shell unquoted.
+TEST(ConversionJob, EveryFormatConvertsAndHoldsTheExpectedStreams) {
+    ASSERT_FALSE(Ffmpeg().isEmpty());
+    QTemporaryDir dir;
+    const QString folder = dir.path() + "/it's $(touch pwned) `touch pwned2` \"q\"; -x";
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const QString input = MakeClip(folder + "/FinalMix.avi");
+    ASSERT_FALSE(input.isEmpty());
+
+    const QList<Case> cases{
+        {"", "AVI", "320x240", "avi", "mpeg4", "mp3", 320, 240},
+        {"", "FLV", "480x320", "flv", "flv1", "mp3", 480, 320},
+        {"Apple Iphone 3G", "MP4", "480x320", "mp4", "h264", "aac", 480, 320},
+        {"", "MPG", "352x288", "mpeg", "mpeg1video", "mp2", 352, 288},
+        {"Regular Cellphone (3GP format)", "3GP", "176x144", "3gp", "h263", "aac", 176, 144},
+        {"", "MOV", "320x240", "mov", "h264", "aac", 320, 240},
+        {"Regular Cellphone (WMV format)", "WMV", "176x144", "asf", "wmv2", "wmav2", 176, 144},
+        {"", "MP3", "", "mp3", "", "mp3", 0, 0},
+        {"", "WAV", "", "wav", "", "pcm_s16le", 0, 0},
+        {"", "M4A", "", "m4a", "", "aac", 0, 0},
+        {"Ringtones (3GP)", "3GP", "", "3gp", "", "aac", 0, 0},
+        {"Ringtones (WMV)", "WMV", "", "asf", "", "wmav2", 0, 0},
+        {"Ringtones (MP4)", "MP4", "", "mp4", "", "aac", 0, 0},
+        {"Ringtones (MP3)", "MP3", "", "mp3", "", "mp3", 0, 0},
+    };
+    ConversionJob job;
+    int lastPercent = -1;
+    QObject::connect(&job, &ConversionJob::progress, [&](int p) { lastPercent = p; });
+    for (const Case& c : cases) {
+        SCOPED_TRACE((c.preset + " " + c.format).toStdString());
+        const QString output = ConvertedFileSpec(input, c.format);
+        QFile::remove(output);
+        const RunResult run = job.run(ConvertFileForCellPhones(
+            Ffmpeg(), input, output, c.preset, {c.format, c.frameSize, "", "", "", "", ""}));
+        ASSERT_TRUE(run.ok()) << run.errorText.toStdString();
+        EXPECT_EQ(lastPercent, 100);
+        const Probe probe = ProbeFile(output);
+        EXPECT_TRUE(probe.formatName.split(',').contains(c.container))
+            << probe.formatName.toStdString();
+        EXPECT_EQ(probe.videoCodecs, c.video.isEmpty() ? QStringList() : QStringList{c.video});
+        EXPECT_EQ(probe.audioCodecs, QStringList{c.audio});
+        EXPECT_EQ(probe.width, c.width);
+        EXPECT_EQ(probe.height, c.height);
+        EXPECT_NEAR(probe.seconds, 2.0, 0.3);
+    }
+    EXPECT_FALSE(QFile::exists(dir.path() + "/pwned"));
+    EXPECT_FALSE(QFile::exists(QDir::currentPath() + "/pwned"));
+    EXPECT_FALSE(QFile::exists(QDir::currentPath() + "/pwned2"));
+}
+
+TEST(ConversionJob, CancelStopsALongConversion) {
+    ASSERT_FALSE(Ffmpeg().isEmpty());
+    ConversionJob job;
+    // A real-time source that would run for a minute.
+    ASSERT_TRUE(job.start(
+        {Ffmpeg(),
+         {"-nostdin", "-re", "-f", "lavfi", "-i", "testsrc=duration=60", "-f", "null", "-"}}));
+    QTimer::singleShot(300, &job, &ConversionJob::cancel);
+    const RunResult run = job.waitForFinished();
+    EXPECT_TRUE(run.cancelled());
+    EXPECT_FALSE(job.isRunning());
+}

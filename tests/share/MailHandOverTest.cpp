@@ -1,0 +1,155 @@
+#include "share/MailHandOver.h"
+#include "StubProgram.h"
+#include "render/ToolRunner.h"
+#include "share/HandOverFiles.h"
+#include "support/TestAppFolder.h"
+
+#include <QFile>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+namespace {
+struct EmailerRun {
+    RunResult result;
+    QString errors;
+};
+
+EmailerRun RunEmailer(const QString& appFolder) {
+    ToolRunner runner;
+    EmailerRun run;
+    QObject::connect(&runner, &ToolRunner::errorLine,
+                     [&run](const QString& line) { run.errors += line + '\n'; });
+    run.result = runner.runProgram(CQ_EMAILER, {"--app-dir", appFolder, "--quiet"});
+    return run;
+}
+} // namespace
+
+TEST(MailHandOver, ClipGoesToXdgEmailWithSubjectBodyAttachmentAndRecipient) {
+    QTemporaryDir dir;
+    const QString clip = dir.path() + "/it's $(touch pwned) \"clip\".MP4";
+    test::WriteFile(clip, "video");
+    test::StubProgram xdgEmail("xdg-email");
+    ToolRunner runner;
+
+    const MailResult sent = SendMail(ClipMailMessage(clip, "5551234567@vzwpix.com"), runner);
+    EXPECT_TRUE(sent.ok) << sent.message.toStdString();
+    EXPECT_EQ(xdgEmail.arguments(), QStringList({"--utf8", "--subject", "Harrowfin", "--body",
+                                                 "Check out this clip video attached...\r\n",
+                                                 "--attach", clip, "5551234567@vzwpix.com"}));
+    EXPECT_FALSE(QFile::exists(dir.path() + "/pwned"));
+
+    // Without a recipient the user fills it in: no address is passed.
+    ASSERT_TRUE(SendMail(ClipMailMessage(clip, ""), runner).ok);
+    EXPECT_EQ(xdgEmail.arguments().size(), 7);
+}
+
+TEST(MailHandOver, NoMailClientOrNoXdgEmailIsAFailedLogOn) {
+    QTemporaryDir dir;
+    const QString clip = dir.path() + "/FinalMix.avi";
+    test::WriteFile(clip, "video");
+    ToolRunner runner;
+    {
+        test::StubProgram noClient("xdg-email", 3); // what xdg-email does without a client
+        const MailResult sent = SendMail(ClipMailMessage(clip, ""), runner);
+        EXPECT_FALSE(sent.ok);
+        EXPECT_EQ(sent.message, "Failed to log onto local MAPI client");
+    }
+    {
+        test::HiddenProgram absent("xdg-email");
+        const MailResult sent = SendMail(ClipMailMessage(clip, ""), runner);
+        EXPECT_FALSE(sent.ok);
+        EXPECT_EQ(sent.message, "Failed to log onto local MAPI client");
+    }
+}
+
+TEST(MailHandOver, MissingAttachmentIsNeverHandedOver) {
+    test::StubProgram xdgEmail("xdg-email");
+    ToolRunner runner;
+    const MailResult sent = SendMail(ClipMailMessage("/no/such/FinalMix.avi", ""), runner);
+    EXPECT_FALSE(sent.ok);
+    EXPECT_TRUE(sent.message.contains("/no/such/FinalMix.avi"));
+    EXPECT_FALSE(xdgEmail.ran());
+}
+
+TEST(Emailer, ReadsTheHandOverFilesBackIntoANewMessage) {
+    test::TestAppFolder app(false);
+    const QString clip = app.file("ClipquillTempFiles/Zoë's FinalMix.avi");
+    test::WriteFile(clip, "video");
+    ASSERT_TRUE(WriteEmailHandOver(app.file("SystemTemp"), {EmailMessageText(), clip}));
+    test::StubProgram xdgEmail("xdg-email");
+
+    const EmailerRun run = RunEmailer(app.path());
+    EXPECT_TRUE(run.result.ok()) << run.errors.toStdString();
+    EXPECT_EQ(xdgEmail.arguments(), QStringList({"--utf8", "--subject", "Harrowfin", "--body",
+                                                 EmailMessageText(), "--attach", clip}));
+}
+
+TEST(Emailer, SaysSoWhenThereIsNothingToSendOrNoMailClient) {
+    test::TestAppFolder app(false);
+    {
+        test::StubProgram xdgEmail("xdg-email");
+        const EmailerRun run = RunEmailer(app.path());
+        EXPECT_EQ(run.result.exitCode, 1);
+        EXPECT_TRUE(run.errors.contains("no clip to send")) << run.errors.toStdString();
+        EXPECT_FALSE(xdgEmail.ran());
+    }
+    const QString clip = app.file("ClipquillTempFiles/FinalMix.avi");
+    test::WriteFile(clip, "video");
+    ASSERT_TRUE(WriteEmailHandOver(app.file("SystemTemp"), {EmailMessageText(), clip}));
+    test::StubProgram noClient("xdg-email", 3);
+    const EmailerRun run = RunEmailer(app.path());
+    EXPECT_EQ(run.result.exitCode, 1);
+    EXPECT_TRUE(run.errors.contains("No e-mail program")) << run.errors.toStdString();
+}
+
+// The real xdg-email with a stand-in mail client registered for mailto: the way a desktop has
+// one. It proves that xdg-email takes the arguments as given.
+TEST(MailHandOver, RealXdgEmailPassesTheMessageToTheDesktopsMailClient) {
+    if (QStandardPaths::findExecutable("xdg-email").isEmpty())
+        GTEST_SKIP() << "xdg-utils is not installed";
+    QTemporaryDir dir;
+    const QString received = dir.path() + "/received.txt";
+    test::WriteFile(dir.path() + "/client.sh",
+                    ("#!/bin/sh\nprintf '%s' \"$1\" > '" + received + "'\n").toUtf8());
+    QFile::setPermissions(dir.path() + "/client.sh", QFile::ReadOwner | QFile::ExeOwner);
+    test::WriteFile(dir.path() + "/data/applications/stubmail.desktop",
+                    ("[Desktop Entry]\nType=Application\nName=Stub Mail\nExec=" + dir.path() +
+                     "/client.sh %u\nMimeType=x-scheme-handler/mailto;\n")
+                        .toUtf8());
+    test::WriteFile(dir.path() + "/config/mimeapps.list",
+                    "[Default Applications]\nx-scheme-handler/mailto=stubmail.desktop\n");
+    const QString clip = dir.path() + "/Zoë's clip.3GP";
+    test::WriteFile(clip, "video");
+
+    const QStringList names{"DISPLAY", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CURRENT_DESKTOP"};
+    QList<QByteArray> saved;
+    for (const QString& name : names)
+        saved << qgetenv(name.toLatin1());
+    qputenv("DISPLAY", ":99"); // xdg-email wants a desktop session
+    qputenv("XDG_DATA_HOME", (dir.path() + "/data").toUtf8());
+    qputenv("XDG_CONFIG_HOME", (dir.path() + "/config").toUtf8());
+    qunsetenv("XDG_CURRENT_DESKTOP");
+    ToolRunner runner;
+    const MailResult sent = SendMail(ClipMailMessage(clip, "5551234567@vzwpix.com"), runner);
+    for (int i = 0; i < names.size(); ++i)
+        saved.at(i).isNull() ? qunsetenv(names.at(i).toLatin1())
+                             : qputenv(names.at(i).toLatin1(), saved.at(i));
+
+    ASSERT_TRUE(sent.ok) << sent.detail.toStdString();
+    for (int i = 0; i < 100 && !QFile::exists(received); ++i)
+        QThread::msleep(50);
+    QFile file(received);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString url = QString::fromUtf8(file.readAll());
+    EXPECT_TRUE(url.startsWith("mailto:5551234567@vzwpix.com?subject=Harrowfin&body=Check%20out"))
+        << url.toStdString();
+    const qsizetype attach = url.indexOf("&attach=");
+    ASSERT_GE(attach, 0) << url.toStdString();
+    EXPECT_EQ(QUrl::fromPercentEncoding(url.mid(attach + 8).toUtf8()), clip);
+}

@@ -1,0 +1,294 @@
+#include "ModalResponder.h"
+#include "StubProgram.h"
+#include "app/AppPaths.h"
+#include "app/DirectorySettings.h"
+#include "render/ToolRunner.h"
+#include "share/widgets/SharePanel.h"
+#include "share/widgets/frmConvertAndEmail.h"
+#include "share/widgets/frmSetDir.h"
+#include "support/TestAppFolder.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+using test::ModalResponder;
+
+namespace {
+
+QByteArray FileBytes(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool MakeClip(const QString& file) {
+    QDir().mkpath(QFileInfo(file).path());
+    ToolRunner runner;
+    return runner
+        .runProgram("ffmpeg",
+                    {"-nostdin", "-v", "error", "-y", "-f", "lavfi", "-i",
+                     "testsrc=size=160x120:rate=15:duration=1", "-f", "lavfi", "-i",
+                     "sine=duration=1", "-c:v", "mpeg4", "-c:a", "libmp3lame", "-shortest", file})
+        .ok();
+}
+
+template <typename T> T* Child(QObject* parent, const char* name) {
+    T* child = parent->findChild<T*>(QString::fromLatin1(name));
+    EXPECT_NE(child, nullptr) << name;
+    return child;
+}
+
+bool WaitForFile(const QString& path) {
+    for (int i = 0; i < 100 && !QFile::exists(path); ++i)
+        QTest::qWait(50);
+    return QFile::exists(path);
+}
+
+} // namespace
+
+TEST(ConvertAndEmailWindow, ShowsEveryControlWithItsCaption) {
+    test::TestAppFolder app(false);
+    test::WriteFile(app.file("System/MMSServerList.txt"), "Acme Mobile;mms.acme.example\r\n");
+    frmConvertAndEmail w(AppPaths::forFolder(app.path()));
+    EXPECT_EQ(w.windowTitle(), "Convert and Email Clip");
+    const QList<QPair<const char*, QString>> captions{
+        {"lblPresets", "Presets"},
+        {"lblSelectFileFormat", "Select File Format"},
+        {"lblCellCarrier", "Cell Carrier"},
+        {"lblPhoneNumber", "Enter Phone Number"},
+        {"lblAddMMSServer", "Don't See Your Cell Carrier MMS Server?"},
+        {"lblSendClip", "Send Clip to CellPhone or other Mobile Device?"},
+        {"lblConvertHint", "...then Select a File Format other than AVI"},
+        {"lblSendHint", "...then Enter a Phone Number, Select the Carrier, and then click the "
+                        "Email button"},
+        {"fraConvert", "Convert first?"},
+        {"fraVideoRes", "Video Resolution"},
+        {"optScreenRes_0", "160x120 "},
+        {"optScreenRes_5", "Other"},
+        {"cmdAddMMSServer", "Add MMS Server"},
+        {"cmdConvertOnly", "Convert Only"},
+        {"cmdEmail", "Convert and Email"},
+        {"cmdClose", "&Close"}};
+    for (const auto& [name, caption] : captions) {
+        QWidget* control = Child<QWidget>(&w, name);
+        ASSERT_NE(control, nullptr);
+        const QString text = control->property("text").isValid()
+                                 ? control->property("text").toString()
+                                 : control->property("title").toString();
+        EXPECT_EQ(text, caption) << name;
+    }
+    EXPECT_NE(Child<QPushButton>(&w, "cmdEmail")->toolTip().indexOf("phone niumber"), -1);
+    auto* formats = Child<QListWidget>(&w, "lstConvertToFormat");
+    ASSERT_EQ(formats->count(), 10);
+    EXPECT_EQ(formats->currentItem()->text(), "AVI");
+    EXPECT_EQ(Child<QComboBox>(&w, "cboPresets")->count(), 11);
+    auto* carriers = Child<QListWidget>(&w, "lstCellCarrier");
+    ASSERT_EQ(carriers->count(), 12);
+    EXPECT_EQ(carriers->item(0)->text(), "Acme Mobile");
+    EXPECT_EQ(carriers->item(11)->text(), "Virgin Mobile");
+    EXPECT_FALSE(Child<QProgressBar>(&w, "prgConversion")->isVisibleTo(&w));
+}
+
+TEST(ConvertAndEmailWindow, PresetsSetSizeAndFormatAndSoundOnlyChoicesClearTheSize) {
+    test::TestAppFolder app(false);
+    frmConvertAndEmail w(AppPaths::forFolder(app.path()));
+    auto* formats = Child<QListWidget>(&w, "lstConvertToFormat");
+    w.cboPresets_Click(4); // Regular Cellphone (3GP format)
+    EXPECT_TRUE(Child<QRadioButton>(&w, "optScreenRes_1")->isChecked());
+    EXPECT_EQ(w.conversionSettings().outputFormat, "3GP");
+    EXPECT_EQ(w.conversionSettings().frameSize, "176x144");
+
+    Child<QRadioButton>(&w, "optScreenRes_5")->setChecked(true);
+    Child<QLineEdit>(&w, "txtScreenRes")->setText("640x480");
+    EXPECT_EQ(w.conversionSettings().frameSize, "640x480");
+    w.cboPresets_Click(10); // Ringtones (MP3)
+    EXPECT_EQ(w.conversionSettings().outputFormat, "MP3");
+    EXPECT_TRUE(w.conversionSettings().frameSize.isEmpty());
+    EXPECT_TRUE(Child<QLineEdit>(&w, "txtScreenRes")->text().isEmpty());
+    for (QRadioButton* option : w.findChildren<QRadioButton*>())
+        EXPECT_FALSE(option->isChecked()) << option->objectName().toStdString();
+
+    w.cboPresets_Click(0); // Apple Iphone 3G
+    EXPECT_EQ(w.conversionSettings().frameSize, "480x320");
+    formats->setCurrentRow(9); // M4A
+    EXPECT_TRUE(w.conversionSettings().frameSize.isEmpty());
+    formats->setCurrentRow(2); // other formats leave the size alone
+    Child<QRadioButton>(&w, "optScreenRes_0")->setChecked(true);
+    formats->setCurrentRow(3);
+    EXPECT_EQ(w.conversionSettings().frameSize, "160x120");
+}
+
+TEST(ConvertAndEmailWindow, EmailNeedsACarrierForAPhoneAndAddressesItsGateway) {
+    test::TestAppFolder app(false);
+    const AppPaths paths = AppPaths::forFolder(app.path());
+    test::WriteFile(paths.gstrFinalMixAVIFileSpec, "a rendered clip");
+    test::StubProgram xdgEmail("xdg-email");
+    frmConvertAndEmail w(paths);
+    Child<QLineEdit>(&w, "txtPhoneNumber")->setText("(555) 123-4567");
+    {
+        ModalResponder responder;
+        Child<QPushButton>(&w, "cmdEmail")->click();
+        EXPECT_EQ(responder.texts, QStringList{"Select the Recipient's Cell Carrier."});
+        EXPECT_FALSE(xdgEmail.ran());
+    }
+    auto* carriers = Child<QListWidget>(&w, "lstCellCarrier");
+    carriers->setCurrentItem(carriers->findItems("Verizon Wireless", Qt::MatchExactly).first());
+    ModalResponder responder;
+    Child<QPushButton>(&w, "cmdEmail")->click();
+    EXPECT_TRUE(responder.texts.isEmpty()) << responder.texts.join('|').toStdString();
+    const QStringList args = xdgEmail.arguments();
+    ASSERT_FALSE(args.isEmpty());
+    EXPECT_EQ(args.last(), "5551234567@vzwpix.com");
+    EXPECT_EQ(args.at(args.indexOf("--attach") + 1), paths.gstrFinalMixAVIFileSpec);
+}
+
+TEST(ConvertAndEmailWindow, ConvertOnlyReportsTheConvertedFileOrTheFailure) {
+    test::TestAppFolder app;
+    const AppPaths paths = AppPaths::forFolder(app.path());
+    frmConvertAndEmail w(paths);
+    w.cboPresets_Click(6); // Regular Cellphone (MP4 format)
+    {
+        ModalResponder responder;
+        Child<QPushButton>(&w, "cmdConvertOnly")->click();
+        ASSERT_EQ(responder.texts.size(), 1);
+        EXPECT_TRUE(responder.texts.first().startsWith("There is no rendered clip yet"));
+    }
+    ASSERT_TRUE(MakeClip(paths.gstrFinalMixAVIFileSpec));
+    const QString output = app.file("ClipquillTempFiles/FinalMix.MP4");
+    {
+        ModalResponder responder;
+        Child<QPushButton>(&w, "cmdConvertOnly")->click();
+        EXPECT_EQ(responder.texts,
+                  QStringList{"Successful. \r\n\r\nFile was converted and saved to " + output});
+        EXPECT_TRUE(QFile::exists(output));
+    }
+    test::WriteFile(paths.gstrFinalMixAVIFileSpec, "not a video at all");
+    ModalResponder responder;
+    Child<QPushButton>(&w, "cmdConvertOnly")->click();
+    EXPECT_EQ(responder.texts, QStringList{"File Not Found. An error must have happened during "
+                                           "the conversion process."});
+    EXPECT_FALSE(QFile::exists(output)); // the earlier result does not pass for this one
+    EXPECT_FALSE(Child<QProgressBar>(&w, "prgConversion")->isVisibleTo(&w));
+}
+
+TEST(SetDirWindow, NewFolderOkAndCancel) {
+    QTemporaryDir dir;
+    {
+        frmSetDir chooser(dir.path() + "/");
+        EXPECT_EQ(chooser.path(), dir.path());
+        EXPECT_TRUE(chooser.makeNewFolder("  My Clips "));
+        EXPECT_EQ(chooser.path(), dir.path() + "/My Clips");
+        EXPECT_FALSE(chooser.makeNewFolder("   "));
+        Child<QPushButton>(&chooser, "cmdOK")->click();
+        EXPECT_FALSE(chooser.cancelled());
+        EXPECT_EQ(chooser.chosenFolder(), dir.path() + "/My Clips");
+    }
+    {
+        frmSetDir chooser("/");
+        Child<QPushButton>(&chooser, "cmdOK")->click();
+        EXPECT_EQ(chooser.chosenFolder(), "/");
+    }
+    frmSetDir chooser(dir.path());
+    Child<QPushButton>(&chooser, "cmdCancel")->click();
+    EXPECT_TRUE(chooser.cancelled());
+}
+
+TEST(SharePanel, ButtonsWithoutARenderedClipSaySoAndSendNothing) {
+    test::TestAppFolder app(false);
+    DirectorySettings settings;
+    SharePanel panel(AppPaths::forFolder(app.path()), settings);
+    for (const char* name : {"cmdEmail", "cmdConvert"}) {
+        ModalResponder responder;
+        Child<QPushButton>(&panel, name)->click();
+        ASSERT_EQ(responder.texts.size(), 1) << name;
+        EXPECT_TRUE(responder.texts.first().startsWith("There is no rendered clip yet")) << name;
+    }
+    EXPECT_FALSE(QFile::exists(app.file("SystemTemp/EmailAttachmentList.txt")));
+}
+
+TEST(SharePanel, EmailHandsTheClipToTheEmailerCompanion) {
+    test::TestAppFolder app(false);
+    // An application folder whose name would run commands if a shell ever saw it unquoted.
+    const QString folder = app.file("it's $(touch pwned) \"app\"; -x");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const AppPaths paths = AppPaths::forFolder(folder);
+    ASSERT_TRUE(QFile::copy(CQ_EMAILER, folder + "/Emailer"));
+    test::WriteFile(paths.gstrFinalMixAVIFileSpec, "a rendered clip");
+    test::StubProgram xdgEmail("xdg-email");
+    DirectorySettings settings;
+    SharePanel panel(paths, settings);
+    panel.setEventCountProvider([] { return 2; });
+    ModalResponder responder;
+    Child<QPushButton>(&panel, "cmdEmail")->click();
+    EXPECT_TRUE(responder.texts.isEmpty()) << responder.texts.join('|').toStdString();
+    ASSERT_TRUE(WaitForFile(xdgEmail.log()));
+    QTest::qWait(200); // the stub finishes writing
+    const QStringList args = xdgEmail.arguments();
+    ASSERT_FALSE(args.isEmpty());
+    EXPECT_EQ(args.last(), paths.gstrFinalMixAVIFileSpec);
+    EXPECT_FALSE(QFile::exists(app.file("pwned")));
+    EXPECT_FALSE(QFile::exists(QDir::currentPath() + "/pwned"));
+}
+
+TEST(SharePanel, FtpWritesItsStartFolderThenStartsTheProgramOrExplainsHowToAddOne) {
+    test::TestAppFolder app(false);
+    const AppPaths paths = AppPaths::forFolder(app.path());
+    DirectorySettings settings;
+    SharePanel panel(paths, settings);
+    {
+        ModalResponder responder;
+        Child<QPushButton>(&panel, "cmdFTP")->click();
+        ASSERT_EQ(responder.texts.size(), 1);
+        EXPECT_TRUE(responder.texts.first().contains("\"FTP\""));
+    }
+    EXPECT_EQ(FileBytes(paths.gstrFTPStartUpDirectoryFileSpec),
+              ("gstrFTPDirectory=" + paths.gstrTempFilesDirectory + "\r\n\r\n").toUtf8());
+
+    test::WriteFile(app.file("FTP"), "#!/bin/sh\npwd > started.txt\n");
+    QFile::setPermissions(app.file("FTP"), QFile::ReadOwner | QFile::ExeOwner);
+    ModalResponder responder;
+    Child<QPushButton>(&panel, "cmdFTP")->click();
+    EXPECT_TRUE(responder.texts.isEmpty());
+    EXPECT_TRUE(WaitForFile(paths.gstrTempFilesDirectory + "/started.txt"));
+}
+
+TEST(SharePanel, SaveToDirAsksBeforeReplacingAnotherFile) {
+    test::TestAppFolder app(false);
+    QTemporaryDir target;
+    const AppPaths paths = AppPaths::forFolder(app.path());
+    test::WriteFile(paths.gstrFinalMixMP3FileSpec, "the voice message");
+    test::WriteFile(target.path() + "/Trip.mp3", "an older trip");
+    DirectorySettings settings;
+    SharePanel panel(paths, settings);
+    const auto chooseTarget = [&target](QWidget* w) {
+        auto* chooser = qobject_cast<frmSetDir*>(w);
+        ASSERT_NE(chooser, nullptr);
+        chooser->setPath(target.path());
+        Child<QPushButton>(chooser, "cmdOK")->click();
+    };
+    {
+        ModalResponder responder({chooseTarget, ModalResponder::typeText("a/b"),
+                                  ModalResponder::press("OK"), ModalResponder::typeText(" Trip "),
+                                  ModalResponder::press("No")});
+        Child<QPushButton>(&panel, "cmdSaveToDir")->click();
+        // After "No" the name is asked again; that question is left unanswered.
+        ASSERT_EQ(responder.texts.size(), 5) << responder.texts.join('|').toStdString();
+        EXPECT_TRUE(responder.texts.at(1).contains("\"/\""));
+        EXPECT_TRUE(responder.texts.at(3).contains("already exists"));
+        EXPECT_EQ(FileBytes(target.path() + "/Trip.mp3"), "an older trip");
+    }
+    EXPECT_EQ(panel.chosenFolder(), target.path());
+    ModalResponder responder(
+        {chooseTarget, ModalResponder::typeText("Trip"), ModalResponder::press("Yes")});
+    Child<QPushButton>(&panel, "cmdSaveToDir")->click();
+    EXPECT_EQ(FileBytes(target.path() + "/Trip.mp3"), "the voice message");
+}
