@@ -8,6 +8,7 @@
 #include "text/widgets/TextFrame.h"
 
 #include <QListWidget>
+#include <QPushButton>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -28,6 +29,23 @@ TEST(MainWindowText, TextListStartsFromTheFileAndDeletionsReachIt) {
     expected.removeAt(2);
     EXPECT_EQ(LoadTextList(app.file("System/TTS.txt")), expected);
     EXPECT_EQ(w.textList(), expected);
+}
+
+TEST(MainWindowText, BigTextButtonResizesTheBrowserListsWithTheTextList) {
+    test::TestAppFolder app;
+    frmClipquill w(WindowlessStartup::run(app.path(), XdgFolders::fromDesktop()));
+    auto* big = w.findChild<QPushButton*>("cmdBigText");
+    auto* texts = w.findChild<QListWidget*>("lstText");
+    auto* files = w.findChild<QListWidget*>("File1_2");
+    ASSERT_TRUE(big && texts && files);
+    for (int click = 0; click < 2; ++click) {
+        QTest::mouseClick(big, Qt::LeftButton);
+        EXPECT_DOUBLE_EQ(files->font().pointSizeF(), texts->font().pointSizeF());
+    }
+    QTest::mouseClick(big, Qt::LeftButton);
+    const double first = files->font().pointSizeF();
+    QTest::mouseClick(big, Qt::LeftButton);
+    EXPECT_NE(files->font().pointSizeF(), first);
 }
 
 TEST(MainWindowText, TabControlsDriveTheirPlayersAndRememberTheLastOneUsed) {

@@ -72,6 +72,8 @@ void MediaStation::wireDisplay() {
     m_display->setTextSurface(m_picDisplay);
     connect(m_browser, &MediaBrowser::pictureClicked, m_display,
             &DisplayPlace::MakeHTMLPageForPicture);
+    connect(m_fraText, &TextFrame::listPointSizeChanged, m_browser,
+            &MediaBrowser::setListPointSize);
     connect(m_display, &DisplayPlace::viewPicsClicked, m_browser, &MediaBrowser::cmdViewPics_Click);
 }
 

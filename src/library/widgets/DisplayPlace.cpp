@@ -117,6 +117,9 @@ void DisplayPlace::showSurface(int surface) {
     if (surface < 0 || surface >= m_stack->count())
         return;
     m_stack->setCurrentIndex(surface);
+    // Another surface asked for after a picture click wins over the picture still loading.
+    if (surface != PictureSurface)
+        m_pictureToFront = false;
     // The window may have been resized while another surface was shown.
     if (surface == PictureSurface && !m_lastPicture.isEmpty() && m_pageWidth != m_picture->width())
         refitPicture();
@@ -135,6 +138,7 @@ bool DisplayPlace::MakeHTMLPageForPicture(const QString& fileSpec) {
         m_pictureSize = size;
     m_lastPicture = fileSpec;
     writePicturePage();
+    m_pictureToFront = true;
     m_tmrPictureWait->start();
     return true;
 }
@@ -158,7 +162,8 @@ void DisplayPlace::refitPicture() {
 
 void DisplayPlace::tmrPictureWait_Timer() {
     m_picture->showPageFile(m_paths.gstrPicturePageFileSpec);
-    showSurface(PictureSurface);
+    if (m_pictureToFront)
+        showSurface(PictureSurface);
 }
 
 void DisplayPlace::cmdDisplayVideoOrPics_Click(int index) {

@@ -73,6 +73,11 @@ void MediaBrowser::pointFoldersAtSettings() {
             Dir1_Change(i, folders[i]);
 }
 
+void MediaBrowser::setListPointSize(double pointSize) {
+    for (MediaTab* tab : m_tabs)
+        tab->setListPointSize(pointSize);
+}
+
 bool MediaBrowser::Dir1_Change(int tab, const QString& path) {
     return tab >= 0 && tab < kTabCount && m_tabs[tab]->Dir1_Change(path);
 }

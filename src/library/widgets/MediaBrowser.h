@@ -43,6 +43,7 @@ public:
     void setTextFrame(QWidget* frame);
     void setTabControls(int tab, QWidget* controls);
 
+    void setListPointSize(double pointSize);
     void cmdViewPics_Click();
     bool thumbnailsShown() const;
 

@@ -170,6 +170,17 @@ QStringList MediaTab::entries() const {
     return names;
 }
 
+void MediaTab::setListPointSize(double pointSize) {
+    for (QWidget* list : {static_cast<QWidget*>(m_drive), static_cast<QWidget*>(m_dir),
+                          static_cast<QWidget*>(m_file)}) {
+        if (!list)
+            continue;
+        QFont font = list->font();
+        font.setPointSizeF(pointSize);
+        list->setFont(font);
+    }
+}
+
 QList<int> MediaTab::selectedRows() const {
     QList<int> rows;
     if (!m_file)

@@ -41,6 +41,8 @@ public:
 
     // The frame of the text list (tab 4) and the tab's playback controls are made elsewhere.
     void setBodyWidget(QWidget* widget);
+    // The drive, folder and file lists follow the text list's font size.
+    void setListPointSize(double pointSize);
     void setControls(QWidget* controls);
 
 signals:

@@ -1,0 +1,130 @@
+#include "app/widgets/MediaStation.h"
+#include "app/widgets/frmClipquill.h"
+#include "library/playback/MediaPlayer.h"
+#include "library/widgets/DisplayPlace.h"
+#include "library/widgets/MediaBrowser.h"
+#include "support/TestAppFolder.h"
+#include "text/widgets/TextDisplaySurface.h"
+#include "timeline/EventGridModel.h"
+#include "timeline/widgets/TimelineStudio.h"
+
+#include <QImage>
+#include <QListWidget>
+#include <QProcess>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+namespace {
+std::unique_ptr<frmClipquill> openWindow(const test::TestAppFolder& app) {
+    auto w = std::make_unique<frmClipquill>(
+        WindowlessStartup::run(app.path(), XdgFolders::fromDesktop()));
+    w->show();
+    return w;
+}
+
+void clickItem(QListWidget* list, const QString& text) {
+    const QList<QListWidgetItem*> found = list->findItems(text, Qt::MatchExactly);
+    ASSERT_EQ(found.size(), 1) << text.toStdString();
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualItemRect(found.first()).center());
+}
+
+QPushButton* button(frmClipquill& w, const char* name) {
+    auto* b = w.findChild<QPushButton*>(name);
+    EXPECT_NE(b, nullptr) << name;
+    return b;
+}
+} // namespace
+
+// The recording flag alone opens the grid to rows; the capture itself is tested elsewhere.
+TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
+    test::TestAppFolder app;
+    QTemporaryDir media;
+    QImage picture(80, 60, QImage::Format_RGB32);
+    picture.fill(Qt::green);
+    ASSERT_TRUE(picture.save(media.filePath("green field.jpg")));
+    auto w = openWindow(app);
+    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaBrowser::kPicturesTab, media.path()));
+    const EventGridModel& grid = w->timeline().grid();
+
+    clickItem(w->findChild<QListWidget*>("File1_2"), "green field.jpg");
+    EXPECT_EQ(grid.rowCount(), 0) << "nothing is logged while no recording runs";
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return w->displayPlace().currentSurface() == DisplayPlace::PictureSurface; }, 2000));
+
+    w->recordingState().gblnRecording = true;
+    button(*w, "cmdDisplayVideoOrPics_1")->click();
+    ASSERT_EQ(grid.rowCount(), 1);
+    EXPECT_EQ(grid.row(0).mediaType, "Pictures");
+    EXPECT_EQ(grid.row(0).fileSpec, media.filePath("green field.jpg"));
+
+    // "Text" with no text chosen yet shows and logs nothing.
+    button(*w, "cmdDisplayVideoOrPics_2")->click();
+    EXPECT_EQ(grid.rowCount(), 1);
+    w->studioSettings().gstrCurrentText = "See you soon";
+    button(*w, "cmdDisplayVideoOrPics_2")->click();
+    ASSERT_EQ(grid.rowCount(), 2);
+    EXPECT_EQ(grid.row(1).mediaType, "Text");
+    ASSERT_TRUE(grid.row(1).text.has_value());
+    EXPECT_EQ(*grid.row(1).text, "See you soon");
+    EXPECT_EQ(w->displayPlace().currentSurface(), DisplayPlace::TextSurface);
+    EXPECT_FALSE(w->media().picDisplay()->picture().isNull());
+    EXPECT_TRUE(QFile::exists(grid.row(1).fileSpec));
+    // The switch never toggles back: a second press logs the text again.
+    button(*w, "cmdDisplayVideoOrPics_2")->click();
+    EXPECT_EQ(grid.rowCount(), 3);
+    w->recordingState().gblnRecording = false;
+}
+
+TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
+    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
+        GTEST_SKIP() << "no test sound server";
+    test::TestAppFolder app;
+    QTemporaryDir media;
+    QProcess ffmpeg;
+    ffmpeg.start("ffmpeg", {"-hide_banner", "-loglevel", "error", "-f", "lavfi", "-i",
+                            "testsrc=size=160x120:rate=25:duration=4", "-f", "lavfi", "-i",
+                            "sine=duration=4", "-c:v", "mpeg4", "-c:a", "pcm_s16le",
+                            media.filePath("clip.avi"), "-f", "lavfi", "-i",
+                            "sine=duration=2", "-map", "2:a", media.filePath("beep.wav")});
+    ASSERT_TRUE(ffmpeg.waitForFinished(30000));
+    ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
+    auto w = openWindow(app);
+    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(0, media.path()));
+    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(1, media.path()));
+    const EventGridModel& grid = w->timeline().grid();
+    w->recordingState().gblnRecording = true;
+
+    clickItem(w->findChild<QListWidget*>("File1_1"), "beep.wav");
+    EXPECT_EQ(w->media().WMPAudio(1)->URL(), media.filePath("beep.wav"));
+    EXPECT_EQ(grid.rowCount(), 0) << "sounds are heard, never logged";
+
+    clickItem(w->findChild<QListWidget*>("File1_0"), "clip.avi");
+    ASSERT_EQ(grid.rowCount(), 1);
+    EXPECT_EQ(grid.row(0).mediaType, "Video");
+    MediaPlayer* video = w->media().WMPAudio(0);
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return video->playState() == static_cast<int>(PlayState::Playing); }, 10000));
+    EXPECT_EQ(w->displayPlace().currentSurface(), DisplayPlace::VideoSurface);
+
+    video->setCurrentPosition(2.5);
+    ASSERT_EQ(grid.rowCount(), 2);
+    EXPECT_EQ(grid.row(1).mediaType, "Video");
+    EXPECT_EQ(grid.row(1).begVideoAt, "2.500");
+
+    button(*w, "cmdFullScreen")->click();
+    EXPECT_TRUE(video->fullScreen());
+    button(*w, "cmdFullScreen")->click();
+    EXPECT_FALSE(video->fullScreen());
+    video->pause();
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return video->playState() == static_cast<int>(PlayState::Paused); }, 5000));
+    button(*w, "cmdFullScreen")->click();
+    EXPECT_FALSE(video->fullScreen()) << "full screen only while the video plays";
+    w->recordingState().gblnRecording = false;
+}
