@@ -87,11 +87,29 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
     test::TestAppFolder app;
     QTemporaryDir media;
     QProcess ffmpeg;
-    ffmpeg.start("ffmpeg", {"-hide_banner", "-loglevel", "error", "-f", "lavfi", "-i",
-                            "testsrc=size=160x120:rate=25:duration=4", "-f", "lavfi", "-i",
-                            "sine=duration=4", "-c:v", "mpeg4", "-c:a", "pcm_s16le",
-                            media.filePath("clip.avi"), "-f", "lavfi", "-i",
-                            "sine=duration=2", "-map", "2:a", media.filePath("beep.wav")});
+    ffmpeg.start("ffmpeg", {"-hide_banner",
+                            "-loglevel",
+                            "error",
+                            "-f",
+                            "lavfi",
+                            "-i",
+                            "testsrc=size=160x120:rate=25:duration=4",
+                            "-f",
+                            "lavfi",
+                            "-i",
+                            "sine=duration=4",
+                            "-c:v",
+                            "mpeg4",
+                            "-c:a",
+                            "pcm_s16le",
+                            media.filePath("clip.avi"),
+                            "-f",
+                            "lavfi",
+                            "-i",
+                            "sine=duration=2",
+                            "-map",
+                            "2:a",
+                            media.filePath("beep.wav")});
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
     auto w = openWindow(app);

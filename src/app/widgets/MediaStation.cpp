@@ -23,8 +23,8 @@ MediaStation::MediaStation(const AppPaths& paths, DirectorySettings& settings,
                            QWidget* displayParent)
     : QObject(mediaArea), m_studio(studio) {
     m_vox = new SpeechVoice(QString(), this);
-    m_browser = new MediaBrowser(paths, settings, LocateConvert(paths.gstrImageMagickFileSpec),
-                                 mediaArea);
+    m_browser =
+        new MediaBrowser(paths, settings, LocateConvert(paths.gstrImageMagickFileSpec), mediaArea);
     m_display = new DisplayPlace(paths, displayParent);
     m_fraText = new TextFrame(studio, m_vox, paths.textListFileSpec, textList, mediaArea);
     connect(m_fraText, &TextFrame::listChanged, this,

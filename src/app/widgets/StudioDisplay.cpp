@@ -36,10 +36,9 @@ void StudioDisplay::connectTimeline(TimelineStudio& timeline) {
 
     connect(&browser, &MediaBrowser::fileClicked, clicks, &MediaClickHandler::File1_Click);
     // A thumbnail click shows the picture by itself; only the logging is left to do.
-    connect(&browser, &MediaBrowser::mediaEventRequested, logger,
-            [logger](const QString& type, const QString& file) {
-                logger->LogMediaEvent(type, file);
-            });
+    connect(
+        &browser, &MediaBrowser::mediaEventRequested, logger,
+        [logger](const QString& type, const QString& file) { logger->LogMediaEvent(type, file); });
     connect(m_media.fraText(), &TextFrame::textClicked, clicks,
             [clicks](const QString& text, int option) {
                 clicks->lstText_Click(text, static_cast<TextOption>(option));
@@ -106,9 +105,9 @@ void StudioDisplay::showText(const QString& text, bool speak) {
     place.showSurface(DisplayPlace::TextSurface);
     if (!m_media.picDisplay()->Preview(text)) {
         // Never modal: a replay or recording goes on behind the message.
-        auto* box = new QMessageBox(QMessageBox::Information, QStringLiteral("Clipquill"),
-                                    QStringLiteral("Your message is too big."), QMessageBox::Ok,
-                                    &place);
+        auto* box =
+            new QMessageBox(QMessageBox::Information, QStringLiteral("Clipquill"),
+                            QStringLiteral("Your message is too big."), QMessageBox::Ok, &place);
         box->setObjectName(QStringLiteral("msgTooBig"));
         box->setAttribute(Qt::WA_DeleteOnClose);
         box->open();
@@ -153,8 +152,8 @@ void StudioDisplay::afterDisplaySwitch(int view) {
             m_timeline->logger().LogMediaEvent(QStringLiteral("Pictures"), picture);
     } else if (view == DisplayPlace::TextSurface) {
         m_timeline->clicks().lstText_Click(
-            m_studio.gstrCurrentText,
-            static_cast<TextOption>(m_media.fraText()->selectedOption()), true);
+            m_studio.gstrCurrentText, static_cast<TextOption>(m_media.fraText()->selectedOption()),
+            true);
     }
 }
 

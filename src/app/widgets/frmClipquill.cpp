@@ -6,8 +6,8 @@
 #include "app/widgets/StudioDisplay.h"
 #include "app/widgets/TabPictureList.h"
 #include "library/playback/MediaPlayer.h"
-#include "library/widgets/MediaBrowser.h"
 #include "library/widgets/DisplayPlace.h"
+#include "library/widgets/MediaBrowser.h"
 #include "platform/Folders.h"
 #include "render/widgets/RenderPanel.h"
 #include "share/widgets/SharePanel.h"
@@ -131,13 +131,12 @@ void frmClipquill::buildLayout() {
 QLayout* frmClipquill::buildTimeline(QWidget* central) {
     m_pictureList =
         std::make_unique<TabPictureList>(*m_media->mediaBrowser().tab(MediaBrowser::kPicturesTab));
-    m_timeline = new TimelineStudio({m_recording, m_studio, m_paths, m_settings, *m_wait, central,
-                                     *m_display, m_media->RecordedAudioPlayBackWMP(),
-                                     m_pictureList.get()},
-                                    this);
-    connect(m_timeline, &TimelineStudio::stopPressed, this, [this] {
-        m_keepAwake->tmrMoveMouseToPreventScreenSaver().stop();
-    });
+    m_timeline =
+        new TimelineStudio({m_recording, m_studio, m_paths, m_settings, *m_wait, central,
+                            *m_display, m_media->RecordedAudioPlayBackWMP(), m_pictureList.get()},
+                           this);
+    connect(m_timeline, &TimelineStudio::stopPressed, this,
+            [this] { m_keepAwake->tmrMoveMouseToPreventScreenSaver().stop(); });
     auto* bar = new QHBoxLayout;
     bar->addWidget(m_timeline->recordingPanel());
     bar->addSpacing(24);

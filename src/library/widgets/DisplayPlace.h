@@ -66,8 +66,8 @@ private:
     QTimer* m_refit = nullptr;
     QString m_lastPicture;
     bool m_pictureToFront = false; // the page being loaded takes the place when it is ready
-    int m_pageWidth = -1; // the viewer width the picture page was written for
-    QSize m_pictureSize;  // the proportions of the last picture that could be read
+    int m_pageWidth = -1;          // the viewer width the picture page was written for
+    QSize m_pictureSize;           // the proportions of the last picture that could be read
 };
 
 } // namespace cq
