@@ -1,5 +1,6 @@
 #include "app/widgets/KeepAwake.h"
 #include "app/widgets/frmClipquill.h"
+#include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
 
 #include <QAccessible>
@@ -12,18 +13,9 @@
 
 using namespace cq;
 
-namespace {
-std::unique_ptr<frmClipquill> openWindow(const test::TestAppFolder& app) {
-    auto w = std::make_unique<frmClipquill>(
-        WindowlessStartup::run(app.path(), XdgFolders::fromDesktop()));
-    w->show();
-    return w;
-}
-} // namespace
-
 TEST(MainWindow, TitleCarriesTheVersionWithAThreeDigitRevision) {
     test::TestAppFolder app;
-    auto w = openWindow(app);
+    auto w = test::OpenStudio(app);
     EXPECT_TRUE(
         w->windowTitle().contains(QRegularExpression("^Clipquill v\\.\\d+\\.\\d+\\.\\d{3}$")))
         << w->windowTitle().toStdString();
@@ -31,7 +23,7 @@ TEST(MainWindow, TitleCarriesTheVersionWithAThreeDigitRevision) {
 
 TEST(MainWindow, VideoSizeListOffersSevenSizesAndFollowsTypedText) {
     test::TestAppFolder app;
-    auto w = openWindow(app);
+    auto w = test::OpenStudio(app);
     auto* combo = w->findChild<QComboBox*>("cboVideoRes");
     ASSERT_NE(combo, nullptr);
     QStringList items;
@@ -49,7 +41,7 @@ TEST(MainWindow, VideoSizeListOffersSevenSizesAndFollowsTypedText) {
 
 TEST(MainWindow, SaveDirectorySettingsWritesTheSettingsFile) {
     test::TestAppFolder app;
-    auto w = openWindow(app);
+    auto w = test::OpenStudio(app);
     w->directorySettings().gstrMyVideoDirectory = "/clips";
     auto* save = w->findChild<QPushButton*>("cmdSaveDirectories");
     ASSERT_NE(save, nullptr);
@@ -61,7 +53,7 @@ TEST(MainWindow, SaveDirectorySettingsWritesTheSettingsFile) {
 
 TEST(MainWindow, ClosingEmptiesTheWorkFolderButKeepsIt) {
     test::TestAppFolder app;
-    auto w = openWindow(app);
+    auto w = test::OpenStudio(app);
     test::WriteFile(app.file("ClipquillTempFiles/RecordedAudio.wav"), "RIFF");
     test::WriteFile(app.file("ClipquillTempFiles/FinalMix.avi"), "AVI");
     w->close();
@@ -72,14 +64,14 @@ TEST(MainWindow, ClosingEmptiesTheWorkFolderButKeepsIt) {
 
 TEST(MainWindow, KeepAwakeTimerTicksEveryFiftySeconds) {
     test::TestAppFolder app;
-    auto w = openWindow(app);
+    auto w = test::OpenStudio(app);
     EXPECT_TRUE(w->keepAwake().tmrMoveMouseToPreventScreenSaver().isActive());
     EXPECT_EQ(w->keepAwake().tmrMoveMouseToPreventScreenSaver().interval(), 50000);
 }
 
 TEST(MainWindow, EveryButtonAndComboIsNamedInTheAccessibilityTree) {
     test::TestAppFolder app;
-    auto w = openWindow(app);
+    auto w = test::OpenStudio(app);
     const auto widgets = w->findChildren<QWidget*>();
     for (QWidget* widget : widgets) {
         if (!widget->isVisible() ||

@@ -3,6 +3,7 @@
 #include "library/playback/MediaPlayer.h"
 #include "library/widgets/DisplayPlace.h"
 #include "library/widgets/MediaBrowser.h"
+#include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
 #include "text/widgets/TextDisplaySurface.h"
 #include "timeline/EventGridModel.h"
@@ -20,13 +21,6 @@
 using namespace cq;
 
 namespace {
-std::unique_ptr<frmClipquill> openWindow(const test::TestAppFolder& app) {
-    auto w = std::make_unique<frmClipquill>(
-        WindowlessStartup::run(app.path(), XdgFolders::fromDesktop()));
-    w->show();
-    return w;
-}
-
 void clickItem(QListWidget* list, const QString& text) {
     const QList<QListWidgetItem*> found = list->findItems(text, Qt::MatchExactly);
     ASSERT_EQ(found.size(), 1) << text.toStdString();
@@ -48,7 +42,7 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     QImage picture(80, 60, QImage::Format_RGB32);
     picture.fill(Qt::green);
     ASSERT_TRUE(picture.save(media.filePath("green field.jpg")));
-    auto w = openWindow(app);
+    auto w = test::OpenStudio(app);
     ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaBrowser::kPicturesTab, media.path()));
     const EventGridModel& grid = w->timeline().grid();
 
@@ -112,7 +106,7 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
                             media.filePath("beep.wav")});
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
-    auto w = openWindow(app);
+    auto w = test::OpenStudio(app);
     ASSERT_TRUE(w->mediaBrowser().Dir1_Change(0, media.path()));
     ASSERT_TRUE(w->mediaBrowser().Dir1_Change(1, media.path()));
     const EventGridModel& grid = w->timeline().grid();

@@ -1,4 +1,5 @@
 #include "RenderTestMedia.h"
+#include "TestRows.h"
 
 #include "app/AppPaths.h"
 #include "app/StudioSettings.h"
@@ -20,19 +21,9 @@
 
 using namespace cq;
 using test::ColourName;
+using test::Row;
 
 namespace {
-
-EventRow row(int count, const QString& type, const QString& time, const QString& file,
-             const QString& beg = {}) {
-    EventRow r;
-    r.mediaCount = count;
-    r.mediaType = type;
-    r.timeLine = time;
-    r.fileSpec = file;
-    r.begVideoAt = beg;
-    return r;
-}
 
 class RenderEndToEnd : public ::testing::Test {
 protected:
@@ -88,8 +79,8 @@ TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
     ASSERT_TRUE(media.bitmapUnderName(text, "yellow"));
 
     RenderInputs in =
-        inputsFor({row(1, "Pictures", "0.500", red), row(2, "Video", "1.500", clip, ".500"),
-                   row(3, "Text", "2.500", text), row(4, "Pictures", "3.200", tall)},
+        inputsFor({Row(1, "Pictures", "0.500", red), Row(2, "Video", "1.500", clip, ".500"),
+                   Row(3, "Text", "2.500", text), Row(4, "Pictures", "3.200", tall)},
                   voice);
     in.videosWithSound = {clip};
     const RenderReport report = render(in);
@@ -134,8 +125,8 @@ TEST_F(RenderEndToEnd, UnreadableItemTurnsBlackAndChangedPicturesAreRenderedAgai
     ASSERT_TRUE(media.solidPicture(blue, "blue", 320, 240));
     test::WriteFile(broken, QByteArray("this is no picture"));
     const RenderInputs in =
-        inputsFor({row(1, "Pictures", "0.000", first), row(2, "Pictures", "1.000", broken),
-                   row(3, "Pictures", "2.000", blue)},
+        inputsFor({Row(1, "Pictures", "0.000", first), Row(2, "Pictures", "1.000", broken),
+                   Row(3, "Pictures", "2.000", blue)},
                   voice);
 
     const RenderReport once = render(in);
@@ -170,7 +161,7 @@ TEST_F(RenderEndToEnd, CancelStopsQuicklyAndKeepsThePreviousResult) {
     for (int i = 0; i < 8; ++i) {
         const QString pic = mediaFile(QStringLiteral("p%1.jpg").arg(i));
         ASSERT_TRUE(media.solidPicture(pic, i % 2 ? "red" : "blue", 1280, 960));
-        rows << row(i + 1, "Pictures", QString::number(i * 5) + ".000", pic);
+        rows << Row(i + 1, "Pictures", QString::number(i * 5) + ".000", pic);
     }
     const QByteArray previous("the previous render");
     test::WriteFile(paths.gstrFinalMixAVIFileSpec, previous);
@@ -234,7 +225,7 @@ TEST_F(RenderEndToEnd, ManyStillsOfDifferentLengthsShareRunsAndKeepTheirTimes) {
         const QString colour = colours[i % colours.size()];
         const QString pic = mediaFile(QStringLiteral("still %1.jpg").arg(i));
         ASSERT_TRUE(media.solidPicture(pic, colour, 200 + 40 * i, 150 + 10 * i));
-        rows << row(i + 1, "Pictures", QString::number(times[i], 'f', 3), pic);
+        rows << Row(i + 1, "Pictures", QString::number(times[i], 'f', 3), pic);
         expected.append({times[i], colour});
     }
     const RenderReport report = render(inputsFor(rows, voice));

@@ -1,23 +1,14 @@
 #include "render/RenderPlan.h"
+#include "TestRows.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
 using namespace cq;
+using test::Row;
 
 namespace {
-
-EventRow row(int count, const QString& type, const QString& time, const QString& file,
-             const QString& beg = {}) {
-    EventRow r;
-    r.mediaCount = count;
-    r.mediaType = type;
-    r.timeLine = time;
-    r.fileSpec = file;
-    r.begVideoAt = beg;
-    return r;
-}
 
 RenderInputs inputs(qint64 recordingMs, QList<EventRow> rows) {
     RenderInputs in;
@@ -38,7 +29,7 @@ qint64 frameAt(double seconds) {
 QList<EventRow> pictures(int n) {
     QList<EventRow> rows;
     for (int i = 0; i < n; ++i)
-        rows << row(i + 1, "Pictures", QString::number(i) + ".000",
+        rows << Row(i + 1, "Pictures", QString::number(i) + ".000",
                     QStringLiteral("/p/%1.jpg").arg(i));
     return rows;
 }
@@ -47,7 +38,7 @@ QList<EventRow> pictures(int n) {
 
 TEST(RenderPlan, BlackLeadInPictureAndVideoEachFromTheirTime) {
     const RenderPlan plan = BuildRenderPlan(inputs(
-        10000, {row(1, "Pictures", "2.000", "/p/red.jpg"), row(2, "Video", "6.000", "/v/a.avi")}));
+        10000, {Row(1, "Pictures", "2.000", "/p/red.jpg"), Row(2, "Video", "6.000", "/v/a.avi")}));
     ASSERT_TRUE(plan.ok());
     ASSERT_EQ(plan.segments.size(), 3);
     EXPECT_EQ(plan.segments[0].kind, "Black");
@@ -75,7 +66,7 @@ TEST(RenderPlan, BlackLeadInPictureAndVideoEachFromTheirTime) {
 TEST(RenderPlan, ManyShortItemsNeverDriftByMoreThanHalfAFrame) {
     QList<EventRow> rows;
     for (int i = 0; i < 200; ++i)
-        rows << row(i + 1, "Pictures", QString::number(i * 0.317, 'f', 3), "/p/x.jpg");
+        rows << Row(i + 1, "Pictures", QString::number(i * 0.317, 'f', 3), "/p/x.jpg");
     const RenderPlan plan = BuildRenderPlan(inputs(70000, rows));
     ASSERT_EQ(plan.segments.size(), 200);
     for (const RenderSegment& s : plan.segments) {
@@ -104,10 +95,10 @@ TEST(RenderPlan, JoinsInGroupsOfFive) {
 TEST(RenderPlan, RowsThatShowNothingLeaveThePreviousItemOnScreen) {
     const RenderPlan plan = BuildRenderPlan(inputs(
         10000,
-        {row(1, "Pictures", "1.000", "/p/a.jpg"), row(2, "", "3.000", "/m/song.mid"),
-         row(3, "Audio", "4.000", "/m/a.mp3"), row(4, "Pictures", "5.000", ""),
-         row(5, "Text", "6.000", "/w/Hello.jpg"), row(6, "Pictures", "6.000", "/p/b.jpg"),
-         row(7, "Both", "8.000", "/w/Bye.jpg"), row(8, "Pictures", "12.000", "/p/late.jpg")}));
+        {Row(1, "Pictures", "1.000", "/p/a.jpg"), Row(2, "", "3.000", "/m/song.mid"),
+         Row(3, "Audio", "4.000", "/m/a.mp3"), Row(4, "Pictures", "5.000", ""),
+         Row(5, "Text", "6.000", "/w/Hello.jpg"), Row(6, "Pictures", "6.000", "/p/b.jpg"),
+         Row(7, "Both", "8.000", "/w/Bye.jpg"), Row(8, "Pictures", "12.000", "/p/late.jpg")}));
     ASSERT_EQ(plan.segments.size(), 4);
     EXPECT_EQ(plan.segments[1].source, "/p/a.jpg");
     EXPECT_EQ(plan.segments[1].lengthMs, 5000);
@@ -118,9 +109,9 @@ TEST(RenderPlan, RowsThatShowNothingLeaveThePreviousItemOnScreen) {
 }
 
 TEST(RenderPlan, VideoStartAndKeptSoundMixedUnderTheVoice) {
-    RenderInputs in = inputs(10000, {row(1, "Video", "0.000", "/v/a.avi", "12.5"),
-                                     row(2, "Video", "4.000", "/v/b.avi", ".500"),
-                                     row(3, "Pictures", "7.000", "/p/a.jpg")});
+    RenderInputs in = inputs(10000, {Row(1, "Video", "0.000", "/v/a.avi", "12.5"),
+                                     Row(2, "Video", "4.000", "/v/b.avi", ".500"),
+                                     Row(3, "Pictures", "7.000", "/p/a.jpg")});
     EXPECT_TRUE(BuildRenderPlan(in).segments[0].line.contains("-ss 00:00:12.5 -i '/v/a.avi'"));
     EXPECT_FALSE(BuildRenderPlan(in).finalLine.contains("amix"));
     in.videosWithSound = {QStringLiteral("/v/b.avi")};
@@ -148,9 +139,9 @@ TEST(RenderPlan, NoEventsGivesTheVoiceAloneAndBadInputsAreRefused) {
 
 TEST(RenderPlan, OneRunMakesSeveralPiecesEachFromItsOwnInput) {
     const QString hostile = QStringLiteral("/p/it's $(x) `y`; \"z\".jpg");
-    const RenderInputs in = inputs(6000, {row(1, "Pictures", "0.000", hostile),
-                                          row(2, "Pictures", "2.000", "/v/a b.jpg"),
-                                          row(3, "Pictures", "4.000", "/p/c.jpg")});
+    const RenderInputs in = inputs(6000, {Row(1, "Pictures", "0.000", hostile),
+                                          Row(2, "Pictures", "2.000", "/v/a b.jpg"),
+                                          Row(3, "Pictures", "4.000", "/p/c.jpg")});
     const RenderPlan plan = BuildRenderPlan(in);
     const QString line = BatchLine(in, plan.segments);
     // Inputs first, in order, each output naming its own input.

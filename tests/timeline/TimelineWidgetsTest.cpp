@@ -2,6 +2,7 @@
 #include "app/widgets/frmClipquill.h"
 #include "library/widgets/DisplayPlace.h"
 #include "library/widgets/MediaBrowser.h"
+#include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogic.h"
@@ -30,18 +31,9 @@
 
 using namespace cq;
 
-namespace {
-std::unique_ptr<frmClipquill> openWindow(const test::TestAppFolder& app) {
-    auto w = std::make_unique<frmClipquill>(
-        WindowlessStartup::run(app.path(), XdgFolders::fromDesktop()));
-    w->show();
-    return w;
-}
-} // namespace
-
 TEST(TimelineWidgets, TheWindowCarriesTheControlsWithTheirTextsAndNames) {
     test::TestAppFolder app;
-    auto w = openWindow(app);
+    auto w = test::OpenStudio(app);
     auto* record = w->findChild<QToolButton*>("cmdRecordVoiceEmail");
     ASSERT_NE(record, nullptr);
     EXPECT_TRUE(record->toolTip().startsWith("Start recording audio and video events. After"));
@@ -134,7 +126,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     const QString project = media.filePath("My Project");
     QString work;
     {
-        auto w = openWindow(app);
+        auto w = test::OpenStudio(app);
         work = w->paths().gstrTempFilesDirectory;
         TimelineStudio& t = w->timeline();
         w->keepAwake().tmrMoveMouseToPreventScreenSaver().start(50000);
@@ -189,7 +181,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     }
     EXPECT_FALSE(QFile::exists(work + "/RecordedAudio.wav"));
 
-    auto w = openWindow(app);
+    auto w = test::OpenStudio(app);
     TimelineStudio& t = w->timeline();
     t.projectPanel()->askOpenFolder = [&] {
         return project;
