@@ -9,6 +9,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -86,7 +87,9 @@ TEST_F(RenderPanelTest, RenderShowsProgressThenPlayHandsOverTheResult) {
     EXPECT_TRUE(dialog->isVisible());
     QObject::connect(panel.currentJob(), &RenderJob::progressChanged,
                      [&](int p) { highest = std::max(highest, p); });
+    QPointer<RenderProgressDialog> watched(dialog);
     ASSERT_TRUE(done.wait(60000));
+    EXPECT_TRUE(!watched || !watched->isVisible()) << "the progress dialog goes away";
     EXPECT_EQ(highest, 100);
     EXPECT_TRUE(panel.lastReport().ok()) << panel.lastReport().message.toStdString();
     EXPECT_TRUE(QFileInfo::exists(paths.gstrFinalMixAVIFileSpec));
@@ -105,7 +108,9 @@ TEST_F(RenderPanelTest, CancelButtonOfTheProgressDialogStopsTheRender) {
     auto* cancel = panel.findChild<QPushButton*>("cmdCancelRender");
     ASSERT_NE(cancel, nullptr);
     QTest::mouseClick(cancel, Qt::LeftButton);
+    QPointer<RenderProgressDialog> dialog(panel.findChild<RenderProgressDialog*>());
     ASSERT_TRUE(done.wait(5000));
+    EXPECT_TRUE(!dialog || !dialog->isVisible());
     EXPECT_EQ(panel.lastReport().outcome, RenderReport::Outcome::Cancelled);
     EXPECT_FALSE(QFileInfo::exists(paths.gstrFinalMixAVIFileSpec));
     EXPECT_TRUE(panel.findChild<QPushButton*>("cmdRender")->isEnabled());

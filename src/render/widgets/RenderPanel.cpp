@@ -59,7 +59,6 @@ void RenderPanel::cmdRender_Click() {
         LocateFfprobe(m_paths), m_paths.appFolder + QStringLiteral("/SystemMediaGen"), this);
 
     m_progress = new RenderProgressDialog(this);
-    m_progress->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_job, &RenderJob::progressChanged, m_progress, &RenderProgressDialog::setPercent);
     connect(m_job, &RenderJob::statusChanged, m_progress, &RenderProgressDialog::setStatus);
     connect(m_progress, &RenderProgressDialog::cancelRequested, m_job, &RenderJob::cancel);
@@ -73,7 +72,9 @@ void RenderPanel::onFinished(const RenderReport& report) {
     m_lastReport = report;
     m_cmdRender->setEnabled(true);
     if (m_progress) {
-        m_progress->close();
+        // close() would ask the dialog to cancel; the render is over, so it is simply done.
+        m_progress->accept();
+        m_progress->deleteLater();
         m_progress = nullptr;
     }
     emit renderFinished(report);

@@ -9,7 +9,7 @@
 
 #include <QButtonGroup>
 #include <QFileInfo>
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QMessageBox>
@@ -27,7 +27,8 @@ TextFrame::TextFrame(StudioSettings& studio, SpeechVoice* voice, const QString& 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
 
-    auto* optionRow = new QHBoxLayout;
+    // Two rows, so that the captions stay whole in the narrow text tab.
+    auto* optionRow = new QGridLayout;
     m_options = new QButtonGroup(this);
     const QString captions[3] = {QStringLiteral("Text"), QStringLiteral("Speech"),
                                  QStringLiteral("Both")};
@@ -39,16 +40,15 @@ TextFrame::TextFrame(StudioSettings& studio, SpeechVoice* voice, const QString& 
         m_optTextAndOrSpeech[i]->setObjectName(QStringLiteral("optTextAndOrSpeech_%1").arg(i));
         m_optTextAndOrSpeech[i]->setToolTip(tips[i]);
         m_options->addButton(m_optTextAndOrSpeech[i], i);
-        optionRow->addWidget(m_optTextAndOrSpeech[i]);
+        optionRow->addWidget(m_optTextAndOrSpeech[i], i / 2, i % 2);
     }
     m_optTextAndOrSpeech[OptionText]->setChecked(true);
-    optionRow->addStretch(1);
     m_cmdBigText = new QPushButton(QStringLiteral("+"), this);
     m_cmdBigText->setObjectName(QStringLiteral("cmdBigText"));
     m_cmdBigText->setToolTip(QStringLiteral("View Files in larger or smaller text"));
     m_cmdBigText->setAccessibleName(QStringLiteral("Larger or smaller text"));
     m_cmdBigText->setFixedWidth(m_cmdBigText->sizeHint().height() + 4);
-    optionRow->addWidget(m_cmdBigText);
+    optionRow->addWidget(m_cmdBigText, 1, 1, Qt::AlignRight);
     layout->addLayout(optionRow);
 
     m_lstText = new QListWidget(this);

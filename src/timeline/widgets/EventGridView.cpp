@@ -20,6 +20,9 @@ EventGridView::EventGridView(EventGridModel& model, QWidget* parent)
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     verticalHeader()->hide();
+    // One line a row; a long path keeps its file name in view.
+    setWordWrap(false);
+    setTextElideMode(Qt::ElideLeft);
     for (int c = 0; c < EventGridModel::FileSpec; ++c)
         setColumnWidth(c, 80);
     horizontalHeader()->setSectionResizeMode(EventGridModel::FileSpec, QHeaderView::Stretch);
