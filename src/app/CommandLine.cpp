@@ -38,6 +38,8 @@ StudioOptions ParseStudioOptions(const QStringList& arguments) {
             value(o.size);
         else if (a == u"--output")
             value(o.output);
+        else if (a == u"--video-sound")
+            o.videoSound = true;
         else if (a == u"--help" || a == u"-h")
             o.help = true;
         else
@@ -52,9 +54,10 @@ QString StudioUsage() {
     return QStringLiteral(
         "Usage: clipquill [--app-dir DIR] [--check]\n"
         "       clipquill [--app-dir DIR] --render TIMELINE [--voice WAV] [--size WxH] "
-        "[--output FILE]\n"
+        "[--output FILE] [--video-sound]\n"
         "  --app-dir DIR  use DIR as the application folder (filled from the installation)\n"
-        "  --check        report paths, settings and which tools work, then exit\n");
+        "  --check        report paths, settings and which tools work, then exit\n"
+        "  --video-sound  mix the videos' own sound under the voice\n");
 }
 
 namespace {
@@ -124,7 +127,9 @@ int RunStudio(int argc, char** argv) {
     if (!options.render.isEmpty()) {
         CommandLineRenderOptions render{options.render, options.voice, options.size,
                                         options.output};
-        return RunCommandLineRender(startup.paths, StudioSettings{}, render, stdout, stderr);
+        StudioSettings studio;
+        studio.keepVideoSound = options.videoSound;
+        return RunCommandLineRender(startup.paths, studio, render, stdout, stderr);
     }
     frmClipquill window(std::move(startup));
     window.show();

@@ -8,10 +8,11 @@ namespace cq {
 struct StudioOptions {
     QString appDir; // --app-dir DIR
     bool check = false;
-    QString render; // --render TIMELINE
-    QString voice;  // --voice WAV
-    QString size;   // --size WxH
-    QString output; // --output FILE
+    QString render;          // --render TIMELINE
+    QString voice;           // --voice WAV
+    QString size;            // --size WxH
+    QString output;          // --output FILE
+    bool videoSound = false; // --video-sound
     bool help = false;
     QString error; // a usage error, for the user
 };

@@ -12,6 +12,8 @@ struct StudioSettings {
     QString gstrAspectRatio = QStringLiteral("1.33333333333333");
     QString gstrCurrentText; // the text being shown, spoken or edited
     bool gblnCancel = false; // how modal dialogs say they were cancelled
+    // Videos keep their own sound in a render, mixed under the voice.
+    bool keepVideoSound = false;
 };
 
 } // namespace cq

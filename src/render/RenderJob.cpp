@@ -3,6 +3,7 @@
 #include "app/AppPaths.h"
 #include "app/StudioSettings.h"
 #include "platform/TextFiles.h"
+#include "render/MediaFileInfo.h"
 #include "render/ToolLocator.h"
 #include "render/ToolRunner.h"
 
@@ -47,6 +48,13 @@ RenderInputs StudioRenderInputs(const AppPaths& paths, const StudioSettings& stu
     in.ffmpeg = LocateFfmpeg(paths.gstrFFMPEGFileSpec).path;
     in.gstrVideoRes = studio.gstrVideoRes;
     in.gstrFrameRate = studio.gstrFrameRate;
+    if (studio.keepVideoSound) {
+        // A video without a sound track has nothing to mix, and would stop the mix.
+        for (const EventRow& row : rows)
+            if (row.mediaType == u"Video" && !in.videosWithSound.contains(row.fileSpec) &&
+                GetFileInfoVars(GetMediaFileInfoFromFFMPEG(paths, row.fileSpec)).hasAudio())
+                in.videosWithSound.insert(row.fileSpec);
+    }
     in.output = !output.isEmpty() ? output
                 : rows.isEmpty()  ? paths.gstrFinalMixMP3FileSpec
                                   : paths.gstrFinalMixAVIFileSpec;

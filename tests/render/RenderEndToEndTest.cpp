@@ -78,11 +78,17 @@ TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
     ASSERT_TRUE(media.toneVideo(clip, "green", 3.0, 1000));
     ASSERT_TRUE(media.bitmapUnderName(text, "yellow"));
 
-    RenderInputs in =
+    const QString mute = mediaFile("mute.avi");
+    ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "color=c=blue:s=160x120:d=1", "-an", mute}));
+
+    // With video sound kept, only videos that have a sound track join the mix.
+    studio.keepVideoSound = true;
+    const RenderInputs in =
         inputsFor({Row(1, "Pictures", "0.500", red), Row(2, "Video", "1.500", clip, ".500"),
-                   Row(3, "Text", "2.500", text), Row(4, "Pictures", "3.200", tall)},
+                   Row(3, "Text", "2.500", text), Row(4, "Pictures", "3.200", tall),
+                   Row(5, "Video", "3.800", mute)},
                   voice);
-    in.videosWithSound = {clip};
+    EXPECT_EQ(in.videosWithSound, QSet<QString>({clip}));
     const RenderReport report = render(in);
     ASSERT_EQ(report.outcome, RenderReport::Outcome::Rendered) << report.message.toStdString();
     EXPECT_TRUE(report.ok()) << report.message.toStdString();
@@ -103,6 +109,7 @@ TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
     expectSequence(out, {{0.5, "red"}, {1.5, "green"}, {2.5, "yellow"}, {3.2, "blue"}});
     // The tall picture stands between black bars.
     EXPECT_EQ(ColourName(media.colourAt(out, 3.5)), "blue");
+    EXPECT_EQ(ColourName(media.colourAt(out, 3.9)), "blue");
 
     // The voice runs from start to end; the video's tone only while the video is on screen.
     for (double at : {0.1, 1.9, 3.5})

@@ -5,6 +5,7 @@
 #include "render/WavLength.h"
 #include "render/widgets/RenderProgressDialog.h"
 
+#include <QCheckBox>
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -36,8 +37,17 @@ RenderPanel::RenderPanel(const AppPaths& paths, StudioSettings& studio, QWidget*
     m_cmdPlayRendered->setAccessibleDescription(m_cmdPlayRendered->toolTip());
     connect(m_cmdPlayRendered, &QPushButton::clicked, this, &RenderPanel::cmdPlayRendered_Click);
 
+    m_chkVideoSound = new QCheckBox(QStringLiteral("Video sound"), this);
+    m_chkVideoSound->setObjectName(QStringLiteral("chkVideoSound"));
+    m_chkVideoSound->setToolTip(
+        QStringLiteral("Keep the sound of the videos in the render, mixed under your voice"));
+    m_chkVideoSound->setChecked(m_studio.keepVideoSound);
+    connect(m_chkVideoSound, &QCheckBox::toggled, this,
+            [this](bool on) { m_studio.keepVideoSound = on; });
+
     layout->addWidget(m_cmdRender);
     layout->addWidget(m_cmdPlayRendered);
+    layout->addWidget(m_chkVideoSound);
 
     // Without a recorder, the length is the recorded voice's own.
     m_length = [this] {

@@ -7,6 +7,7 @@
 
 #include <functional>
 
+class QCheckBox;
 class QPushButton;
 
 namespace cq {
@@ -55,6 +56,7 @@ private:
     QPushButton* m_cmdRender = nullptr;
     QPushButton* m_cmdPlayRendered = nullptr;
     RenderProgressDialog* m_progress = nullptr;
+    QCheckBox* m_chkVideoSound = nullptr;
     RenderJob* m_job = nullptr;
     RenderReport m_lastReport;
     bool m_quiet = false;

@@ -1,5 +1,6 @@
 #include "text/widgets/SpeechVoice.h"
 
+#include <QEventLoop>
 #include <QTextToSpeech>
 #include <QTimer>
 
@@ -18,8 +19,29 @@ SpeechVoice::SpeechVoice(const QString& engine, QObject* parent) : QObject(paren
             [this](QTextToSpeech::State state) { onStateChanged(state); });
 }
 
+namespace {
+// Lets queued work (the engine's thread finishing, its notifications) run for a while.
+void settle(qint64 ms) {
+    QEventLoop loop;
+    QTimer::singleShot(static_cast<int>(ms), &loop, &QEventLoop::quit);
+    loop.exec();
+}
+} // namespace
+
 SpeechVoice::~SpeechVoice() {
-    StopSpeaking();
+    m_queue.clear();
+    m_stopPending = false;
+    if (!m_tts || !m_sinceSay.isValid())
+        return;
+    // The engine crashes when it is torn down while its thread still synthesises or plays:
+    // let the synthesis end, stop the sound, and give the thread time to let go of it.
+    const qint64 left = m_synthesisMs - m_sinceSay.elapsed();
+    if (left > 0)
+        settle(left);
+    if (m_tts->state() == QTextToSpeech::Speaking) {
+        m_tts->stop();
+        settle(kEngineSettleMs);
+    }
 }
 
 bool SpeechVoice::hasVoice() const {
