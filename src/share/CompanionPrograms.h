@@ -5,8 +5,10 @@
 
 namespace cq {
 
-// The project's page with installation and usage help.
-inline constexpr char kSupportPageAddress[] = "https://github.com/clipquill/clipquill#readme";
+// The help page with installation and usage instructions, laid out with the program's media.
+inline QString SupportPageFileSpec(const QString& appFolder) {
+    return appFolder + QStringLiteral("/SystemMedia/Help.html");
+}
 
 // The Emailer companion: in the studio's own folder (where the build and the installation put
 // it), else in the application folder. Empty when it is in neither.

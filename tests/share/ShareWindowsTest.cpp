@@ -9,6 +9,7 @@
 #include "support/TestAppFolder.h"
 
 #include <QComboBox>
+#include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
@@ -17,6 +18,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -292,3 +294,41 @@ TEST(SharePanel, SaveToDirAsksBeforeReplacingAnotherFile) {
     Child<QPushButton>(&panel, "cmdSaveToDir")->click();
     EXPECT_EQ(FileBytes(target.path() + "/Trip.mp3"), "the voice message");
 }
+
+// Takes the file URLs the program hands to the desktop, in place of the desktop.
+class UrlCatcher : public QObject {
+    Q_OBJECT
+public slots:
+    void open(const QUrl& url) { urls << url; }
+
+public:
+    QList<QUrl> urls;
+};
+
+TEST(SharePanel, SupportOpensTheHelpPageMadeFromTheReadme) {
+    test::TestAppFolder app;
+    const AppPaths paths = AppPaths::forFolder(app.path());
+    const QString page = app.file("SystemMedia/Help.html");
+    EXPECT_TRUE(FileBytes(page).contains("bash scripts/run.sh")) << "the README's first command";
+    DirectorySettings settings;
+    SharePanel panel(paths, settings);
+    UrlCatcher desktop;
+    QDesktopServices::setUrlHandler("file", &desktop, "open");
+    qputenv("BROWSER", "stub-browser");
+    {
+        ModalResponder responder;
+        Child<QPushButton>(&panel, "cmdSupport")->click();
+        EXPECT_TRUE(responder.texts.isEmpty()) << responder.texts.join('|').toStdString();
+        EXPECT_EQ(desktop.urls, QList<QUrl>({QUrl::fromLocalFile(page)}));
+    }
+    ASSERT_TRUE(QFile::remove(page));
+    ModalResponder responder;
+    Child<QPushButton>(&panel, "cmdSupport")->click();
+    qunsetenv("BROWSER");
+    QDesktopServices::unsetUrlHandler("file");
+    ASSERT_EQ(responder.texts.size(), 1);
+    EXPECT_TRUE(responder.texts.first().startsWith("The help page"));
+    EXPECT_EQ(desktop.urls.size(), 1);
+}
+
+#include "ShareWindowsTest.moc"

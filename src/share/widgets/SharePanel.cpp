@@ -16,6 +16,7 @@
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QUrl>
 
 namespace cq {
 
@@ -168,7 +169,14 @@ void SharePanel::cmdFTP_Click() {
 }
 
 void SharePanel::cmdSupport_Click() {
-    OpenURLInBrowser(QString::fromLatin1(kSupportPageAddress), window());
+    const QString page = SupportPageFileSpec(m_paths.appFolder);
+    if (!QFileInfo::exists(page)) {
+        tell(QStringLiteral("The help page \"%1\" is missing. Copy the SystemMedia folder of "
+                            "the installation into the application folder.")
+                 .arg(page));
+        return;
+    }
+    OpenURLInBrowser(QUrl::fromLocalFile(page).toString(), window());
 }
 
 void SharePanel::tell(const QString& text, const QString& detail) {
