@@ -3,10 +3,13 @@
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
 
+#include <QAbstractItemView>
+#include <QAbstractSlider>
 #include <QAccessible>
 #include <QComboBox>
 #include <QFileInfo>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -69,18 +72,24 @@ TEST(MainWindow, KeepAwakeTimerTicksEveryFiftySeconds) {
     EXPECT_EQ(w->keepAwake().tmrMoveMouseToPreventScreenSaver().interval(), 50000);
 }
 
-TEST(MainWindow, EveryButtonAndComboIsNamedInTheAccessibilityTree) {
+TEST(MainWindow, EveryControlIsNamedInTheAccessibilityTree) {
     test::TestAppFolder app;
     auto w = test::OpenStudio(app);
     const auto widgets = w->findChildren<QWidget*>();
     for (QWidget* widget : widgets) {
-        if (!widget->isVisible() ||
-            !(qobject_cast<QAbstractButton*>(widget) || qobject_cast<QComboBox*>(widget)))
+        auto* button = qobject_cast<QAbstractButton*>(widget);
+        // Scroll bars belong to their list, which carries the name.
+        if (!widget->isVisible() || qobject_cast<QScrollBar*>(widget) ||
+            !(button || qobject_cast<QComboBox*>(widget) ||
+              qobject_cast<QAbstractItemView*>(widget) || qobject_cast<QAbstractSlider*>(widget)))
             continue;
         QAccessibleInterface* iface = QAccessible::queryAccessibleInterface(widget);
         ASSERT_NE(iface, nullptr);
         EXPECT_FALSE(iface->text(QAccessible::Name).isEmpty())
-            << widget->objectName().toStdString();
+            << widget->metaObject()->className() << " " << widget->objectName().toStdString();
+        // A button that shows only a picture says what it does in its tooltip too.
+        if (button && button->text().isEmpty())
+            EXPECT_FALSE(button->toolTip().isEmpty()) << widget->objectName().toStdString();
         if (!widget->toolTip().isEmpty()) {
             EXPECT_EQ(iface->text(QAccessible::Description), widget->toolTip())
                 << widget->objectName().toStdString();

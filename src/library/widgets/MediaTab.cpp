@@ -208,8 +208,11 @@ bool MediaTab::Dir1_Change(const QString& path) {
     m_dir->addItems(ListSubfolders(folder));
     m_file->clear();
     m_file->addItems(ListMediaFiles(folder));
-    m_file->setToolTip(folder);
-    m_dir->setToolTip(folder);
+    // Lists do not pass their tooltip on to screen readers by themselves.
+    for (QListWidget* list : {m_file, m_dir}) {
+        list->setToolTip(folder);
+        list->setAccessibleDescription(folder);
+    }
     m_pathLabel->setText(QDir(folder).dirName().isEmpty() ? folder : QDir(folder).dirName());
     m_pathLabel->setToolTip(folder);
     selectDriveFor(folder);

@@ -56,6 +56,7 @@ TextFrame::TextFrame(StudioSettings& studio, SpeechVoice* voice, const QString& 
     m_lstText->setAccessibleName(QStringLiteral("Texts"));
     m_lstText->setToolTip(QStringLiteral(
         "Click to show or speak a text, double-click to edit it, Delete to remove it"));
+    m_lstText->setAccessibleDescription(m_lstText->toolTip());
     m_lstText->installEventFilter(this);
     layout->addWidget(m_lstText, 1);
 
