@@ -15,8 +15,15 @@ KeepAwake::KeepAwake(QObject* parent) : QObject(parent) {
 void KeepAwake::tmrMoveMouseToPreventScreenSaver_Timer() {
     ++m_ticks;
     const QString tool = QStandardPaths::findExecutable(QStringLiteral("xdg-screensaver"));
-    if (!tool.isEmpty())
-        QProcess::startDetached(tool, {QStringLiteral("reset")});
+    if (tool.isEmpty())
+        return;
+    // Never loud: on a desktop without its helpers the tool complains on every tick.
+    QProcess reset;
+    reset.setProgram(tool);
+    reset.setArguments({QStringLiteral("reset")});
+    reset.setStandardOutputFile(QProcess::nullDevice());
+    reset.setStandardErrorFile(QProcess::nullDevice());
+    reset.startDetached();
 }
 
 } // namespace cq
