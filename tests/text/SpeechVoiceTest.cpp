@@ -62,7 +62,7 @@ TEST(SpeechVoice, ClickOnTheDisplaySilencesTheVoice) {
     voice.SpeakText(studio.gstrCurrentText);
     voice.SpeakText("And this one waits.");
     frmDisplayText display(studio, &voice);
-    cq::test::WhenShown("frmDisplayText", [](QWidget* w) {
+    const auto watch = cq::test::WhenShown("frmDisplayText", [](QWidget* w) {
         auto* surface = w->findChild<TextDisplaySurface*>("picDisplay");
         QTimer::singleShot(100, surface, [surface] { QTest::mouseClick(surface, Qt::LeftButton); });
     });

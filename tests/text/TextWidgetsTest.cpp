@@ -72,13 +72,13 @@ TEST_F(TextFrameFixture, DeleteKeyRemovesTheSelectedEntryAndSavesTheList) {
 TEST_F(TextFrameFixture, EditedEntryTypedOverTwoLinesIsJoinedAndSaved) {
     list->setCurrentRow(1);
     bool sawDisplay = false;
-    WhenShown("frmSendText", [](QWidget* dialog) {
+    const auto sendWatch = WhenShown("frmSendText", [](QWidget* dialog) {
         EXPECT_EQ(Child<QPlainTextEdit>(dialog, "txtMsg")->toPlainText(), "beta");
         Child<QPlainTextEdit>(dialog, "txtMsg")->setPlainText("Hello\nWorld");
         ClickLater(dialog, "lblPreview_1");
     });
     // Save shows the text once over the whole screen; a click closes it early.
-    WhenShown("frmDisplayText", [&sawDisplay](QWidget* display) {
+    const auto displayWatch = WhenShown("frmDisplayText", [&sawDisplay](QWidget* display) {
         sawDisplay = true;
         auto* surface = display->findChild<TextDisplaySurface*>("picDisplay");
         QTimer::singleShot(50, surface, [surface] { QTest::mouseClick(surface, Qt::LeftButton); });
@@ -93,7 +93,7 @@ TEST_F(TextFrameFixture, EditedEntryTypedOverTwoLinesIsJoinedAndSaved) {
 
 TEST_F(TextFrameFixture, CancelledEditChangesNothing) {
     list->setCurrentRow(0);
-    WhenShown("frmSendText", [](QWidget* dialog) {
+    const auto watch = WhenShown("frmSendText", [](QWidget* dialog) {
         Child<QPlainTextEdit>(dialog, "txtMsg")->setPlainText("changed");
         ClickLater(dialog, "lblPreview_2");
     });
@@ -105,7 +105,7 @@ TEST_F(TextFrameFixture, CancelledEditChangesNothing) {
 
 TEST_F(TextFrameFixture, WholeListEditorStoresLinesAsCrLfAndSkipsBlankOnes) {
     ASSERT_TRUE(SaveTextList(frame.entries(), file));
-    WhenShown("frmAddMultipleLinesOfText", [](QWidget* editor) {
+    const auto saveWatch = WhenShown("frmAddMultipleLinesOfText", [](QWidget* editor) {
         auto* box = Child<QPlainTextEdit>(editor, "txtMultipleLinesOfText");
         EXPECT_EQ(box->toPlainText(), "alpha\nbeta\ngamma\n");
         box->setPlainText("one\n\ntwo\nthree");
@@ -116,7 +116,7 @@ TEST_F(TextFrameFixture, WholeListEditorStoresLinesAsCrLfAndSkipsBlankOnes) {
     EXPECT_EQ(ReadFileToBytes(file),
               InvertCharacters("one\r\n\r\ntwo\r\nthree") + QByteArray("\r\n"));
 
-    WhenShown("frmAddMultipleLinesOfText", [](QWidget* editor) {
+    const auto cancelWatch = WhenShown("frmAddMultipleLinesOfText", [](QWidget* editor) {
         Child<QPlainTextEdit>(editor, "txtMultipleLinesOfText")->setPlainText("lost");
         EXPECT_EQ(Child<QPushButton>(editor, "cmdCancel")->text(), "&Cancel");
         ClickLater(editor, "cmdCancel");
@@ -174,7 +174,7 @@ TEST(frmDisplayText, TooBigTextShowsTheMessageAndClosesAtOnce) {
     frmDisplayText display(studio, nullptr);
     display.resize(640, 480); // the screen of the test platform may be large
     QString message;
-    WhenShown("msgTooBig", [&message](QWidget* box) {
+    const auto watch = WhenShown("msgTooBig", [&message](QWidget* box) {
         message = static_cast<QMessageBox*>(box)->text();
         QTimer::singleShot(0, box, [box] { static_cast<QMessageBox*>(box)->accept(); });
     });
@@ -196,7 +196,7 @@ TEST(frmSendText, EmptyTextNeitherPreviewsNorSaves) {
     EXPECT_EQ(Child<QLabel>(&dialog, "Label1")->text(), "Type your message here:");
     dialog.show();
     bool displayed = false;
-    WhenShown("frmDisplayText", [&displayed](QWidget* w) {
+    const auto watch = WhenShown("frmDisplayText", [&displayed](QWidget* w) {
         displayed = true;
         w->close();
     });
