@@ -105,10 +105,7 @@ void StudioDisplay::showText(const QString& text, bool speak) {
     place.showSurface(DisplayPlace::TextSurface);
     if (!m_media.picDisplay()->Preview(text)) {
         // Never modal: a replay or recording goes on behind the message.
-        auto* box =
-            new QMessageBox(QMessageBox::Information, QStringLiteral("Clipquill"),
-                            QStringLiteral("Your message is too big."), QMessageBox::Ok, &place);
-        box->setObjectName(QStringLiteral("msgTooBig"));
+        QMessageBox* box = MakeMessageTooBig(&place);
         box->setAttribute(Qt::WA_DeleteOnClose);
         box->open();
         return;

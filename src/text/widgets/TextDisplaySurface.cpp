@@ -6,13 +6,21 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <memory>
+
 namespace cq {
 
+QMessageBox* MakeMessageTooBig(QWidget* parent) {
+    auto* box =
+        new QMessageBox(QMessageBox::Information, QStringLiteral("Clipquill"),
+                        QStringLiteral("Your message is too big."), QMessageBox::Ok, parent);
+    box->setObjectName(QStringLiteral("msgTooBig"));
+    return box;
+}
+
 void ShowMessageTooBig(QWidget* parent) {
-    QMessageBox box(QMessageBox::Information, QStringLiteral("Clipquill"),
-                    QStringLiteral("Your message is too big."), QMessageBox::Ok, parent);
-    box.setObjectName(QStringLiteral("msgTooBig"));
-    box.exec();
+    std::unique_ptr<QMessageBox> box(MakeMessageTooBig(parent));
+    box->exec();
 }
 
 TextDisplaySurface::TextDisplaySurface(QWidget* parent) : QWidget(parent) {

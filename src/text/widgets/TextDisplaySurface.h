@@ -5,9 +5,13 @@
 #include <QImage>
 #include <QWidget>
 
+class QMessageBox;
+
 namespace cq {
 
-// "Your message is too big." with an OK button.
+// "Your message is too big." with an OK button: made (for the caller to show), or shown and
+// waited for.
+QMessageBox* MakeMessageTooBig(QWidget* parent);
 void ShowMessageTooBig(QWidget* parent);
 
 // The drawing surface of a text: black, the text fitted and centred in white. It keeps the
