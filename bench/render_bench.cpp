@@ -1,13 +1,13 @@
 // Measures a render against one ffmpeg run that makes the same video with a filter graph, at two
 // output sizes, and how the render grows from 10 to 100 events. Prints ratios from one run.
-#include "app/AppPaths.h"
-#include "app/StudioSettings.h"
 #include "platform/ShellQuote.h"
+#include "platform/ToolLocator.h"
+#include "platform/ToolRunner.h"
+#include "platform/WavLength.h"
 #include "render/FfmpegDialect.h"
 #include "render/RenderJob.h"
-#include "render/ToolLocator.h"
-#include "render/ToolRunner.h"
-#include "render/WavLength.h"
+#include "studio/AppPaths.h"
+#include "studio/StudioSettings.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,10 +1,10 @@
 // Prints how long the thumbnail page of 60 pictures of 1920x1080 takes to build: cold (no
 // thumbnails yet) against one sequential "convert -resize 134X100" per picture, and warm (every
 // thumbnail fresh). Usage: thumbnail_bench [convert]
-#include "app/AppPaths.h"
 #include "library/FolderListing.h"
 #include "library/PicturesWebPage.h"
-#include "render/ToolRunner.h"
+#include "platform/ToolRunner.h"
+#include "studio/AppPaths.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,10 +1,10 @@
 #include "app/CommandLine.h"
 
-#include "app/AppFolder.h"
 #include "app/InstallationCheck.h"
 #include "app/Startup.h"
 #include "app/widgets/frmClipquill.h"
 #include "render/CommandLineRender.h"
+#include "studio/AppFolder.h"
 
 #include <QApplication>
 #include <QCoreApplication>

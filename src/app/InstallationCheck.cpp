@@ -1,7 +1,7 @@
 #include "app/InstallationCheck.h"
 
-#include "render/ToolLocator.h"
-#include "render/ToolRunner.h"
+#include "platform/ToolLocator.h"
+#include "platform/ToolRunner.h"
 
 #include <QAudioDevice>
 #include <QEventLoop>

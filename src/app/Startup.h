@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/AppPaths.h"
-#include "app/DirectorySettings.h"
+#include "studio/AppPaths.h"
+#include "studio/DirectorySettings.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/AppPaths.h"
 #include "library/ThumbnailMaker.h"
+#include "studio/AppPaths.h"
 
 #include <QObject>
 #include <QString>

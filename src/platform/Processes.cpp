@@ -17,28 +17,6 @@ QByteArray readSmallFile(const QString& path) {
 }
 } // namespace
 
-bool IsProcessFinishedRunning(const QString& processName) {
-    const QString wanted = processName.toLower();
-    const QStringList entries =
-        QDir(QStringLiteral("/proc")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString& entry : entries) {
-        bool isPid = false;
-        entry.toLongLong(&isPid);
-        if (!isPid)
-            continue;
-        const QString base = QStringLiteral("/proc/") + entry;
-        const QString comm =
-            QString::fromUtf8(readSmallFile(base + QStringLiteral("/comm"))).trimmed();
-        if (comm.toLower() == wanted)
-            return false;
-        const QByteArray cmdline = readSmallFile(base + QStringLiteral("/cmdline"));
-        const QByteArray argv0 = cmdline.left(cmdline.indexOf('\0'));
-        if (!argv0.isEmpty() && QFileInfo(QString::fromUtf8(argv0)).fileName().toLower() == wanted)
-            return false;
-    }
-    return true;
-}
-
 qint64 StartProcess(const QString& commandLine) {
     QStringList words = QProcess::splitCommand(commandLine);
     if (words.isEmpty())

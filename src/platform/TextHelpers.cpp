@@ -21,10 +21,6 @@ template <typename Keep> QString keepOnly(const QString& text, Keep keep) {
 }
 } // namespace
 
-QStringList SplitToArray(const QString& text, const QString& separator) {
-    return text.split(separator, Qt::KeepEmptyParts);
-}
-
 QStringList SplitToArrayNonEmpty(const QString& text, const QString& separator) {
     return text.split(separator, Qt::SkipEmptyParts);
 }
@@ -33,10 +29,6 @@ QString CleanFileName(const QString& text) {
     static const QString extra = QStringLiteral(" _-+()");
     return keepOnly(
         text, [](QChar c) { return isAsciiLetter(c) || isAsciiDigit(c) || extra.contains(c); });
-}
-
-QString GetLettersOnly(const QString& text) {
-    return keepOnly(text, isAsciiLetter);
 }
 
 QString GetDigitsOnly(const QString& text) {
@@ -48,25 +40,6 @@ QByteArray InvertCharacters(const QByteArray& bytes) {
     for (qsizetype i = 0; i < bytes.size(); ++i)
         out[i] = static_cast<char>(255 - static_cast<unsigned char>(bytes[i]));
     return out;
-}
-
-QString GetFileNameFromPath(const QString& path) {
-    for (qsizetype i = path.size() - 1; i >= 0; --i) {
-        const QChar c = path[i];
-        if (c == u'/' || c == u'\\' || c == u':')
-            return path.mid(i + 1);
-    }
-    return {};
-}
-
-QString GetFileSpecWithoutExtension(const QString& path) {
-    const qsizetype dot = path.lastIndexOf(u'.');
-    return dot < 0 ? path : path.left(dot);
-}
-
-qint64 GetFileLengthIfExists(const QString& path) {
-    const QFileInfo info(path);
-    return info.isFile() ? info.size() : 0;
 }
 
 QString RemoveLineBreaks(QString text) {

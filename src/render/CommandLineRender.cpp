@@ -1,11 +1,11 @@
 #include "render/CommandLineRender.h"
 
-#include "app/AppPaths.h"
-#include "app/StudioSettings.h"
+#include "platform/WavLength.h"
 #include "render/FfmpegDialect.h"
 #include "render/RenderJob.h"
-#include "render/WavLength.h"
-#include "timeline/TimelineFile.h"
+#include "studio/AppPaths.h"
+#include "studio/StudioSettings.h"
+#include "studio/TimelineFile.h"
 
 #include <QDir>
 #include <QFileInfo>

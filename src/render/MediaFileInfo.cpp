@@ -1,11 +1,12 @@
 #include "render/MediaFileInfo.h"
 
-#include "app/AppPaths.h"
-#include "app/TimeCode.h"
 #include "platform/ShellQuote.h"
 #include "platform/TextFiles.h"
-#include "render/ToolLocator.h"
-#include "render/ToolRunner.h"
+#include "platform/TextHelpers.h"
+#include "platform/TimeCode.h"
+#include "platform/ToolLocator.h"
+#include "platform/ToolRunner.h"
+#include "studio/AppPaths.h"
 
 #include <QFile>
 
@@ -61,7 +62,7 @@ QString codecName(const QString& f) {
 }
 
 QString frameRateDigits(const QString& f) {
-    const QString digits = NumericOnly(f).trimmed();
+    const QString digits = GetDigitsOnly(f).trimmed();
     return digits == u"2997" ? QStringLiteral("29.97") : digits;
 }
 
@@ -88,7 +89,7 @@ MediaFileInfo GetFileInfoVars(const QString& probeText) {
 
     const QString bitrate = restOfLine(probeText, u"Bitrate: ");
     if (!bitrate.isNull())
-        info.Bitrate = NumericOnly(bitrate).trimmed();
+        info.Bitrate = GetDigitsOnly(bitrate).trimmed();
 
     const QString video = restOfLine(probeText, u"Video: ");
     if (!video.isNull()) {
@@ -116,9 +117,9 @@ MediaFileInfo GetFileInfoVars(const QString& probeText) {
     if (!audio.isNull()) {
         const QStringList f = streamFields(audio);
         info.AudioCodec = codecName(field(f, 0));
-        info.AudioSampleRate = NumericOnly(field(f, 1)).trimmed();
+        info.AudioSampleRate = GetDigitsOnly(field(f, 1)).trimmed();
         info.AudioChannels = field(f, 2);
-        info.AudioBits = NumericOnly(field(f, 3)).trimmed();
+        info.AudioBits = GetDigitsOnly(field(f, 3)).trimmed();
     }
     return info;
 }

@@ -1,11 +1,11 @@
 #include "render/RenderJob.h"
 
-#include "app/AppPaths.h"
-#include "app/StudioSettings.h"
 #include "platform/TextFiles.h"
+#include "platform/ToolLocator.h"
+#include "platform/ToolRunner.h"
 #include "render/MediaFileInfo.h"
-#include "render/ToolLocator.h"
-#include "render/ToolRunner.h"
+#include "studio/AppPaths.h"
+#include "studio/StudioSettings.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "render/RenderPlan.h"
 
-#include "app/TimeCode.h"
 #include "platform/ShellQuote.h"
+#include "platform/TimeCode.h"
 #include "render/FfmpegDialect.h"
 
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "render/ToolRunner.h"
+#include "platform/ToolRunner.h"
 #include "share/ConversionCommand.h"
 
 #include <QObject>

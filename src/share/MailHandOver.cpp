@@ -1,6 +1,6 @@
 #include "share/MailHandOver.h"
 
-#include "render/ToolRunner.h"
+#include "platform/ToolRunner.h"
 
 #include <QFileInfo>
 #include <QStandardPaths>

@@ -1,6 +1,6 @@
 #include "timeline/EventGridModel.h"
 
-#include "app/TimeCode.h"
+#include "platform/TimeCode.h"
 
 #include <algorithm>
 

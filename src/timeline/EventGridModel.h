@@ -1,6 +1,6 @@
 #pragma once
 
-#include "timeline/EventRow.h"
+#include "studio/EventRow.h"
 
 #include <QAbstractTableModel>
 #include <QList>

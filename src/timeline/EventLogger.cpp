@@ -1,6 +1,6 @@
 #include "timeline/EventLogger.h"
 
-#include "app/TimeCode.h"
+#include "platform/TimeCode.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/RecordingState.h"
 #include "timeline/TimelineClock.h"

@@ -1,8 +1,8 @@
 #include "timeline/MediaClickHandler.h"
 
-#include "app/StudioSettings.h"
 #include "library/LastView.h"
 #include "library/MediaTyping.h"
+#include "studio/StudioSettings.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/EventLogic.h"

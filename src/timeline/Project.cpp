@@ -1,8 +1,8 @@
 #include "timeline/Project.h"
 
 #include "platform/Folders.h"
-#include "timeline/TimelineFile.h"
-#include "timeline/WavFileWriter.h"
+#include "platform/WavFileWriter.h"
+#include "studio/TimelineFile.h"
 
 #include <QDir>
 #include <QFile>

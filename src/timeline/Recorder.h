@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/WavFileWriter.h"
 #include "timeline/TimelineClock.h"
-#include "timeline/WavFileWriter.h"
 
 #include <QAudioDevice>
 #include <QElapsedTimer>

@@ -1,6 +1,6 @@
 #include "timeline/Replay.h"
 
-#include "app/StudioSettings.h"
+#include "studio/StudioSettings.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/MediaDisplay.h"
 #include "timeline/RecordingState.h"

@@ -1,6 +1,6 @@
 #include "app/Startup.h"
-#include "app/AppFolder.h"
 #include "platform/TextFiles.h"
+#include "studio/AppFolder.h"
 #include "support/TestAppFolder.h"
 #include "text/TextListFile.h"
 

@@ -2,7 +2,7 @@
 #include "library/FolderListing.h"
 #include "library/PicturesWebPage.h"
 #include "platform/TextFiles.h"
-#include "render/ToolLocator.h"
+#include "platform/ToolLocator.h"
 
 #include "support/TestAppFolder.h"
 

@@ -1,9 +1,9 @@
-#include "app/AppPaths.h"
 #include "render/MediaFileInfo.h"
+#include "studio/AppPaths.h"
 #include "support/TestAppFolder.h"
 
 #include "platform/TextFiles.h"
-#include "render/ToolRunner.h"
+#include "platform/ToolRunner.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,14 +1,14 @@
 #include "RenderTestMedia.h"
 #include "TestRows.h"
 
-#include "app/AppPaths.h"
-#include "app/StudioSettings.h"
 #include "platform/TextFiles.h"
+#include "platform/ToolRunner.h"
+#include "platform/WavLength.h"
 #include "render/RenderJob.h"
-#include "render/ToolRunner.h"
-#include "render/WavLength.h"
+#include "studio/AppPaths.h"
+#include "studio/StudioSettings.h"
+#include "studio/TimelineFile.h"
 #include "support/TestAppFolder.h"
-#include "timeline/TimelineFile.h"
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -1,10 +1,10 @@
 #include "RenderTestMedia.h"
 
-#include "app/AppPaths.h"
-#include "app/StudioSettings.h"
 #include "app/widgets/frmClipquill.h"
 #include "render/widgets/RenderPanel.h"
 #include "render/widgets/RenderProgressDialog.h"
+#include "studio/AppPaths.h"
+#include "studio/StudioSettings.h"
 #include "support/TestAppFolder.h"
 
 #include <QDir>

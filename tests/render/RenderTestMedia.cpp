@@ -1,6 +1,6 @@
 #include "RenderTestMedia.h"
 
-#include "render/ToolRunner.h"
+#include "platform/ToolRunner.h"
 
 #include <QRegularExpression>
 

@@ -1,4 +1,4 @@
-#include "render/ToolRunner.h"
+#include "platform/ToolRunner.h"
 #include "platform/ShellQuote.h"
 #include "platform/TextFiles.h"
 

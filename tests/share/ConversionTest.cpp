@@ -1,4 +1,4 @@
-#include "render/ToolRunner.h"
+#include "platform/ToolRunner.h"
 #include "share/ConversionCommand.h"
 #include "share/ConversionJob.h"
 #include "share/ConversionPresets.h"

@@ -1,6 +1,6 @@
 #include "share/MailHandOver.h"
 #include "StubProgram.h"
-#include "render/ToolRunner.h"
+#include "platform/ToolRunner.h"
 #include "share/HandOverFiles.h"
 #include "support/TestAppFolder.h"
 

@@ -1,11 +1,11 @@
 #include "ModalResponder.h"
 #include "StubProgram.h"
-#include "app/AppPaths.h"
-#include "app/DirectorySettings.h"
-#include "render/ToolRunner.h"
+#include "platform/ToolRunner.h"
 #include "share/widgets/SharePanel.h"
 #include "share/widgets/frmConvertAndEmail.h"
 #include "share/widgets/frmSetDir.h"
+#include "studio/AppPaths.h"
+#include "studio/DirectorySettings.h"
 #include "support/TestAppFolder.h"
 
 #include <QComboBox>

@@ -1,6 +1,6 @@
 #include "support/TestAppFolder.h"
 
-#include "app/AppFolder.h"
+#include "studio/AppFolder.h"
 
 #include <QDir>
 #include <QFile>

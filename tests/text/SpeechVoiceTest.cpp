@@ -1,6 +1,6 @@
 #include "text/widgets/SpeechVoice.h"
 #include "ModalHelper.h"
-#include "app/StudioSettings.h"
+#include "studio/StudioSettings.h"
 #include "text/widgets/TextDisplaySurface.h"
 #include "text/widgets/frmDisplayText.h"
 

@@ -1,5 +1,5 @@
 #include "FakeMediaDisplay.h"
-#include "app/StudioSettings.h"
+#include "studio/StudioSettings.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/EventLogic.h"

@@ -1,7 +1,7 @@
 #include "timeline/Project.h"
 #include "platform/TextFiles.h"
+#include "platform/WavFileWriter.h"
 #include "platform/WavFormat.h"
-#include "timeline/WavFileWriter.h"
 
 #include <QDir>
 #include <QFile>

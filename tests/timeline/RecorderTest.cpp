@@ -1,6 +1,6 @@
 #include "timeline/Recorder.h"
+#include "platform/WavFileWriter.h"
 #include "platform/WavFormat.h"
-#include "timeline/WavFileWriter.h"
 
 #include <QAudioDevice>
 #include <QCoreApplication>

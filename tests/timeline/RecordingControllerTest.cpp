@@ -1,7 +1,7 @@
 #include "timeline/RecordingController.h"
 #include "FakeMediaDisplay.h"
-#include "app/StudioSettings.h"
 #include "platform/WaitTimer.h"
+#include "studio/StudioSettings.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/PictureList.h"

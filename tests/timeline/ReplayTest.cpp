@@ -1,6 +1,6 @@
 #include "timeline/Replay.h"
 #include "FakeMediaDisplay.h"
-#include "app/StudioSettings.h"
+#include "studio/StudioSettings.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/RecordingState.h"
 #include "timeline/ReplaySchedule.h"

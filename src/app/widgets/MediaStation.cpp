@@ -8,7 +8,7 @@
 #include "library/playback/widgets/VolumeLevelsPanel.h"
 #include "library/widgets/DisplayPlace.h"
 #include "library/widgets/MediaBrowser.h"
-#include "render/ToolLocator.h"
+#include "platform/ToolLocator.h"
 #include "text/widgets/SpeechVoice.h"
 #include "text/widgets/TextDisplaySurface.h"
 #include "text/widgets/TextFrame.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/AppPaths.h"
-#include "app/DirectorySettings.h"
-#include "app/StudioSettings.h"
+#include "studio/AppPaths.h"
+#include "studio/DirectorySettings.h"
+#include "studio/StudioSettings.h"
 
 #include <QObject>
 #include <QStringList>

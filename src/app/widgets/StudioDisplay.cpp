@@ -1,12 +1,12 @@
 #include "app/widgets/StudioDisplay.h"
 
-#include "app/StudioSettings.h"
 #include "app/widgets/MediaStation.h"
 #include "library/playback/MediaPlayer.h"
 #include "library/playback/widgets/VideoPlayerWidget.h"
 #include "library/widgets/DisplayPlace.h"
 #include "library/widgets/MediaBrowser.h"
 #include "library/widgets/MediaTab.h"
+#include "studio/StudioSettings.h"
 #include "text/widgets/SpeechVoice.h"
 #include "text/widgets/TextDisplaySurface.h"
 #include "text/widgets/TextFrame.h"

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/Startup.h"
-#include "app/StudioSettings.h"
 #include "platform/WaitTimer.h"
+#include "studio/StudioSettings.h"
 #include "timeline/RecordingState.h"
 
 #include <QMainWindow>

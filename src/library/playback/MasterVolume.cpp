@@ -1,7 +1,7 @@
 #include "library/playback/MasterVolume.h"
 
 #include "library/playback/VolumeSliderMath.h"
-#include "render/ToolRunner.h"
+#include "platform/ToolRunner.h"
 
 #include <QStandardPaths>
 

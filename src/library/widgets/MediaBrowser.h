@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/AppPaths.h"
-#include "app/DirectorySettings.h"
-#include "render/ToolLocator.h"
+#include "platform/ToolLocator.h"
+#include "studio/AppPaths.h"
+#include "studio/DirectorySettings.h"
 
 #include <QString>
 #include <QWidget>

@@ -1,9 +1,9 @@
 #include "render/widgets/RenderPanel.h"
 
-#include "app/AppPaths.h"
-#include "app/StudioSettings.h"
-#include "render/WavLength.h"
+#include "platform/WavLength.h"
 #include "render/widgets/RenderProgressDialog.h"
+#include "studio/AppPaths.h"
+#include "studio/StudioSettings.h"
 
 #include <QCheckBox>
 #include <QDesktopServices>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "render/RenderJob.h"
-#include "timeline/EventRow.h"
+#include "studio/EventRow.h"
 
 #include <QWidget>
 

@@ -1,10 +1,10 @@
 // Emailer: the studio's mail companion. It reads the message and the attachment that the studio
 // left in SystemTemp and opens a new message in the user's mail client.
 
-#include "app/AppFolder.h"
-#include "render/ToolRunner.h"
+#include "platform/ToolRunner.h"
 #include "share/HandOverFiles.h"
 #include "share/MailHandOver.h"
+#include "studio/AppFolder.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

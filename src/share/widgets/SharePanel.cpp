@@ -1,6 +1,5 @@
 #include "share/widgets/SharePanel.h"
 
-#include "app/DirectorySettings.h"
 #include "platform/Folders.h"
 #include "platform/widgets/OpenUrl.h"
 #include "share/CompanionPrograms.h"
@@ -8,6 +7,7 @@
 #include "share/SaveCopy.h"
 #include "share/widgets/frmConvertAndEmail.h"
 #include "share/widgets/frmSetDir.h"
+#include "studio/DirectorySettings.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/AppPaths.h"
+#include "studio/AppPaths.h"
 
 #include <QWidget>
 #include <functional>

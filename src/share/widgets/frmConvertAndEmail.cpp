@@ -1,7 +1,7 @@
 #include "share/widgets/frmConvertAndEmail.h"
 
-#include "render/ToolLocator.h"
-#include "render/ToolRunner.h"
+#include "platform/ToolLocator.h"
+#include "platform/ToolRunner.h"
 #include "share/ConversionJob.h"
 #include "share/ConversionPresets.h"
 #include "share/MailHandOver.h"

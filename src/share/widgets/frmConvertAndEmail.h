@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/AppPaths.h"
 #include "share/CarrierList.h"
 #include "share/ConversionCommand.h"
+#include "studio/AppPaths.h"
 
 #include <QDialog>
 #include <QList>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/StudioSettings.h"
+#include "studio/StudioSettings.h"
 
 #include <QDialog>
 

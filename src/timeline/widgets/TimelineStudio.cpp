@@ -1,7 +1,7 @@
 #include "timeline/widgets/TimelineStudio.h"
 
-#include "app/AppPaths.h"
-#include "app/DirectorySettings.h"
+#include "studio/AppPaths.h"
+#include "studio/DirectorySettings.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/FolderPictureList.h"

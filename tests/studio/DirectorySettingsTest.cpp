@@ -1,4 +1,4 @@
-#include "app/DirectorySettings.h"
+#include "studio/DirectorySettings.h"
 #include "platform/TextFiles.h"
 #include "support/TestAppFolder.h"
 

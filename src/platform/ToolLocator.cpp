@@ -1,4 +1,4 @@
-#include "render/ToolLocator.h"
+#include "platform/ToolLocator.h"
 
 #include <QFileInfo>
 #include <QStandardPaths>

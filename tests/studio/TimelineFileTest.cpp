@@ -1,4 +1,4 @@
-#include "timeline/TimelineFile.h"
+#include "studio/TimelineFile.h"
 #include "platform/TextFiles.h"
 
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "timeline/WavFileWriter.h"
+#include "platform/WavFileWriter.h"
 
 #include "platform/WavFormat.h"
 

@@ -1,6 +1,6 @@
-#include "timeline/EventRow.h"
+#include "studio/EventRow.h"
 
-#include "app/TimeCode.h"
+#include "platform/TimeCode.h"
 
 #include <QStringList>
 

@@ -1,4 +1,4 @@
-#include "app/AppPaths.h"
+#include "studio/AppPaths.h"
 
 #include <QDir>
 

@@ -1,4 +1,4 @@
-#include "app/TimeCode.h"
+#include "platform/TimeCode.h"
 
 #include <gtest/gtest.h>
 
@@ -58,9 +58,4 @@ TEST(TimeCode, EventLogSecondsTextAndBack) {
     EXPECT_EQ(SecondsTextToMs(u"-2.0"), -1);
     for (qint64 ms = 0; ms < 4000000; ms += 4999)
         ASSERT_EQ(SecondsTextToMs(SecondsTextFromMs(ms)), ms);
-}
-
-TEST(TimeCode, NumericOnlyKeepsDigits) {
-    EXPECT_EQ(NumericOnly("Duration: 00:01:05.12"), "00010512");
-    EXPECT_EQ(NumericOnly("no digits, -.,"), "");
 }

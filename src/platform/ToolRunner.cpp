@@ -1,6 +1,6 @@
-#include "render/ToolRunner.h"
+#include "platform/ToolRunner.h"
 
-#include "render/ScriptFile.h"
+#include "platform/ScriptFile.h"
 
 #include <QEventLoop>
 

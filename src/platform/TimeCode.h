@@ -18,9 +18,6 @@ QString TimeCodeFromMs(qint64 milliseconds);
 // "00:01:05.5" gives "65.5"; "00.01.05.000" gives "65.000". Fields at fixed positions.
 QString HHMMSSMSToSecondsInSSMSFormat(const QString& code);
 
-// The decimal digits of the text, in order.
-QString NumericOnly(const QString& text);
-
 // Milliseconds as the event log's seconds text with three fraction digits: 65125 -> "65.125".
 QString SecondsTextFromMs(qint64 milliseconds);
 // A seconds text ("65.125", "7.", ".500", "12.3456789") to milliseconds, extra digits cut.

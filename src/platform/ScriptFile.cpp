@@ -1,4 +1,4 @@
-#include "render/ScriptFile.h"
+#include "platform/ScriptFile.h"
 
 #include "platform/TextFiles.h"
 

@@ -1,4 +1,4 @@
-#include "app/AppFolder.h"
+#include "studio/AppFolder.h"
 
 #include "platform/Folders.h"
 

@@ -1,4 +1,4 @@
-#include "render/WavLength.h"
+#include "platform/WavLength.h"
 
 #include <QFile>
 #include <QtEndian>

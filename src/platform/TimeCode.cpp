@@ -1,4 +1,4 @@
-#include "app/TimeCode.h"
+#include "platform/TimeCode.h"
 
 #include "platform/TextHelpers.h"
 
@@ -69,10 +69,6 @@ QString HHMMSSMSToSecondsInSSMSFormat(const QString& code) {
         counted(field(0, 2)) * 3600 + counted(field(3, 2)) * 60 + counted(field(6, 2));
     const QStringView ms = code.size() > 9 ? field(9, 3) : QStringView();
     return QString::number(total) + u'.' + ms.toString();
-}
-
-QString NumericOnly(const QString& text) {
-    return GetDigitsOnly(text);
 }
 
 QString SecondsTextFromMs(qint64 milliseconds) {
