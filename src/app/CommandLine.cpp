@@ -6,6 +6,8 @@
 #include "render/CommandLineRender.h"
 #include "studio/AppFolder.h"
 
+#include "Version.h"
+
 #include <QApplication>
 #include <QCoreApplication>
 #include <QMessageBox>
@@ -108,6 +110,7 @@ int RunStudio(int argc, char** argv) {
     else
         app = std::make_unique<QApplication>(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Clipquill"));
+    QGuiApplication::setDesktopFileName(QLatin1String(kDesktopId));
 
     const AppFolderChoice folder = ChooseAppFolder(
         options.appDir, QCoreApplication::applicationDirPath(), DefaultFallbackAppFolder());
