@@ -59,7 +59,7 @@ struct Studio {
     cq::test::FakeVoicePlayer voice;
     Replay replay{state, studio, grid, display, voice};
     NoPictures pictures;
-    SlideShow show{pictures, display, logger, wait};
+    SlideShow show{pictures, display, logger};
     std::unique_ptr<RecordingController> controller;
     QStringList messages;
     int stops = 0;
