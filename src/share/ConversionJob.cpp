@@ -1,5 +1,7 @@
 #include "share/ConversionJob.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 namespace cq {
@@ -31,36 +33,57 @@ qint64 ParseFfmpegTime(const QString& line) {
 
 ConversionJob::ConversionJob(QObject* parent) : QObject(parent), m_runner(new ToolRunner(this)) {
     connect(m_runner, &ToolRunner::errorLine, this, &ConversionJob::onErrorLine);
-    connect(m_runner, &ToolRunner::finished, this, [this](const RunResult& result) {
-        if (result.ok())
-            emit progress(100);
-        emit finished(result);
-    });
+    connect(m_runner, &ToolRunner::finished, this, &ConversionJob::onRunFinished);
 }
 
-bool ConversionJob::start(const ToolCommand& command) {
+ConversionJob::~ConversionJob() {
+    if (!m_running)
+        return;
+    delete m_runner; // stops the tool before its file goes
+    m_runner = nullptr;
+    QFile::remove(m_output);
+}
+
+bool ConversionJob::start(const ToolCommand& command, const QString& outputFileSpec) {
+    if (m_running)
+        return false;
+    m_running = true;
+    m_output = outputFileSpec;
     m_durationMs = -1;
     m_lastPercent = -1;
+    QFile::remove(m_output);
+    m_runEnded = false;
     emit progress(0);
-    return m_runner->startProgram(command.program, command.arguments);
-}
-
-RunResult ConversionJob::waitForFinished() {
-    return m_runner->waitForFinished();
-}
-
-RunResult ConversionJob::run(const ToolCommand& command) {
-    if (!start(command))
-        return m_runner->lastResult();
-    return waitForFinished();
+    if (!m_runner->startProgram(command.program, command.arguments) && !m_runEnded)
+        onRunFinished(m_runner->lastResult());
+    return true;
 }
 
 void ConversionJob::cancel() {
     m_runner->cancel();
 }
 
-bool ConversionJob::isRunning() const {
-    return m_runner->isRunning();
+void ConversionJob::onRunFinished(const RunResult& result) {
+    m_runEnded = true;
+    // Not from inside the process's notification: a listener may do anything, even delete us.
+    QMetaObject::invokeMethod(
+        this, [this, result] { end(result); }, Qt::QueuedConnection);
+}
+
+void ConversionJob::end(const RunResult& result) {
+    m_running = false;
+    const bool written = result.ok() && QFileInfo(m_output).isFile();
+    // A cancelled or failed run may have written part of a file, which would not play.
+    if (!written)
+        QFile::remove(m_output);
+    if (result.cancelled()) {
+        emit cancelled();
+    } else if (!written) {
+        emit failed(result.errorText.trimmed());
+    } else {
+        emit progress(100);
+        emit converted(m_output);
+    }
 }
 
 void ConversionJob::onErrorLine(const QString& line) {

@@ -31,21 +31,35 @@ QString MailLogOnFailedText() {
     return QStringLiteral("Failed to log onto local MAPI client");
 }
 
-MailResult SendMail(const MailMessage& message, ToolRunner& runner) {
-    MailResult result;
+MailHandOver::MailHandOver(QObject* parent) : QObject(parent), m_runner(new ToolRunner(this)) {
+    connect(m_runner, &ToolRunner::finished, this, &MailHandOver::onRunFinished);
+}
+
+bool MailHandOver::start(const MailMessage& message) {
+    if (m_running)
+        return false;
+    m_running = true;
+    MailResult refused;
     if (!QFileInfo(message.attachment).isFile()) {
-        result.message = QStringLiteral("The file \"%1\" does not exist, so there is nothing to "
-                                        "attach.")
-                             .arg(message.attachment);
-        return result;
+        refused.message = QStringLiteral("The file \"%1\" does not exist, so there is nothing to "
+                                         "attach.")
+                              .arg(message.attachment);
+        end(refused);
+        return true;
     }
     const QString xdgEmail = QStandardPaths::findExecutable(QStringLiteral("xdg-email"));
     if (xdgEmail.isEmpty()) {
-        result.message = MailLogOnFailedText();
-        result.detail = QStringLiteral("xdg-email is not installed (Debian package xdg-utils).");
-        return result;
+        refused.message = MailLogOnFailedText();
+        refused.detail = QStringLiteral("xdg-email is not installed (Debian package xdg-utils).");
+        end(refused);
+        return true;
     }
-    const RunResult run = runner.runProgram(xdgEmail, XdgEmailArguments(message));
+    m_runner->startProgram(xdgEmail, XdgEmailArguments(message));
+    return true;
+}
+
+void MailHandOver::onRunFinished(const RunResult& run) {
+    MailResult result;
     result.ok = run.ok() && run.exitCode == 0;
     if (!result.ok) {
         result.message = MailLogOnFailedText();
@@ -53,7 +67,18 @@ MailResult SendMail(const MailMessage& message, ToolRunner& runner) {
                             ? QStringLiteral("No e-mail program is set up on this computer.")
                             : run.errorText.trimmed();
     }
-    return result;
+    end(result);
+}
+
+void MailHandOver::end(const MailResult& result) {
+    // Never from inside start() or the process's own notification.
+    QMetaObject::invokeMethod(
+        this,
+        [this, result] {
+            m_running = false;
+            emit finished(result);
+        },
+        Qt::QueuedConnection);
 }
 
 } // namespace cq

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <QString>
 #include <QStringList>
 
@@ -30,8 +31,29 @@ struct MailResult {
 // The words the user sees when no mail client could take the message.
 QString MailLogOnFailedText();
 
-// Hands the message to the desktop's mail client through xdg-email (found on PATH) and waits,
-// without blocking the event loop, until it has been handed over.
-MailResult SendMail(const MailMessage& message, ToolRunner& runner);
+struct RunResult;
+
+// Hands one message at a time to the desktop's mail client through xdg-email (found on PATH).
+// start() returns at once; finished() tells how it went, always from the event loop, also when
+// the message could not even be handed over (no attachment, no xdg-email).
+class MailHandOver : public QObject {
+    Q_OBJECT
+public:
+    explicit MailHandOver(QObject* parent = nullptr);
+
+    // False (and nothing happens) while an earlier message is still being handed over.
+    bool start(const MailMessage& message);
+    bool isRunning() const { return m_running; }
+
+signals:
+    void finished(const cq::MailResult& result);
+
+private:
+    void onRunFinished(const RunResult& run);
+    void end(const MailResult& result);
+
+    ToolRunner* m_runner;
+    bool m_running = false;
+};
 
 } // namespace cq

@@ -1,6 +1,5 @@
 #include "timeline/RecordingController.h"
 
-#include "platform/WaitTimer.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/MediaDisplay.h"
@@ -94,7 +93,6 @@ void RecordingController::cmdPause_Click() {
         m_parts.display.stopPlayers();
         emit recordingChanged(false);
     }
-    m_parts.wait.release();
     if (m_parts.slideShow)
         m_parts.slideShow->stop();
 }

@@ -13,7 +13,6 @@ class MediaDisplay;
 class Replay;
 class SlideShow;
 class VoicePlayer;
-class WaitTimer;
 struct RecordingState;
 
 // The record button cmdRecordVoiceEmail and the stop button cmdPause: one recording from the
@@ -28,7 +27,6 @@ public:
         Recorder& recorder;
         MediaDisplay& display;
         VoicePlayer& voice;
-        WaitTimer& wait;
         Replay& replay;
         SlideShow* slideShow = nullptr;
     };

@@ -2,7 +2,6 @@
 
 #include "library/MediaTyping.h"
 #include "platform/Random.h"
-#include "platform/WaitTimer.h"
 #include "timeline/EventLogger.h"
 #include "timeline/MediaDisplay.h"
 #include "timeline/PictureList.h"
@@ -10,9 +9,14 @@
 namespace cq {
 
 SlideShow::SlideShow(PictureList& pictures, MediaDisplay& display, EventLogger& logger,
-                     WaitTimer& wait, QObject* parent)
-    : QObject(parent), m_pictures(pictures), m_display(display), m_logger(logger), m_wait(wait),
-      m_randomBetween(&RandomNumberBetween), m_waitText(DefaultSlideShowWait()) {}
+                     QObject* parent)
+    : QObject(parent), m_pictures(pictures), m_display(display), m_logger(logger),
+      m_randomBetween(&RandomNumberBetween), m_waitText(DefaultSlideShowWait()) {
+    m_tmrPictureWait.setSingleShot(true);
+    // A coarse timer may fire a few per cent early; a picture is never cut short.
+    m_tmrPictureWait.setTimerType(Qt::PreciseTimer);
+    connect(&m_tmrPictureWait, &QTimer::timeout, this, &SlideShow::step);
+}
 
 void SlideShow::setRandomSource(SlideShowPicker::RandomBetween randomBetween) {
     m_randomBetween = std::move(randomBetween);
@@ -22,43 +26,55 @@ void SlideShow::cmdSlideShow_Click() {
     if (m_running)
         stop();
     else
-        run();
+        start();
 }
 
 void SlideShow::stop() {
     if (!m_running)
         return;
-    m_running = false;
-    m_wait.release();
+    m_tmrPictureWait.stop();
+    finish();
 }
 
-void SlideShow::run() {
+void SlideShow::start() {
     m_running = true;
     emit runningChanged(true);
+    // The selection is taken once; picking other files during the show changes nothing.
     m_picker.start(m_pictures.selectedRows());
-    // Stopped and started again before the released wait has returned: that loop goes on.
-    if (m_loopActive)
+    step();
+}
+
+void SlideShow::step() {
+    if (!m_running)
         return;
-    m_loopActive = true;
-    while (m_running) {
-        const QStringList entries = m_pictures.entries();
-        const std::optional<int> index =
-            m_picker.next(static_cast<int>(entries.size()), m_random, m_randomBetween);
-        if (!index)
-            break;
-        const QString fileSpec = m_pictures.folder() + u'/' + entries[*index];
-        // An entry that is no picture leaves the previous one on screen for its turn.
-        if (GetMediaTypeFromFileSpec(fileSpec) == u"Pictures") {
-            m_display.showPicture(fileSpec);
-            m_logger.LogMediaEvent(QStringLiteral("Pictures"), fileSpec);
-            emit pictureShown(*index, fileSpec);
-        }
-        const std::optional<int> waitMs = SlideShowWaitMs(m_waitText);
-        if (!waitMs)
-            break;
-        m_wait.WaitMilliseconds(*waitMs);
+    const QStringList entries = m_pictures.entries();
+    const std::optional<int> index =
+        m_picker.next(static_cast<int>(entries.size()), m_random, m_randomBetween);
+    if (!index) {
+        finish();
+        return;
     }
-    m_loopActive = false;
+    showEntry(m_pictures.folder() + u'/' + entries[*index], *index);
+    if (!m_running)
+        return; // stopped by someone who watched the picture come
+    const std::optional<int> waitMs = SlideShowWaitMs(m_waitText);
+    if (!waitMs) {
+        finish();
+        return;
+    }
+    m_tmrPictureWait.start(*waitMs);
+}
+
+void SlideShow::showEntry(const QString& fileSpec, int listIndex) {
+    // An entry that is no picture leaves the previous one on screen for its turn.
+    if (GetMediaTypeFromFileSpec(fileSpec) != u"Pictures")
+        return;
+    m_display.showPicture(fileSpec);
+    m_logger.LogMediaEvent(QStringLiteral("Pictures"), fileSpec);
+    emit pictureShown(listIndex, fileSpec);
+}
+
+void SlideShow::finish() {
     m_running = false;
     emit runningChanged(false);
 }

@@ -4,24 +4,24 @@
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
 namespace cq {
 
 class EventLogger;
 class MediaDisplay;
 class PictureList;
-class WaitTimer;
 
 // cmdSlideShow: steps through the Pictures list, one picture per wait, in order or at random,
-// logging each picture while a recording runs. The show runs inside the click that started it
-// and waits with the window's wait timer, so Stop (or a second click) releases it at once.
+// logging each picture while a recording runs. Each step is a tick of a timer, so the click that
+// starts a show returns at once and Stop (or a second click) ends it before the next picture.
 class SlideShow : public QObject {
     Q_OBJECT
 public:
-    SlideShow(PictureList& pictures, MediaDisplay& display, EventLogger& logger, WaitTimer& wait,
+    SlideShow(PictureList& pictures, MediaDisplay& display, EventLogger& logger,
               QObject* parent = nullptr);
 
-    // Starts a show when none runs (and returns when it has ended); stops the running one.
+    // Starts a show when none runs (its first picture comes at once); stops the running one.
     void cmdSlideShow_Click();
     void stop();
     bool isRunning() const { return m_running; }
@@ -36,18 +36,20 @@ signals:
     void pictureShown(int listIndex, const QString& fileSpec);
 
 private:
-    void run();
+    void start();
+    void step();
+    void showEntry(const QString& fileSpec, int listIndex);
+    void finish();
 
     PictureList& m_pictures;
     MediaDisplay& m_display;
     EventLogger& m_logger;
-    WaitTimer& m_wait;
     SlideShowPicker m_picker;
     SlideShowPicker::RandomBetween m_randomBetween;
+    QTimer m_tmrPictureWait;
     QString m_waitText;
     bool m_random = false;
     bool m_running = false;
-    bool m_loopActive = false;
 };
 
 } // namespace cq

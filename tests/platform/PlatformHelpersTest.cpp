@@ -3,11 +3,9 @@
 #include "platform/ShellQuote.h"
 #include "platform/TextFiles.h"
 #include "platform/TextHelpers.h"
-#include "platform/WaitTimer.h"
 #include "platform/WavFormat.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -66,25 +64,6 @@ TEST(ShellQuote, SingleQuotesMakeEveryCharacterLiteral) {
     EXPECT_EQ(ShellQuote("plain"), "'plain'");
     EXPECT_EQ(ShellQuote("it's"), "'it'\\''s'");
     EXPECT_EQ(ShellCommandLine({"a b", "$(x)"}), "'a b' '$(x)'");
-}
-
-TEST(WaitTimer, WaitsWithoutBlockingAndCanBeReleasedEarly) {
-    WaitTimer wait;
-    QElapsedTimer clock;
-    clock.start();
-    int ticks = 0;
-    QTimer ticker;
-    QObject::connect(&ticker, &QTimer::timeout, [&] { ++ticks; });
-    ticker.start(10);
-    wait.WaitMilliseconds(200);
-    EXPECT_GE(clock.elapsed(), 190);
-    EXPECT_GE(ticks, 5); // events ran during the wait
-    EXPECT_TRUE(wait.gblnWaitTimerFired());
-
-    clock.restart();
-    QTimer::singleShot(50, [&] { wait.release(); });
-    wait.WaitMilliseconds(10000);
-    EXPECT_LT(clock.elapsed(), 2000);
 }
 
 TEST(WavFormat, CanonicalHeaderOfMonoSixteenBit) {

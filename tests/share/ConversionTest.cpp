@@ -1,7 +1,9 @@
+#include "StubProgram.h"
 #include "platform/ToolRunner.h"
 #include "share/ConversionCommand.h"
 #include "share/ConversionJob.h"
 #include "share/ConversionPresets.h"
+#include "support/TestAppFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,7 +12,9 @@
 #include <QJsonObject>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QTimer>
+#include <QTest>
+
+#include <functional>
 
 #include <gtest/gtest.h>
 
@@ -72,6 +76,36 @@ struct Case {
 
 QString Ffmpeg() {
     return QStandardPaths::findExecutable("ffmpeg");
+}
+
+// How a conversion job ended: "converted", "failed" or "cancelled", with its file or detail.
+struct JobEnd {
+    QString how;
+    QString text;
+    QList<int> progress;
+};
+
+JobEnd RunToEnd(ConversionJob& job, const ToolCommand& command, const QString& output,
+                const std::function<void(JobEnd&)>& whileRunning = {}) {
+    JobEnd end;
+    QObject watcher;
+    QObject::connect(&job, &ConversionJob::progress, &watcher,
+                     [&](int percent) { end.progress << percent; });
+    QObject::connect(&job, &ConversionJob::converted, &watcher, [&](const QString& file) {
+        end.how = "converted";
+        end.text = file;
+    });
+    QObject::connect(&job, &ConversionJob::failed, &watcher, [&](const QString& detail) {
+        end.how = "failed";
+        end.text = detail;
+    });
+    QObject::connect(&job, &ConversionJob::cancelled, &watcher, [&] { end.how = "cancelled"; });
+    EXPECT_TRUE(job.start(command, output));
+    EXPECT_TRUE(end.how.isEmpty()) << "ended inside start()";
+    if (whileRunning)
+        whileRunning(end);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !end.how.isEmpty(); }, 60000));
+    return end;
 }
 
 } // namespace
@@ -155,16 +189,18 @@ TEST(ConversionJob, EveryFormatConvertsAndHoldsTheExpectedStreams) {
         {"Ringtones (MP3)", "MP3", "", "mp3", "", "mp3", 0, 0},
     };
     ConversionJob job;
-    int lastPercent = -1;
-    QObject::connect(&job, &ConversionJob::progress, [&](int p) { lastPercent = p; });
     for (const Case& c : cases) {
         SCOPED_TRACE((c.preset + " " + c.format).toStdString());
         const QString output = ConvertedFileSpec(input, c.format);
-        QFile::remove(output);
-        const RunResult run = job.run(ConvertFileForCellPhones(
-            Ffmpeg(), input, output, c.preset, {c.format, c.frameSize, "", "", "", "", ""}));
-        ASSERT_TRUE(run.ok()) << run.errorText.toStdString();
-        EXPECT_EQ(lastPercent, 100);
+        const JobEnd end =
+            RunToEnd(job,
+                     ConvertFileForCellPhones(Ffmpeg(), input, output, c.preset,
+                                              {c.format, c.frameSize, "", "", "", "", ""}),
+                     output);
+        ASSERT_EQ(end.how, "converted") << end.text.toStdString();
+        EXPECT_EQ(end.text, output);
+        EXPECT_EQ(end.progress.value(0), 0);
+        EXPECT_EQ(end.progress.last(), 100);
         const Probe probe = ProbeFile(output);
         EXPECT_TRUE(probe.formatName.split(',').contains(c.container))
             << probe.formatName.toStdString();
@@ -179,15 +215,37 @@ TEST(ConversionJob, EveryFormatConvertsAndHoldsTheExpectedStreams) {
     EXPECT_FALSE(QFile::exists(QDir::currentPath() + "/pwned2"));
 }
 
-TEST(ConversionJob, CancelStopsALongConversion) {
+TEST(ConversionJob, CancelStopsFfmpegAndLeavesNoUnfinishedFile) {
     ASSERT_FALSE(Ffmpeg().isEmpty());
+    QTemporaryDir dir;
+    const QString output = dir.path() + "/FinalMix.MPG";
     ConversionJob job;
-    // A real-time source that would run for a minute.
-    ASSERT_TRUE(job.start(
-        {Ffmpeg(),
-         {"-nostdin", "-re", "-f", "lavfi", "-i", "testsrc=duration=60", "-f", "null", "-"}}));
-    QTimer::singleShot(300, &job, &ConversionJob::cancel);
-    const RunResult run = job.waitForFinished();
-    EXPECT_TRUE(run.cancelled());
+    // A real-time source that would run for a minute, written to a real file.
+    const ToolCommand command{
+        Ffmpeg(),
+        {"-nostdin", "-re", "-f", "lavfi", "-i", "testsrc=duration=60", "-y", "file:" + output}};
+    const JobEnd end = RunToEnd(job, command, output, [&](JobEnd&) {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return QFileInfo(output).size() > 0; }, 20000));
+        job.cancel();
+    });
+    EXPECT_EQ(end.how, "cancelled");
     EXPECT_FALSE(job.isRunning());
+    EXPECT_FALSE(QFile::exists(output));
+    EXPECT_EQ(test::RunningProcessesMentioning(output), QStringList());
+}
+
+TEST(ConversionJob, AFailedRunOrAMissingToolEndsWithFailedAndNoFile) {
+    QTemporaryDir dir;
+    const QString output = dir.path() + "/FinalMix.MP4";
+    test::WriteFile(output, "left by an earlier conversion");
+    ConversionJob job;
+    JobEnd end = RunToEnd(job, {Ffmpeg(), {"-nostdin", "-i", "file:/no/such.avi", output}}, output);
+    EXPECT_EQ(end.how, "failed");
+    EXPECT_TRUE(end.text.contains("/no/such.avi")) << end.text.toStdString();
+    EXPECT_FALSE(QFile::exists(output)); // the earlier file does not pass for this one's
+    end = RunToEnd(job, {dir.path() + "/no-ffmpeg", {}}, output);
+    EXPECT_EQ(end.how, "failed");
+    // A tool that exits well without writing its file has not converted anything.
+    end = RunToEnd(job, {"/bin/true", {}}, output);
+    EXPECT_EQ(end.how, "failed");
 }

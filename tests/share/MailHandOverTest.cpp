@@ -7,8 +7,11 @@
 #include <QFile>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QThread>
 #include <QUrl>
+
+#include <optional>
 
 #include <gtest/gtest.h>
 
@@ -19,6 +22,19 @@ struct EmailerRun {
     RunResult result;
     QString errors;
 };
+
+// Hands the message over and waits for the answer, which never comes inside start().
+MailResult Send(const MailMessage& message) {
+    MailHandOver handOver;
+    std::optional<MailResult> answer;
+    QObject::connect(&handOver, &MailHandOver::finished,
+                     [&](const MailResult& result) { answer = result; });
+    EXPECT_TRUE(handOver.start(message));
+    EXPECT_FALSE(answer.has_value());
+    EXPECT_FALSE(handOver.start(message)) << "one message at a time";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return answer.has_value(); }, 20000));
+    return answer.value_or(MailResult{});
+}
 
 EmailerRun RunEmailer(const QString& appFolder) {
     ToolRunner runner;
@@ -35,9 +51,7 @@ TEST(MailHandOver, ClipGoesToXdgEmailWithSubjectBodyAttachmentAndRecipient) {
     const QString clip = dir.path() + "/it's $(touch pwned) \"clip\".MP4";
     test::WriteFile(clip, "video");
     test::StubProgram xdgEmail("xdg-email");
-    ToolRunner runner;
-
-    const MailResult sent = SendMail(ClipMailMessage(clip, "5551234567@vzwpix.com"), runner);
+    const MailResult sent = Send(ClipMailMessage(clip, "5551234567@vzwpix.com"));
     EXPECT_TRUE(sent.ok) << sent.message.toStdString();
     EXPECT_EQ(xdgEmail.arguments(), QStringList({"--utf8", "--subject", "Harrowfin", "--body",
                                                  "Check out this clip video attached...\r\n",
@@ -45,7 +59,7 @@ TEST(MailHandOver, ClipGoesToXdgEmailWithSubjectBodyAttachmentAndRecipient) {
     EXPECT_FALSE(QFile::exists(dir.path() + "/pwned"));
 
     // Without a recipient the user fills it in: no address is passed.
-    ASSERT_TRUE(SendMail(ClipMailMessage(clip, ""), runner).ok);
+    ASSERT_TRUE(Send(ClipMailMessage(clip, "")).ok);
     EXPECT_EQ(xdgEmail.arguments().size(), 7);
 }
 
@@ -53,16 +67,15 @@ TEST(MailHandOver, NoMailClientOrNoXdgEmailIsAFailedLogOn) {
     QTemporaryDir dir;
     const QString clip = dir.path() + "/FinalMix.avi";
     test::WriteFile(clip, "video");
-    ToolRunner runner;
     {
         test::StubProgram noClient("xdg-email", 3); // what xdg-email does without a client
-        const MailResult sent = SendMail(ClipMailMessage(clip, ""), runner);
+        const MailResult sent = Send(ClipMailMessage(clip, ""));
         EXPECT_FALSE(sent.ok);
         EXPECT_EQ(sent.message, "Failed to log onto local MAPI client");
     }
     {
         test::HiddenProgram absent("xdg-email");
-        const MailResult sent = SendMail(ClipMailMessage(clip, ""), runner);
+        const MailResult sent = Send(ClipMailMessage(clip, ""));
         EXPECT_FALSE(sent.ok);
         EXPECT_EQ(sent.message, "Failed to log onto local MAPI client");
     }
@@ -70,8 +83,7 @@ TEST(MailHandOver, NoMailClientOrNoXdgEmailIsAFailedLogOn) {
 
 TEST(MailHandOver, MissingAttachmentIsNeverHandedOver) {
     test::StubProgram xdgEmail("xdg-email");
-    ToolRunner runner;
-    const MailResult sent = SendMail(ClipMailMessage("/no/such/FinalMix.avi", ""), runner);
+    const MailResult sent = Send(ClipMailMessage("/no/such/FinalMix.avi", ""));
     EXPECT_FALSE(sent.ok);
     EXPECT_TRUE(sent.message.contains("/no/such/FinalMix.avi"));
     EXPECT_FALSE(xdgEmail.ran());
@@ -135,8 +147,7 @@ TEST(MailHandOver, RealXdgEmailPassesTheMessageToTheDesktopsMailClient) {
     qputenv("XDG_DATA_HOME", (dir.path() + "/data").toUtf8());
     qputenv("XDG_CONFIG_HOME", (dir.path() + "/config").toUtf8());
     qunsetenv("XDG_CURRENT_DESKTOP");
-    ToolRunner runner;
-    const MailResult sent = SendMail(ClipMailMessage(clip, "5551234567@vzwpix.com"), runner);
+    const MailResult sent = Send(ClipMailMessage(clip, "5551234567@vzwpix.com"));
     for (int i = 0; i < names.size(); ++i)
         saved.at(i).isNull() ? qunsetenv(names.at(i).toLatin1())
                              : qputenv(names.at(i).toLatin1(), saved.at(i));

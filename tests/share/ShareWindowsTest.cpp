@@ -32,15 +32,21 @@ QByteArray FileBytes(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-bool MakeClip(const QString& file) {
+bool MakeClip(const QString& file, int seconds = 1) {
     QDir().mkpath(QFileInfo(file).path());
+    const QString duration = QString::number(seconds);
     ToolRunner runner;
     return runner
-        .runProgram("ffmpeg",
-                    {"-nostdin", "-v", "error", "-y", "-f", "lavfi", "-i",
-                     "testsrc=size=160x120:rate=15:duration=1", "-f", "lavfi", "-i",
-                     "sine=duration=1", "-c:v", "mpeg4", "-c:a", "libmp3lame", "-shortest", file})
+        .runProgram("ffmpeg", {"-nostdin", "-v", "error", "-y", "-f", "lavfi", "-i",
+                               "testsrc=size=160x120:rate=15:duration=" + duration, "-f", "lavfi",
+                               "-i", "sine=duration=" + duration, "-c:v", "mpeg4", "-c:a",
+                               "libmp3lame", "-shortest", file})
         .ok();
+}
+
+// Waits until the responder has seen the given number of modal windows.
+bool WaitForTexts(const ModalResponder& responder, int count, int timeoutMs = 60000) {
+    return QTest::qWaitFor([&] { return responder.texts.size() >= count; }, timeoutMs);
 }
 
 template <typename T> T* Child(QObject* parent, const char* name) {
@@ -146,6 +152,10 @@ TEST(ConvertAndEmailWindow, EmailNeedsACarrierForAPhoneAndAddressesItsGateway) {
     carriers->setCurrentItem(carriers->findItems("Verizon Wireless", Qt::MatchExactly).first());
     ModalResponder responder;
     Child<QPushButton>(&w, "cmdEmail")->click();
+    EXPECT_TRUE(w.isBusy()); // the hand-over runs on its own; the window waits for nothing
+    EXPECT_FALSE(Child<QPushButton>(&w, "cmdEmail")->isEnabled());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !w.isBusy(); }, 20000));
+    EXPECT_TRUE(Child<QPushButton>(&w, "cmdEmail")->isEnabled());
     EXPECT_TRUE(responder.texts.isEmpty()) << responder.texts.join('|').toStdString();
     const QStringList args = xdgEmail.arguments();
     ASSERT_FALSE(args.isEmpty());
@@ -168,18 +178,58 @@ TEST(ConvertAndEmailWindow, ConvertOnlyReportsTheConvertedFileOrTheFailure) {
     const QString output = app.file("ClipquillTempFiles/FinalMix.MP4");
     {
         ModalResponder responder;
+        QList<int> shownProgress;
+        QObject watcher;
+        QObject::connect(Child<QProgressBar>(&w, "prgConversion"), &QProgressBar::valueChanged,
+                         &watcher, [&](int value) { shownProgress << value; });
         Child<QPushButton>(&w, "cmdConvertOnly")->click();
+        // The click has returned while ffmpeg runs: progress shows, nothing can start twice.
+        EXPECT_TRUE(w.isConverting());
+        EXPECT_TRUE(Child<QProgressBar>(&w, "prgConversion")->isVisibleTo(&w));
+        EXPECT_TRUE(Child<QPushButton>(&w, "cmdCancel")->isVisibleTo(&w));
+        EXPECT_FALSE(Child<QPushButton>(&w, "cmdConvertOnly")->isEnabled());
+        EXPECT_FALSE(Child<QPushButton>(&w, "cmdEmail")->isEnabled());
+        EXPECT_TRUE(responder.texts.isEmpty());
+        ASSERT_TRUE(WaitForTexts(responder, 1));
         EXPECT_EQ(responder.texts,
                   QStringList{"Successful. \r\n\r\nFile was converted and saved to " + output});
         EXPECT_TRUE(QFile::exists(output));
+        EXPECT_TRUE(shownProgress.contains(100));
+        EXPECT_FALSE(w.isConverting());
+        EXPECT_TRUE(Child<QPushButton>(&w, "cmdConvertOnly")->isEnabled());
     }
     test::WriteFile(paths.gstrFinalMixAVIFileSpec, "not a video at all");
     ModalResponder responder;
     Child<QPushButton>(&w, "cmdConvertOnly")->click();
+    ASSERT_TRUE(WaitForTexts(responder, 1));
     EXPECT_EQ(responder.texts, QStringList{"File Not Found. An error must have happened during "
                                            "the conversion process."});
     EXPECT_FALSE(QFile::exists(output)); // the earlier result does not pass for this one
     EXPECT_FALSE(Child<QProgressBar>(&w, "prgConversion")->isVisibleTo(&w));
+}
+
+TEST(ConvertAndEmailWindow, CancelStopsFfmpegAndLeavesNoUnfinishedFile) {
+    test::TestAppFolder app;
+    const AppPaths paths = AppPaths::forFolder(app.path());
+    // Five minutes of clip: the conversion is still running when Cancel comes.
+    ASSERT_TRUE(MakeClip(paths.gstrFinalMixAVIFileSpec, 300));
+    frmConvertAndEmail w(paths);
+    w.cboPresets_Click(0); // Apple Iphone 3G: 480x320 MP4
+    const QString output = app.file("ClipquillTempFiles/FinalMix.MP4");
+    auto* progress = Child<QProgressBar>(&w, "prgConversion");
+    ModalResponder responder;
+    Child<QPushButton>(&w, "cmdConvertOnly")->click();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return progress->value() > 0; }, 60000));
+    EXPECT_LT(progress->value(), 100);
+    EXPECT_TRUE(QFile::exists(output));
+    Child<QPushButton>(&w, "cmdCancel")->click();
+    ASSERT_TRUE(WaitForTexts(responder, 1));
+    EXPECT_EQ(responder.texts, QStringList{"The conversion was cancelled."});
+    EXPECT_FALSE(QFile::exists(output));
+    EXPECT_EQ(test::RunningProcessesMentioning(output), QStringList());
+    EXPECT_FALSE(w.isConverting());
+    EXPECT_FALSE(progress->isVisibleTo(&w));
+    EXPECT_TRUE(Child<QPushButton>(&w, "cmdConvertOnly")->isEnabled());
 }
 
 TEST(SetDirWindow, NewFolderOkAndCancel) {

@@ -1,14 +1,20 @@
 #include "text/widgets/SpeechVoice.h"
 #include "ModalHelper.h"
 #include "studio/StudioSettings.h"
+#include "text/widgets/RetiredSpeechEngine.h"
 #include "text/widgets/TextDisplaySurface.h"
 #include "text/widgets/frmDisplayText.h"
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextToSpeech>
 
 #include <gtest/gtest.h>
+
+#include <memory>
 
 using namespace cq;
 
@@ -69,4 +75,24 @@ TEST(SpeechVoice, ClickOnTheDisplaySilencesTheVoice) {
     display.exec();
     EXPECT_FALSE(voice.isSpeaking());
     EXPECT_EQ(voice.queuedCount(), 0);
+}
+
+// The engine must not be torn down while it synthesises (flite crashes), yet the voice's owner
+// must not wait for it: the engine is retired and goes on its own a little later.
+TEST(SpeechVoice, DroppedWhileSpeakingGoesAtOnceAndItsEngineSoonAfter) {
+    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
+        GTEST_SKIP() << "no test sound server";
+    if (!QTextToSpeech::availableEngines().contains("flite"))
+        GTEST_SKIP() << "flite engine not installed";
+    auto voice = std::make_unique<SpeechVoice>(QStringLiteral("flite"));
+    ASSERT_TRUE(voice->hasVoice());
+    voice->SpeakText("A sentence long enough to be still synthesised when its voice goes away.");
+    QElapsedTimer clock;
+    clock.start();
+    voice.reset();
+    EXPECT_LT(clock.elapsed(), 200); // the synthesis alone takes longer
+    const QPointer<RetiredSpeechEngine> retired =
+        QCoreApplication::instance()->findChild<RetiredSpeechEngine*>();
+    ASSERT_FALSE(retired.isNull());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return retired.isNull(); }, 10000));
 }

@@ -51,7 +51,6 @@ frmClipquill::frmClipquill(WindowlessStartup startup, QWidget* parent)
       m_settings(std::move(startup.settings)), m_textList(std::move(startup.textList)),
       m_startupProblems(std::move(startup.problems)) {
     setObjectName(QStringLiteral("frmClipquill"));
-    m_wait = new WaitTimer(this);
     m_keepAwake = new KeepAwake(this);
     buildLayout();
     setWindowTitle(windowTitleText());
@@ -132,8 +131,8 @@ QLayout* frmClipquill::buildTimeline(QWidget* central) {
     m_pictureList =
         std::make_unique<TabPictureList>(*m_media->mediaBrowser().tab(MediaBrowser::kPicturesTab));
     m_timeline =
-        new TimelineStudio({m_recording, m_studio, m_paths, m_settings, *m_wait, central,
-                            *m_display, m_media->RecordedAudioPlayBackWMP(), m_pictureList.get()},
+        new TimelineStudio({m_recording, m_studio, m_paths, m_settings, central, *m_display,
+                            m_media->RecordedAudioPlayBackWMP(), m_pictureList.get()},
                            this);
     connect(m_timeline, &TimelineStudio::stopPressed, this,
             [this] { m_keepAwake->tmrMoveMouseToPreventScreenSaver().stop(); });

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/Startup.h"
-#include "platform/WaitTimer.h"
 #include "studio/StudioSettings.h"
 #include "timeline/RecordingState.h"
 
@@ -42,7 +41,6 @@ public:
     StudioSettings& studioSettings() { return m_studio; }
     RecordingState& recordingState() { return m_recording; }
     const QStringList& textList() const { return m_textList; }
-    WaitTimer& waitTimer() { return *m_wait; }
     KeepAwake& keepAwake() { return *m_keepAwake; }
     MediaStation& media() { return *m_media; }
     MediaBrowser& mediaBrowser();
@@ -72,7 +70,6 @@ private:
     QStringList m_textList;
     QStringList m_startupProblems;
 
-    WaitTimer* m_wait = nullptr;
     KeepAwake* m_keepAwake = nullptr;
 
     QHBoxLayout* m_topBar = nullptr;

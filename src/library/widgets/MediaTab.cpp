@@ -43,92 +43,105 @@ MediaTab::MediaTab(int index, const QString& heading, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->setSpacing(3);
-
-    m_heading = new TabHeading(heading, this);
-    m_heading->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    m_heading->setObjectName(QStringLiteral("lblHeading_%1").arg(index));
-    m_heading->setWordWrap(true);
-    QFont bold = m_heading->font();
-    bold.setBold(true);
-    m_heading->setFont(bold);
-    layout->addWidget(m_heading);
+    layout->addWidget(makeHeading(heading));
 
     m_body = new QVBoxLayout;
     m_body->setContentsMargins(0, 0, 0, 0);
     layout->addLayout(m_body, 1);
-
     if (hasFolderPane()) {
-        m_drive = new QComboBox(this);
-        m_drive->setObjectName(QStringLiteral("Drive1_%1").arg(index));
-        m_drive->setAccessibleName(QStringLiteral("Drive"));
-        m_drive->setToolTip(QStringLiteral("Mounted volumes"));
-        m_drive->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        m_drive->setMinimumContentsLength(6);
-        fillDrives();
-        connect(m_drive, &QComboBox::activated, this, &MediaTab::Drive1_Change);
+        buildFolderPane(heading);
+    } else {
+        // Keeps the heading at the top until the text list arrives.
+        m_bodyPlaceholder = new QWidget(this);
+        m_body->addWidget(m_bodyPlaceholder, 1);
+    }
+    layout->addLayout(buildButtonRow());
 
-        m_dir = new QListWidget(this);
-        m_dir->setObjectName(QStringLiteral("Dir1_%1").arg(index));
-        m_dir->setAccessibleName(QStringLiteral("Folders"));
-        m_dir->setToolTip(QStringLiteral("Double-click a folder to open it"));
-        connect(m_dir, &QListWidget::itemActivated, this, &MediaTab::onFolderActivated);
+    m_controls = new QVBoxLayout;
+    m_controls->setContentsMargins(0, 0, 0, 0);
+    layout->addLayout(m_controls);
+}
 
-        m_file = new QListWidget(this);
-        m_file->setObjectName(QStringLiteral("File1_%1").arg(index));
-        m_file->setAccessibleName(heading + QStringLiteral(" files"));
-        m_file->setUniformItemSizes(true); // large folders lay out without measuring each row
-        // Several pictures may be picked (Ctrl/Shift) for a slide show of just those.
-        m_file->setSelectionMode(QAbstractItemView::ExtendedSelection);
-        // Small minimums, so that showing the folder pane does not resize the browser's rows.
-        m_file->setMinimumHeight(40);
-        m_dir->setMinimumHeight(40);
-        connect(m_file, &QListWidget::itemClicked, this, &MediaTab::onFileChosen);
-        m_file->installEventFilter(this);
+QLabel* MediaTab::makeHeading(const QString& heading) {
+    m_heading = new TabHeading(heading, this);
+    m_heading->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_heading->setObjectName(QStringLiteral("lblHeading_%1").arg(m_index));
+    m_heading->setWordWrap(true);
+    QFont bold = m_heading->font();
+    bold.setBold(true);
+    m_heading->setFont(bold);
+    return m_heading;
+}
 
+// The drive, folder and file lists; only the file list shows until "View" is clicked.
+void MediaTab::buildFolderPane(const QString& heading) {
+    m_drive = new QComboBox(this);
+    m_drive->setObjectName(QStringLiteral("Drive1_%1").arg(m_index));
+    m_drive->setAccessibleName(QStringLiteral("Drive"));
+    m_drive->setToolTip(QStringLiteral("Mounted volumes"));
+    m_drive->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_drive->setMinimumContentsLength(6);
+    fillDrives();
+    connect(m_drive, &QComboBox::activated, this, &MediaTab::Drive1_Change);
+
+    m_dir = new QListWidget(this);
+    m_dir->setObjectName(QStringLiteral("Dir1_%1").arg(m_index));
+    m_dir->setAccessibleName(QStringLiteral("Folders"));
+    m_dir->setToolTip(QStringLiteral("Double-click a folder to open it"));
+    connect(m_dir, &QListWidget::itemActivated, this, &MediaTab::onFolderActivated);
+
+    buildFileList(heading);
+    // Small minimums, so that showing the folder pane does not resize the browser's rows.
+    m_file->setMinimumHeight(40);
+    m_dir->setMinimumHeight(40);
+
+    m_pathLabel = new QLabel(this);
+    m_pathLabel->setObjectName(QStringLiteral("lblPath_%1").arg(m_index));
+    m_pathLabel->setMinimumWidth(1);
+
+    m_body->addWidget(m_drive);
+    m_body->addWidget(m_pathLabel);
+    m_body->addWidget(m_dir, 1);
+    m_body->addWidget(m_file, 2);
+    m_drive->hide();
+    m_pathLabel->hide();
+    m_dir->hide();
+}
+
+void MediaTab::buildFileList(const QString& heading) {
+    m_file = new QListWidget(this);
+    m_file->setObjectName(QStringLiteral("File1_%1").arg(m_index));
+    m_file->setAccessibleName(heading + QStringLiteral(" files"));
+    m_file->setUniformItemSizes(true); // large folders lay out without measuring each row
+    // Several pictures may be picked (Ctrl/Shift) for a slide show of just those.
+    m_file->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    connect(m_file, &QListWidget::itemClicked, this, &MediaTab::onFileChosen);
+    m_file->installEventFilter(this);
+}
+
+// "View", and the button that opens the folder in the file manager (tabs with a folder only).
+QHBoxLayout* MediaTab::buildButtonRow() {
+    auto* row = new QHBoxLayout;
+    m_cmdView = new QPushButton(QStringLiteral("View"), this);
+    m_cmdView->setObjectName(QStringLiteral("cmdView_%1").arg(m_index));
+    m_cmdView->setToolTip(QStringLiteral("Change Directories"));
+    connect(m_cmdView, &QPushButton::clicked, this, &MediaTab::cmdView_Click);
+    row->addWidget(m_cmdView);
+    if (hasFolderPane()) {
         m_cmdOpenFolder = new QPushButton(this);
-        m_cmdOpenFolder->setObjectName(QStringLiteral("cmdOpenFolder_%1").arg(index));
+        m_cmdOpenFolder->setObjectName(QStringLiteral("cmdOpenFolder_%1").arg(m_index));
         m_cmdOpenFolder->setIcon(style()->standardIcon(QStyle::SP_DirOpenIcon));
         m_cmdOpenFolder->setAccessibleName(QStringLiteral("Open Folder"));
         m_cmdOpenFolder->setToolTip(
             QStringLiteral("Open the File Manager Folder to this Directory"));
         connect(m_cmdOpenFolder, &QPushButton::clicked, this, &MediaTab::cmdOpenFolder_Click);
-
-        m_pathLabel = new QLabel(this);
-        m_pathLabel->setObjectName(QStringLiteral("lblPath_%1").arg(index));
-        m_pathLabel->setMinimumWidth(1);
-
-        m_body->addWidget(m_drive);
-        m_body->addWidget(m_pathLabel);
-        m_body->addWidget(m_dir, 1);
-        m_body->addWidget(m_file, 2);
-        m_drive->hide();
-        m_pathLabel->hide();
-        m_dir->hide();
+        row->addWidget(m_cmdOpenFolder);
         m_cmdOpenFolder->hide();
-    }
-
-    if (!hasFolderPane()) {
-        // Keeps the heading at the top until the text list arrives.
-        m_bodyPlaceholder = new QWidget(this);
-        m_body->addWidget(m_bodyPlaceholder, 1);
-    }
-
-    auto* bottom = new QHBoxLayout;
-    m_cmdView = new QPushButton(QStringLiteral("View"), this);
-    m_cmdView->setObjectName(QStringLiteral("cmdView_%1").arg(index));
-    m_cmdView->setToolTip(QStringLiteral("Change Directories"));
-    connect(m_cmdView, &QPushButton::clicked, this, &MediaTab::cmdView_Click);
-    bottom->addWidget(m_cmdView);
-    if (m_cmdOpenFolder)
-        bottom->addWidget(m_cmdOpenFolder);
-    bottom->addStretch(1);
-    layout->addLayout(bottom);
-    if (!hasFolderPane())
+    } else {
         m_cmdView->hide();
-
-    m_controls = new QVBoxLayout;
-    m_controls->setContentsMargins(0, 0, 0, 0);
-    layout->addLayout(m_controls);
+    }
+    row->addStretch(1);
+    return row;
 }
 
 void MediaTab::fillDrives() {

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 class QComboBox;
+class QHBoxLayout;
 class QLabel;
 class QListWidget;
 class QListWidgetItem;
@@ -53,6 +54,10 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    QLabel* makeHeading(const QString& heading);
+    void buildFolderPane(const QString& heading);
+    void buildFileList(const QString& heading);
+    QHBoxLayout* buildButtonRow();
     void onFileChosen(QListWidgetItem* item);
     void fillDrives();
     void selectDriveFor(const QString& path);

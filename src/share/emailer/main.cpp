@@ -1,7 +1,6 @@
 // Emailer: the studio's mail companion. It reads the message and the attachment that the studio
 // left in SystemTemp and opens a new message in the user's mail client.
 
-#include "platform/ToolRunner.h"
 #include "share/HandOverFiles.h"
 #include "share/MailHandOver.h"
 #include "studio/AppFolder.h"
@@ -31,6 +30,16 @@ int Fail(const QString& text, const QString& detail, bool quiet) {
     return 1;
 }
 
+int ReportUnsent(const cq::MailResult& sent, bool quiet) {
+    // No mail client took the message: say so plainly rather than in MAPI's words.
+    const bool noClient = sent.message == cq::MailLogOnFailedText();
+    return Fail(noClient ? QStringLiteral("No e-mail program could open the message. Set up an "
+                                          "e-mail program (for example Thunderbird) as your "
+                                          "desktop's mail client, then try again.")
+                         : sent.message,
+                sent.detail, quiet);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -58,16 +67,11 @@ int main(int argc, char** argv) {
 
     cq::MailMessage message{QStringLiteral("Harrowfin"), read.handOver.messageText,
                             read.handOver.attachmentPath, QString()};
-    cq::ToolRunner runner;
-    const cq::MailResult sent = cq::SendMail(message, runner);
-    if (!sent.ok) {
-        // No mail client took the message: say so plainly rather than in MAPI's words.
-        const bool noClient = sent.message == cq::MailLogOnFailedText();
-        return Fail(noClient ? QStringLiteral("No e-mail program could open the message. Set up "
-                                              "an e-mail program (for example Thunderbird) as "
-                                              "your desktop's mail client, then try again.")
-                             : sent.message,
-                    sent.detail, noDialog);
-    }
-    return 0;
+    cq::MailHandOver handOver;
+    QObject::connect(&handOver, &cq::MailHandOver::finished, &app,
+                     [noDialog](const cq::MailResult& sent) {
+                         QCoreApplication::exit(sent.ok ? 0 : ReportUnsent(sent, noDialog));
+                     });
+    handOver.start(message);
+    return QApplication::exec();
 }

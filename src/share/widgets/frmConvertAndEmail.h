@@ -2,79 +2,76 @@
 
 #include "share/CarrierList.h"
 #include "share/ConversionCommand.h"
+#include "share/widgets/ConvertAndEmailControls.h"
 #include "studio/AppPaths.h"
 
 #include <QDialog>
 #include <QList>
 
-class QButtonGroup;
-class QComboBox;
-class QLabel;
-class QLineEdit;
-class QListWidget;
-class QProgressBar;
-class QPushButton;
-class QRadioButton;
+#include <optional>
 
 namespace cq {
 
 class ConversionJob;
-class ToolRunner;
+class MailHandOver;
+struct MailResult;
 
 // "Convert and Email Clip": converts the rendered clip for a phone or a player and hands the
 // result to the mail client, addressed to a phone through its carrier's MMS gateway on request.
+// A click starts the conversion and returns; the window shows its progress and can cancel it.
 class frmConvertAndEmail : public QDialog {
     Q_OBJECT
 public:
     explicit frmConvertAndEmail(const AppPaths& paths, QWidget* parent = nullptr);
+    ~frmConvertAndEmail() override;
 
     // The settings the next conversion would use; frameSize is empty when no size is chosen
     // (or "Other" holds no valid size).
     ConversionSettings conversionSettings() const;
     const QList<Carrier>& carriers() const { return m_carriers; }
-    bool isConverting() const;
+    // True from the click that starts a conversion or a hand-over until its result is told.
+    bool isConverting() const { return m_work == Work::Converting; }
+    bool isBusy() const { return m_work != Work::None; }
 
     void FillCarrierList();
     void cboPresets_Click(int index);
     void lstConvertToFormat_Click();
-    // The file to send: the rendered clip for "AVI", else the converted file; empty when there
-    // is none (the user has been told why). report: also say where a converted file went.
-    QString ConvertFileToEmail(bool report);
 
 public slots:
     void reject() override;
 
 private:
-    void buildLayout();
+    enum class Work { None, Converting, Mailing };
+
+    void Form_Load();
+    void connectControls();
+    void connectJobs();
     QString selectedFormat() const;
     void clearResolutionOptions();
-    void setConverting(bool converting);
+    void setWork(Work work);
     void cmdConvertOnly_Click();
     void cmdEmail_Click();
     void cmdAddMMSServer_Click();
     void cmdHelp_Click();
+    // Starts converting the rendered clip to the selected format (nothing to do for "AVI").
+    void ConvertFileToEmail();
+    void onConverted(const QString& file);
+    void onConversionFailed(const QString& detail);
+    void onConversionCancelled();
+    void onMailFinished(const MailResult& result);
+    bool closeIfAsked();
     void showMessage(const QString& text, const QString& detail = QString());
 
     AppPaths m_paths;
     QList<Carrier> m_carriers;
+    ConvertAndEmailControls m_ui;
     ConversionJob* m_job = nullptr;
-    ToolRunner* m_mailRunner = nullptr;
-
-    QComboBox* m_cboPresets = nullptr;
-    QListWidget* m_lstConvertToFormat = nullptr;
-    QButtonGroup* m_resolutionGroup = nullptr;
-    QList<QRadioButton*> m_optScreenRes;
-    QLineEdit* m_txtScreenRes = nullptr;
-    QLineEdit* m_txtPhoneNumber = nullptr;
-    QListWidget* m_lstCellCarrier = nullptr;
-    QPushButton* m_cmdAddMMSServer = nullptr;
-    QPushButton* m_cmdHelp = nullptr;
-    QPushButton* m_cmdConvertOnly = nullptr;
-    QPushButton* m_cmdEmail = nullptr;
-    QPushButton* m_cmdClose = nullptr;
-    QProgressBar* m_progress = nullptr;
-    QPushButton* m_cmdCancel = nullptr;
-    QLabel* m_progressLabel = nullptr;
+    MailHandOver* m_mail = nullptr;
+    Work m_work = Work::None;
+    // Set by "Convert and Email": the converted file goes to this address (empty: the user
+    // fills it in); unset, the conversion is only reported.
+    std::optional<QString> m_sendTo;
+    bool m_closeWhenIdle = false;
 };
 
 } // namespace cq

@@ -1,6 +1,7 @@
 #include "text/widgets/SpeechVoice.h"
 
-#include <QEventLoop>
+#include "text/widgets/RetiredSpeechEngine.h"
+
 #include <QTextToSpeech>
 #include <QTimer>
 
@@ -19,29 +20,15 @@ SpeechVoice::SpeechVoice(const QString& engine, QObject* parent) : QObject(paren
             [this](QTextToSpeech::State state) { onStateChanged(state); });
 }
 
-namespace {
-// Lets queued work (the engine's thread finishing, its notifications) run for a while.
-void settle(qint64 ms) {
-    QEventLoop loop;
-    QTimer::singleShot(static_cast<int>(ms), &loop, &QEventLoop::quit);
-    loop.exec();
-}
-} // namespace
-
 SpeechVoice::~SpeechVoice() {
-    m_queue.clear();
-    m_stopPending = false;
     if (!m_tts || !m_sinceSay.isValid())
-        return;
-    // The engine crashes when it is torn down while its thread still synthesises or plays:
-    // let the synthesis end, stop the sound, and give the thread time to let go of it.
+        return; // never spoke: the engine goes with this object
+    m_tts->disconnect(this);
+    // An engine still synthesising or playing must not be torn down now; it is retired instead
+    // and goes once that is safe, while this object goes at once.
     const qint64 left = m_synthesisMs - m_sinceSay.elapsed();
-    if (left > 0)
-        settle(left);
-    if (m_tts->state() == QTextToSpeech::Speaking) {
-        m_tts->stop();
-        settle(kEngineSettleMs);
-    }
+    if (left > 0 || m_tts->state() == QTextToSpeech::Speaking)
+        new RetiredSpeechEngine(m_tts, static_cast<int>(left));
 }
 
 bool SpeechVoice::hasVoice() const {

@@ -39,8 +39,6 @@ private:
     // (it frees its audio output under the synthesis thread), so the stop waits until the
     // synthesis of the text being spoken has had time to end.
     static int synthesisMilliseconds(const QString& text);
-    // How long the engine's thread needs to let go of its sound after a stop.
-    static constexpr int kEngineSettleMs = 150;
 
     QPointer<QTextToSpeech> m_tts;
     QStringList m_queue;

@@ -47,11 +47,10 @@ TimelineStudio::TimelineStudio(Context context, QObject* parent)
     m_clicks = new MediaClickHandler(context.recording, context.studio, *m_grid, *m_logger,
                                      m_display, context.paths.gstrTempFilesDirectory, this);
     m_replay = new Replay(context.recording, context.studio, *m_grid, m_display, *m_voice, this);
-    m_slideShow = new SlideShow(*m_pictures, m_display, *m_logger, context.wait, this);
-    m_controller =
-        new RecordingController({context.recording, *m_grid, *m_logger, *m_recorder, m_display,
-                                 *m_voice, context.wait, *m_replay, m_slideShow},
-                                context.paths.gstrRecordedAudioFileSpec, this);
+    m_slideShow = new SlideShow(*m_pictures, m_display, *m_logger, this);
+    m_controller = new RecordingController({context.recording, *m_grid, *m_logger, *m_recorder,
+                                            m_display, *m_voice, *m_replay, m_slideShow},
+                                           context.paths.gstrRecordedAudioFileSpec, this);
 
     QWidget* window = context.window;
     m_recordingPanel = new RecordingPanel(*m_controller, window);

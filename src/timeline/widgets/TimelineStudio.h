@@ -24,7 +24,6 @@ class RecordingPanel;
 class Replay;
 class SlideShow;
 class SlideShowPanel;
-class WaitTimer;
 struct AppPaths;
 struct DirectorySettings;
 struct RecordingState;
@@ -41,7 +40,6 @@ public:
         StudioSettings& studio;
         const AppPaths& paths;
         const DirectorySettings& directories;
-        WaitTimer& wait;
         QWidget* window;
         // The display place the media are shown in.
         MediaDisplay& display;
