@@ -99,8 +99,8 @@ TEST(WavFileWriter, HeaderKeepsUpWhileWritingAndTheFileEndsConsistent) {
     ASSERT_TRUE(w.append(QByteArray(1, '\2')));
     ASSERT_TRUE(w.close());
     EXPECT_EQ(readWav(path).dataBytes, 1202u);
-    EXPECT_EQ(WavFileDurationMs(path), 1202 * 1000 / 88200);
-    EXPECT_EQ(WavFileDurationMs(dir.filePath("none.wav")), -1);
+    EXPECT_EQ(WavDurationMs(path), 1202 * 1000 / 88200);
+    EXPECT_EQ(WavDurationMs(dir.filePath("none.wav")), -1);
 }
 
 TEST(WavFileWriter, AFullDiskKeepsWhatWasWrittenAndSaysSo) {
