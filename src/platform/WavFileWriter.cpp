@@ -86,23 +86,4 @@ bool WavFileWriter::close() {
     return ok;
 }
 
-qint64 WavFileDurationMs(const QString& fileSpec) {
-    QFile file(fileSpec);
-    if (!file.open(QIODevice::ReadOnly))
-        return -1;
-    const QByteArray h = file.read(44);
-    if (h.size() < 44 || !h.startsWith("RIFF") || h.mid(8, 8) != "WAVEfmt " ||
-        h.mid(36, 4) != "data")
-        return -1;
-    const quint32 byteRate = qFromLittleEndian<quint32>(h.constData() + 28);
-    quint32 dataBytes = qFromLittleEndian<quint32>(h.constData() + 40);
-    if (byteRate == 0)
-        return -1;
-    // A file cut short by a crash holds fewer bytes than its header may claim.
-    const qint64 present = file.size() - 44;
-    if (present < dataBytes)
-        dataBytes = static_cast<quint32>(std::max<qint64>(0, present));
-    return qint64(dataBytes) * 1000 / byteRate;
-}
-
 } // namespace cq

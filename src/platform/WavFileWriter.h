@@ -45,8 +45,4 @@ private:
     QString m_error;
 };
 
-// The length in milliseconds of the samples in a 16-bit PCM WAV file, read from its header;
-// -1 when the file is missing or not such a file.
-qint64 WavFileDurationMs(const QString& fileSpec);
-
 } // namespace cq

@@ -1,20 +1,85 @@
 #include "platform/WavFormat.h"
 
+#include <QFile>
 #include <QtEndian>
+
+#include <sys/stat.h>
 
 namespace cq {
 
 namespace {
+
 void put32(QByteArray& out, quint32 v) {
     char b[4];
     qToLittleEndian(v, b);
     out.append(b, 4);
 }
+
 void put16(QByteArray& out, quint16 v) {
     char b[2];
     qToLittleEndian(v, b);
     out.append(b, 2);
 }
+
+quint16 get16(const QByteArray& b, int at) {
+    return qFromLittleEndian<quint16>(b.constData() + at);
+}
+
+quint32 get32(const QByteArray& b, int at) {
+    return qFromLittleEndian<quint32>(b.constData() + at);
+}
+
+constexpr quint16 kPcm = 1;
+constexpr quint16 kFloat = 3;
+constexpr quint16 kALaw = 6;
+constexpr quint16 kMuLaw = 7;
+constexpr quint16 kExtensible = 0xFFFE;
+
+bool isRegularFile(const QString& fileSpec) {
+    struct stat st {};
+    return ::stat(QFile::encodeName(fileSpec).constData(), &st) == 0 && S_ISREG(st.st_mode);
+}
+
+// Fills the sample format from a "fmt " chunk; returns why it is unusable, or nothing.
+QString readFormat(const QByteArray& fmt, WavInfo& info) {
+    if (fmt.size() < 16)
+        return QStringLiteral("its format chunk is too short");
+    info.formatTag = get16(fmt, 0);
+    info.channels = get16(fmt, 2);
+    info.samplesPerSecond = get32(fmt, 4);
+    info.byteRate = get32(fmt, 8);
+    info.blockAlign = get16(fmt, 12);
+    info.bitsPerSample = get16(fmt, 14);
+    quint16 tag = info.formatTag;
+    if (tag == kExtensible) {
+        if (fmt.size() < 26)
+            return QStringLiteral("its extensible format chunk is too short");
+        tag = get16(fmt, 24); // the first two bytes of the sub-format GUID
+    }
+    if (tag != kPcm && tag != kFloat && tag != kALaw && tag != kMuLaw)
+        return QStringLiteral("its samples are compressed (format %1), not PCM").arg(tag);
+    if (info.channels == 0 || info.samplesPerSecond == 0 || info.bitsPerSample == 0)
+        return QStringLiteral("its format names no channels, rate or sample size");
+    const quint32 expectedAlign = info.channels * ((info.bitsPerSample + 7u) / 8u);
+    if (info.blockAlign != expectedAlign)
+        return QStringLiteral("its block align %1 does not match %2 channels of %3 bits")
+            .arg(info.blockAlign)
+            .arg(info.channels)
+            .arg(info.bitsPerSample);
+    if (quint64(info.byteRate) != quint64(info.samplesPerSecond) * expectedAlign)
+        return QStringLiteral("its byte rate %1 does not match %2 Hz x %3 bytes per frame")
+            .arg(info.byteRate)
+            .arg(info.samplesPerSecond)
+            .arg(expectedAlign);
+    return {};
+}
+
+WavInfo failed(WavInfo info, const QString& fileSpec, const QString& why) {
+    info.error = QStringLiteral("\"%1\" cannot be read as a WAV file: %2.").arg(fileSpec, why);
+    info.durationMs = -1;
+    return info;
+}
+
 } // namespace
 
 QByteArray WavHeader(quint32 samplesPerSecond, quint16 channels, quint16 bitsPerSample,
@@ -35,6 +100,56 @@ QByteArray WavHeader(quint32 samplesPerSecond, quint16 channels, quint16 bitsPer
     h.append("data", 4);
     put32(h, dataBytes);
     return h;
+}
+
+WavInfo ReadWavInfo(const QString& fileSpec) {
+    WavInfo info;
+    if (!isRegularFile(fileSpec))
+        return failed(info, fileSpec,
+                      QFile::exists(fileSpec) ? QStringLiteral("it is not a regular file")
+                                              : QStringLiteral("it does not exist"));
+    QFile f(fileSpec);
+    if (!f.open(QIODevice::ReadOnly))
+        return failed(info, fileSpec, f.errorString());
+    const QByteArray riff = f.read(12);
+    if (riff.size() < 12 || !riff.startsWith("RIFF") || riff.mid(8, 4) != "WAVE")
+        return failed(info, fileSpec, QStringLiteral("it does not begin with RIFF WAVE"));
+    bool haveFormat = false;
+    for (;;) {
+        const QByteArray chunk = f.read(8);
+        if (chunk.size() < 8)
+            return failed(info, fileSpec,
+                          haveFormat ? QStringLiteral("it has no data chunk")
+                                     : QStringLiteral("it has no format chunk"));
+        const quint32 size = get32(chunk, 4);
+        if (chunk.startsWith("fmt ")) {
+            const QString why = readFormat(f.read(qMin<quint32>(size, 1024)), info);
+            if (!why.isEmpty())
+                return failed(info, fileSpec, why);
+            haveFormat = true;
+            if (!f.seek(f.pos() - qMin<quint32>(size, 1024) + size + (size % 2)))
+                return failed(info, fileSpec, QStringLiteral("its format chunk is cut short"));
+        } else if (chunk.startsWith("data")) {
+            if (!haveFormat)
+                return failed(info, fileSpec,
+                              QStringLiteral("its samples come before their format"));
+            const qint64 available = f.size() - f.pos();
+            qint64 bytes =
+                (size == 0 || size == 0xFFFFFFFFu || size > available) ? available : qint64(size);
+            bytes -= bytes % info.blockAlign; // a torn last frame is no sound
+            info.dataOffset = f.pos();
+            info.dataBytes = bytes;
+            info.durationMs =
+                bytes * 1000 / (qint64(info.samplesPerSecond) * qint64(info.blockAlign));
+            return info;
+        } else if (!f.seek(f.pos() + qint64(size) + (size % 2)) || f.pos() > f.size()) {
+            return failed(info, fileSpec, QStringLiteral("a chunk runs past the end of the file"));
+        }
+    }
+}
+
+qint64 WavDurationMs(const QString& fileSpec) {
+    return ReadWavInfo(fileSpec).durationMs;
 }
 
 } // namespace cq

@@ -1,6 +1,6 @@
 #include "render/CommandLineRender.h"
 
-#include "platform/WavLength.h"
+#include "platform/WavFormat.h"
 #include "render/FfmpegDialect.h"
 #include "render/RenderJob.h"
 #include "studio/AppPaths.h"
@@ -33,18 +33,18 @@ int RunCommandLineRender(const AppPaths& paths, StudioSettings studio,
                                     .absoluteDir()
                                     .filePath(QStringLiteral("RecordedAudio.wav"))
                               : QFileInfo(options.voice).absoluteFilePath();
-    const qint64 recordingMs = WavDurationMs(voice);
-    if (recordingMs <= 0) {
-        print(err, QStringLiteral("The voice \"%1\" is missing or is no WAV file with sound.\n")
-                       .arg(voice));
+    const WavInfo wav = ReadWavInfo(voice);
+    if (!wav.ok() || wav.durationMs <= 0) {
+        print(err, (wav.ok() ? QStringLiteral("The voice \"%1\" holds no sound.").arg(voice)
+                             : wav.error) +
+                       u'\n');
         return 2;
     }
+    const qint64 recordingMs = wav.durationMs;
     if (!options.size.isEmpty())
         studio.gstrVideoRes = options.size;
     if (!FfmpegDialect::ParseFrameSize(studio.gstrVideoRes).isValid()) {
-        print(err, QStringLiteral("\"%1\" is not a frame size; use WIDTHXHEIGHT, for example "
-                                  "320X240.\n")
-                       .arg(studio.gstrVideoRes));
+        print(err, FfmpegDialect::FrameSizeProblem(studio.gstrVideoRes) + u'\n');
         return 2;
     }
     const QString output =
@@ -60,7 +60,8 @@ int RunCommandLineRender(const AppPaths& paths, StudioSettings studio,
     const RenderReport report = job.runToEnd();
     if (!report.message.isEmpty())
         print(err, report.message + u'\n');
-    print(err, QStringLiteral("Render log: %1\n").arg(report.logFile));
+    if (!report.logFile.isEmpty())
+        print(err, QStringLiteral("Render log: %1\n").arg(report.logFile));
     if (report.outcome != RenderReport::Outcome::Rendered)
         return 1;
     print(out, report.output + u'\n');

@@ -4,13 +4,16 @@
 
 namespace cq::FfmpegDialect {
 
-QString LoopStillInput() {
-    return QStringLiteral("-loop 1");
-}
+namespace {
+constexpr int kMinSide = 16;
+constexpr int kMaxSide = 4096;
+} // namespace
 
 QString FrameRate(const QString& gstrFrameRate) {
+    static const QRegularExpression plain(QRegularExpression::anchoredPattern(
+        QStringLiteral("[0-9]{1,3}(\\.[0-9]{1,3}|/[0-9]{1,5})?")));
     const QString rate = gstrFrameRate.trimmed();
-    if (rate.isEmpty() || rate == u"29.97")
+    if (rate == u"29.97" || !plain.match(rate).hasMatch())
         return QStringLiteral("30000/1001");
     return rate;
 }
@@ -21,7 +24,7 @@ double FramesPerSecond(const QString& gstrFrameRate) {
     if (slash > 0) {
         const double num = rate.left(slash).toDouble();
         const double den = rate.mid(slash + 1).toDouble();
-        return den > 0 ? num / den : 30000.0 / 1001.0;
+        return den > 0 && num > 0 ? num / den : 30000.0 / 1001.0;
     }
     const double fps = rate.toDouble();
     return fps > 0 ? fps : 30000.0 / 1001.0;
@@ -29,29 +32,35 @@ double FramesPerSecond(const QString& gstrFrameRate) {
 
 QSize ParseFrameSize(const QString& gstrVideoRes) {
     static const QRegularExpression re(
-        QStringLiteral("^\\s*(\\d{1,5})\\s*[xX]\\s*(\\d{1,5})\\s*$"));
+        QRegularExpression::anchoredPattern(QStringLiteral("([0-9]{1,5})[xX]([0-9]{1,5})")));
     const QRegularExpressionMatch m = re.match(gstrVideoRes);
     if (!m.hasMatch())
         return {};
     const int w = m.captured(1).toInt();
     const int h = m.captured(2).toInt();
-    if (w < 16 || h < 16 || w > 4096 || h > 4096)
+    if (w < kMinSide || h < kMinSide || w > kMaxSide || h > kMaxSide || w % 2 || h % 2)
         return {};
     return {w, h};
 }
 
+QString FrameSizeProblem(const QString& gstrVideoRes) {
+    return QStringLiteral("\"%1\" is not a frame size; use WIDTHXHEIGHT with even numbers from "
+                          "%2 to %3, for example 320X240.")
+        .arg(gstrVideoRes)
+        .arg(kMinSide)
+        .arg(kMaxSide);
+}
+
 QString PieceEncoderOptions() {
-    return QStringLiteral("-an -c:v mpeg1video -q:v 3 -g 300 -threads 1 -f mpeg1video");
+    return QStringLiteral("-an -c:v mpeg4 -q:v 4 -g 300 -threads 1 -f avi");
 }
 
 QString JoinedInputFormat() {
-    return QStringLiteral("-f mpegvideo");
+    return QStringLiteral("-f concat -safe 0");
 }
 
 QString FinalEncoderOptions() {
-    // MP3 in AVI would make the muxer shift every video frame after the first by one frame
-    // (the encoder's priming gives it negative timestamps); MPEG audio layer 2 has none.
-    return QStringLiteral("-c:v mpeg4 -q:v 4 -c:a mp2 -b:a 128k");
+    return QStringLiteral("-c:v copy -c:a mp2 -b:a 128k");
 }
 
 } // namespace cq::FfmpegDialect

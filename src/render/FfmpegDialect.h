@@ -9,26 +9,27 @@ namespace cq {
 // (5.1). The lines keep the studio's historic option words; this is where they are translated.
 namespace FfmpegDialect {
 
-// Still-image looping is an input option: "-loop 1" before "-i" (old builds: "-loop_input").
-QString LoopStillInput();
-
-// ffmpeg takes "29.97" literally (2997/100); the MPEG pieces run at NTSC's 30000/1001, and
-// converting between the two would drop or duplicate frames. Other rates pass unchanged.
+// ffmpeg takes "29.97" literally (2997/100); the pieces run at NTSC's 30000/1001, and
+// converting between the two would drop or duplicate frames. Another rate passes when it is a
+// plain number or fraction; anything else falls back to NTSC, so no text reaches a script.
 QString FrameRate(const QString& gstrFrameRate);
 // Frames per second as a number for frame arithmetic (30000/1001 for "29.97").
 double FramesPerSecond(const QString& gstrFrameRate);
 
-// "320X240" or "320x240" to a size; an invalid size when the text is not WIDTHxHEIGHT. ffmpeg
-// accepts the upper-case X as it is, so the text itself goes into "-s".
+// Strict: digits, "X" or "x", digits, nothing else (no blanks, no line ends), both even and
+// from 16 to 4096. An invalid size for anything else.
 QSize ParseFrameSize(const QString& gstrVideoRes);
+// What is wrong with a size that ParseFrameSize refuses, for the user.
+QString FrameSizeProblem(const QString& gstrVideoRes);
 
-// The encoder settings of the joinable pieces: raw MPEG-1 video, which joins byte by byte
-// without any timestamps to repair, at a quality that survives the final conversion; long
-// groups of pictures, because most pieces are one still picture.
+// The encoder settings of the pieces: already the result's MPEG-4 video in AVI, so that the
+// join copies them; long groups of pictures, because most pieces are one still picture, and
+// every piece starts on a key frame. One thread each: the pieces run on every core at once.
 QString PieceEncoderOptions();
-// The demuxer that reads the byte-joined pieces back.
+// The demuxer that reads the pieces back, in order, from a list file.
 QString JoinedInputFormat();
-// The result's streams: MPEG-4 video and MPEG audio in AVI, which the studio's player plays.
+// The result's streams: the pieces' video copied, MPEG audio layer 2 encoded. MP3 in AVI would
+// make the muxer shift every video frame after the first (the encoder's priming).
 QString FinalEncoderOptions();
 
 } // namespace FfmpegDialect

@@ -1,5 +1,6 @@
 #include "render/MediaFileInfo.h"
 
+#include "platform/FfmpegOutput.h"
 #include "platform/ShellQuote.h"
 #include "platform/TextFiles.h"
 #include "platform/TextHelpers.h"
@@ -13,43 +14,6 @@
 namespace cq {
 
 namespace {
-
-// The rest of the line that starts behind the label (case ignored); null when there is none.
-QString restOfLine(const QString& text, QStringView label) {
-    const qsizetype at = text.indexOf(label, 0, Qt::CaseInsensitive);
-    if (at < 0)
-        return {};
-    const qsizetype from = at + label.size();
-    qsizetype end = text.indexOf(u'\n', from);
-    if (end < 0)
-        end = text.size();
-    QString line = text.mid(from, end - from);
-    if (line.endsWith(u'\r'))
-        line.chop(1);
-    return line.isNull() ? QStringLiteral("") : line;
-}
-
-// The comma-separated fields of a stream line. ffmpeg 5.1 writes commas inside parentheses
-// ("yuvj420p(pc, bt470bg/unknown/unknown)"); those belong to their field.
-QStringList streamFields(const QString& line) {
-    QStringList fields;
-    int depth = 0;
-    QString current;
-    for (QChar c : line) {
-        if (c == u'(' || c == u'[')
-            ++depth;
-        else if ((c == u')' || c == u']') && depth > 0)
-            --depth;
-        if (c == u',' && depth == 0) {
-            fields << current.trimmed();
-            current.clear();
-        } else {
-            current += c;
-        }
-    }
-    fields << current.trimmed();
-    return fields;
-}
 
 QString field(const QStringList& fields, int i) {
     return i < fields.size() ? fields[i] : QString();
@@ -75,25 +39,18 @@ qint64 MediaFileInfo::durationMs() const {
 MediaFileInfo GetFileInfoVars(const QString& probeText) {
     MediaFileInfo info;
 
-    const qsizetype d = probeText.indexOf(u"Duration: ", 0, Qt::CaseInsensitive);
-    if (d >= 0) {
-        const qsizetype from = d + 10;
-        const qsizetype comma = probeText.indexOf(u',', from);
-        if (comma >= 0) {
-            const QString code = probeText.mid(from, comma - from).trimmed();
-            // "N/A" is ffmpeg's way of saying it does not know; that is no length.
-            if (code.size() >= 8 && code[2] == u':' && code[5] == u':')
-                info.Duration = HHMMSSMSToSecondsInSSMSFormat(code);
-        }
-    }
+    // "N/A" is ffmpeg's way of saying it does not know; that is no length.
+    const QString code = FfmpegDurationCode(probeText);
+    if (!code.isEmpty())
+        info.Duration = HHMMSSMSToSecondsInSSMSFormat(code);
 
-    const QString bitrate = restOfLine(probeText, u"Bitrate: ");
+    const QString bitrate = FfmpegLabelLine(probeText, u"Bitrate: ");
     if (!bitrate.isNull())
         info.Bitrate = GetDigitsOnly(bitrate).trimmed();
 
-    const QString video = restOfLine(probeText, u"Video: ");
+    const QString video = FfmpegLabelLine(probeText, u"Video: ");
     if (!video.isNull()) {
-        const QStringList f = streamFields(video);
+        const QStringList f = FfmpegStreamFields(video);
         info.VideoCodec = codecName(field(f, 0));
         info.VideoPixelFormat = field(f, 1);
         info.FrameSize = field(f, 2);
@@ -113,9 +70,9 @@ MediaFileInfo GetFileInfoVars(const QString& probeText) {
         }
     }
 
-    const QString audio = restOfLine(probeText, u"Audio: ");
+    const QString audio = FfmpegLabelLine(probeText, u"Audio: ");
     if (!audio.isNull()) {
-        const QStringList f = streamFields(audio);
+        const QStringList f = FfmpegStreamFields(audio);
         info.AudioCodec = codecName(field(f, 0));
         info.AudioSampleRate = GetDigitsOnly(field(f, 1)).trimmed();
         info.AudioChannels = field(f, 2);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "render/RenderPlan.h"
+#include "render/RenderReport.h"
+#include "render/RenderWorkspace.h"
 
 #include <QElapsedTimer>
 #include <QList>
@@ -8,40 +10,21 @@
 #include <QString>
 #include <QStringList>
 
-class QTimer;
-
 namespace cq {
 
+class PieceScheduler;
 class ToolRunner;
 struct RunResult;
 
-struct RenderReport {
-    enum class Outcome { Rendered, Failed, Cancelled };
-    Outcome outcome = Outcome::Failed;
-    QString output;          // the result, when there is one
-    QString logFile;         // the render log the user can open
-    QString message;         // what the user is told
-    QStringList failedItems; // files that could not be rendered and show black instead
-    qint64 voiceMs = 0;
-    qint64 outputMs = -1; // measured lengths of the result and its streams
-    qint64 videoMs = -1;
-    qint64 audioMs = -1;
-    bool lengthOk = false; // every measured length within the tolerance of the voice
-    qint64 elapsedMs = 0;
-    int reusedPieces = 0;
-
-    bool ok() const { return outcome == Outcome::Rendered && lengthOk; }
-};
-
-// Runs a render plan: the pieces on every core at once, the byte-wise join, the final pass,
-// then measures the result against the voice. The previous result is replaced only by a
-// complete new one; cancel stops every tool within a second.
+// Runs a render in steps that never block the window: it takes a work space of its own, probes
+// which videos have sound, has the pieces made (PieceScheduler), joins them by stream copy and
+// mixes in the voice, then measures the result. Only a result whose lengths match the voice
+// replaces the previous one; cancel stops every tool within a second.
 class RenderJob : public QObject {
     Q_OBJECT
 public:
     // Lengths of the result may differ from the voice by this much.
     static constexpr qint64 kToleranceMs = 200;
-    static constexpr qsizetype kMaxPiecesPerRun = 8;
 
     RenderJob(RenderInputs inputs, QString ffprobe, QString scriptFolder,
               QObject* parent = nullptr);
@@ -51,8 +34,8 @@ public:
     void cancel();
     bool isRunning() const { return m_running; }
     const RenderPlan& plan() const { return m_plan; }
+    const RenderInputs& inputs() const { return m_in; }
     const RenderReport& report() const { return m_report; }
-    QString logFile() const;
     // Runs the job to its end while the event loop keeps running; for callers without a window.
     RenderReport runToEnd();
 
@@ -64,36 +47,30 @@ signals:
     void finished(const cq::RenderReport& report);
 
 private:
-    enum class Phase { Idle, Segments, Join, Final, Measure, Done };
-
-    void startSegments();
-    void startNextSegment(int runnerIndex);
-    void segmentFinished(int runnerIndex, const RunResult& result);
-    void startJoin();
-    void startFinal();
-    void onFinalOutput(const QString& line);
+    bool takeWorkspace();
+    void probeNextVideo();
+    void startPieces();
+    void startMix();
+    void onMixOutput(const QString& line);
     void startMeasure();
     void onMeasured(const RunResult& result);
+    void publish();
     void finish(RenderReport::Outcome outcome, const QString& message);
     void setProgress(int percent);
     void log(const QString& line);
-    QString scriptFile(int runnerIndex) const;
-    QString reuseKey(const RenderSegment& s) const;
-    QString keyFileOf(const RenderSegment& s) const;
+    QString writeLog();
+    QString scriptFile() const;
 
     RenderInputs m_in;
     RenderPlan m_plan;
     RenderReport m_report;
+    RenderWorkspace m_workspace;
     QString m_ffprobe;
     QString m_scriptFolder;
-    QList<ToolRunner*> m_runners;
-    QList<QList<int>> m_queue;      // pieces still to make, by ffmpeg run
-    QList<QList<int>> m_runnerWork; // the pieces each runner is making; empty when idle
-    QList<bool> m_runnerOnBlack;
-    QList<QTimer*> m_watchdogs;
-    qint64 m_framesDone = 0;
+    ToolRunner* m_runner = nullptr;
+    PieceScheduler* m_pieces = nullptr;
+    QStringList m_videosToProbe;
     int m_parallelism = 2;
-    Phase m_phase = Phase::Idle;
     bool m_running = false;
     bool m_cancelling = false;
     int m_lastPercent = -1;
@@ -111,5 +88,3 @@ RenderInputs StudioRenderInputs(const AppPaths& paths, const StudioSettings& stu
 QString LocateFfprobe(const AppPaths& paths);
 
 } // namespace cq
-
-Q_DECLARE_METATYPE(cq::RenderReport)

@@ -4,6 +4,7 @@
 #include "platform/TimeCode.h"
 #include "render/FfmpegDialect.h"
 
+#include <QCryptographicHash>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -17,11 +18,10 @@ QString head(const QString& ffmpeg) {
     return ShellQuote(ffmpeg) + QStringLiteral(" -nostdin -hide_banner -v error");
 }
 
-// Scales the item into the output frame as if it were first centred on a black 4:3 canvas,
-// then pads with black: the picture keeps its shape on every 4:3 size.
+// Scales the item into the output frame's own shape and pads with black, so that a picture
+// keeps its shape at every output size, 4:3 or not.
 QString fitFilter(const QSize& size) {
-    return QStringLiteral("scale=w='trunc(%1*iw/max(iw\\,ih*4/3)/2)*2'"
-                          ":h='trunc(%2*ih/max(ih\\,iw*3/4)/2)*2',"
+    return QStringLiteral("scale=%1:%2:force_original_aspect_ratio=decrease:force_divisible_by=2,"
                           "pad=%1:%2:(ow-iw)/2:(oh-ih)/2:black,setsar=1,format=yuv420p")
         .arg(size.width())
         .arg(size.height());
@@ -34,24 +34,6 @@ qint64 frameAt(qint64 ms, double fps) {
 QString seconds(qint64 ms) {
     return QString::number(double(ms) / 1000.0, 'f', 3);
 }
-
-} // namespace
-
-bool IsVisualMediaType(const QString& t) {
-    return t == u"Pictures" || t == u"Text" || t == u"Both" || t == u"Video";
-}
-
-QString PartialOutputOf(const QString& output) {
-    const QFileInfo fi(output);
-    const QString suffix = fi.suffix();
-    QString base = fi.fileName();
-    if (!suffix.isEmpty())
-        base.chop(suffix.size() + 1);
-    return fi.path() + u'/' + base + QStringLiteral(".rendering") +
-           (suffix.isEmpty() ? QString() : u'.' + suffix);
-}
-
-namespace {
 
 QString segmentInput(const RenderSegment& s) {
     QString input;
@@ -79,10 +61,165 @@ QString segmentOutput(const RenderInputs& in, const RenderSegment& s, int inputI
     return QStringLiteral("-map %1:v -vf ").arg(inputIndex) + ShellQuote(filter) +
            QStringLiteral(" -frames:v ") + QString::number(s.frames) + QStringLiteral(" -r ") +
            rate + u' ' + FfmpegDialect::PieceEncoderOptions() + QStringLiteral(" -y ") +
-           ShellQuote(s.piece);
+           ShellQuote(s.partial);
+}
+
+QString validate(const RenderInputs& in) {
+    if (in.recordingMs <= 0)
+        return QStringLiteral("The recording \"%1\" has no length; there is nothing to render.")
+            .arg(in.voiceFile);
+    if (!in.rows.isEmpty() && !FfmpegDialect::ParseFrameSize(in.gstrVideoRes).isValid())
+        return FfmpegDialect::FrameSizeProblem(in.gstrVideoRes);
+    return {};
+}
+
+struct Item {
+    const EventRow* row;
+    qint64 ms;
+};
+
+// Only rows that put something on screen start a stretch. A row that shows nothing (sound, an
+// unknown file) leaves the previous item on screen, so no later item moves.
+QList<Item> visualItems(const RenderInputs& in) {
+    QList<Item> items;
+    for (const EventRow& row : in.rows) {
+        const qint64 ms = row.timeMs();
+        if (!IsVisualMediaType(row.mediaType) || row.fileSpec.isEmpty() || ms < 0 ||
+            ms >= in.recordingMs)
+            continue;
+        items.push_back({&row, ms});
+    }
+    std::stable_sort(items.begin(), items.end(),
+                     [](const Item& a, const Item& b) { return a.ms < b.ms; });
+    return items;
+}
+
+// Names the piece after everything it is made from, so that the same item at the same length
+// finds its piece again even when items before it were added or removed.
+void nameAndLine(const RenderInputs& in, RenderSegment& s) {
+    s.partial = QStringLiteral("PIECE");
+    s.recipe = SegmentLine(in, s);
+    const QByteArray hash =
+        QCryptographicHash::hash(s.recipe.toUtf8(), QCryptographicHash::Sha1).toHex().left(20);
+    s.piece = in.workFolder + u'/' + QString::fromLatin1(hash) + QStringLiteral(".avi");
+    s.partial = s.piece + QStringLiteral(".part");
+    s.line = SegmentLine(in, s);
+    RenderSegment black = s;
+    black.kind = QStringLiteral("Black");
+    black.source = in.blackPicture;
+    black.begVideoAtMs = -1;
+    s.blackLine = SegmentLine(in, black);
+}
+
+void addSegments(const RenderInputs& in, RenderPlan& plan) {
+    const double fps = FfmpegDialect::FramesPerSecond(in.gstrFrameRate);
+    plan.totalFrames = frameAt(in.recordingMs, fps);
+    auto add = [&](const QString& kind, const QString& source, qint64 startMs, qint64 endMs,
+                   qint64 begMs, int count) {
+        const qint64 first = frameAt(startMs, fps);
+        const qint64 frames = std::min(frameAt(endMs, fps), plan.totalFrames) - first;
+        if (frames <= 0)
+            return; // shorter than one frame: the next item already covers it
+        RenderSegment s;
+        s.number = int(plan.segments.size()) + 1;
+        s.kind = kind;
+        s.source = source;
+        s.startMs = startMs;
+        s.lengthMs = endMs - startMs;
+        s.firstFrame = first;
+        s.frames = frames;
+        s.begVideoAtMs = begMs;
+        s.eventCount = count;
+        nameAndLine(in, s);
+        plan.segments.push_back(s);
+    };
+    const QList<Item> items = visualItems(in);
+    const qint64 leadInEnd = items.isEmpty() ? in.recordingMs : items.first().ms;
+    if (leadInEnd > 0)
+        add(QStringLiteral("Black"), in.blackPicture, 0, leadInEnd, -1, 0);
+    for (qsizetype i = 0; i < items.size(); ++i) {
+        const EventRow& row = *items[i].row;
+        const qint64 end = i + 1 < items.size() ? items[i + 1].ms : in.recordingMs;
+        if (end <= items[i].ms)
+            continue;
+        add(row.mediaType, row.fileSpec, items[i].ms, end,
+            row.mediaType == u"Video" ? std::max<qint64>(0, row.begVideoAtMs()) : -1,
+            row.mediaCount);
+    }
+}
+
+QString joinListText(const RenderPlan& plan) {
+    QString text = QStringLiteral("ffconcat version 1.0\n");
+    for (const RenderSegment& s : plan.segments)
+        text += QStringLiteral("file ") + ShellQuote(s.piece) + u'\n';
+    return text;
+}
+
+// The sound of each kept video, delayed to its place, mixed under the voice; the voice alone
+// when no video keeps its sound. The voice sets the length.
+QString soundInputsAndMap(const RenderInputs& in, const RenderPlan& plan) {
+    QString inputs;
+    QStringList chains;
+    int inputIndex = 2;
+    for (const RenderSegment& s : plan.segments) {
+        if (s.kind != u"Video" || !in.videosWithSound.contains(s.source))
+            continue;
+        if (s.begVideoAtMs > 0)
+            inputs += QStringLiteral(" -ss ") + TimeCodeFromMs(s.begVideoAtMs);
+        inputs += QStringLiteral(" -t ") + seconds(s.lengthMs) + QStringLiteral(" -i ") +
+                  ShellQuote(s.source);
+        chains << QStringLiteral("[%1:a]aresample=44100,adelay=%2:all=1[s%1]")
+                      .arg(inputIndex)
+                      .arg(s.startMs);
+        ++inputIndex;
+    }
+    if (chains.isEmpty())
+        return inputs + QStringLiteral(" -map 0:v -map 1:a");
+    QString graph = chains.join(u';') + QStringLiteral(";[1:a]");
+    for (int k = 2; k < inputIndex; ++k)
+        graph += QStringLiteral("[s%1]").arg(k);
+    // duration=first: the voice sets the length; normalize=0 keeps the voice's level.
+    graph += QStringLiteral("amix=inputs=%1:duration=first:normalize=0[mix]").arg(inputIndex - 1);
+    return inputs + QStringLiteral(" -filter_complex ") + ShellQuote(graph) +
+           QStringLiteral(" -map 0:v -map '[mix]'");
+}
+
+// The pieces are already in the result's codec, size and rate, starting on a key frame: they
+// are joined by stream copy, and only the sound is encoded.
+QString finalMixLine(const RenderInputs& in, const RenderPlan& plan) {
+    return head(in.ffmpeg) + QStringLiteral(" -progress pipe:1 -nostats ") +
+           FfmpegDialect::JoinedInputFormat() + QStringLiteral(" -i ") +
+           ShellQuote(plan.joinListFile) + QStringLiteral(" -i ") + ShellQuote(in.voiceFile) +
+           soundInputsAndMap(in, plan) + u' ' + FfmpegDialect::FinalEncoderOptions() +
+           QStringLiteral(" -y ") + ShellQuote(plan.partialOutput);
 }
 
 } // namespace
+
+bool IsVisualMediaType(const QString& t) {
+    return t == u"Pictures" || t == u"Text" || t == u"Both" || t == u"Video";
+}
+
+QStringList RenderPlan::distinctPieces() const {
+    QStringList pieces;
+    QSet<QString> seen;
+    for (const RenderSegment& s : segments)
+        if (!seen.contains(s.piece)) {
+            seen.insert(s.piece);
+            pieces << s.piece;
+        }
+    return pieces;
+}
+
+QString PartialOutputOf(const QString& output, const QString& tag) {
+    const QFileInfo fi(output);
+    const QString suffix = fi.suffix();
+    QString base = fi.fileName();
+    if (!suffix.isEmpty())
+        base.chop(suffix.size() + 1);
+    return fi.path() + u'/' + base + QStringLiteral(".rendering-") + tag +
+           (suffix.isEmpty() ? QString() : u'.' + suffix);
+}
 
 QString SegmentLine(const RenderInputs& in, const RenderSegment& segment) {
     return BatchLine(in, {segment});
@@ -97,36 +234,16 @@ QString BatchLine(const RenderInputs& in, const QList<RenderSegment>& segments) 
     return line;
 }
 
-QStringList JoinLines(const QStringList& pieces, const QString& workFolder,
-                      const QString& joinedFile) {
-    QStringList lines;
-    QStringList list;
-    for (qsizetype j = 1; j <= pieces.size(); ++j) {
-        list << ShellQuote(pieces[j - 1]);
-        if (j % 5 == 0) {
-            const QString temp = workFolder + QStringLiteral("/temp%1.mpg").arg(j);
-            lines << QStringLiteral("cat ") + list.join(u' ') + QStringLiteral(" > ") +
-                         ShellQuote(temp);
-            list = QStringList{ShellQuote(temp)};
-        }
-    }
-    lines << QStringLiteral("cat ") + list.join(u' ') + QStringLiteral(" > ") +
-                 ShellQuote(joinedFile);
-    return lines;
-}
-
 RenderPlan BuildRenderPlan(const RenderInputs& in) {
     RenderPlan plan;
     plan.output = in.output;
-    plan.partialOutput = PartialOutputOf(in.output);
+    plan.partialOutput = in.partialOutput.isEmpty()
+                             ? PartialOutputOf(in.output, QStringLiteral("0"))
+                             : in.partialOutput;
     plan.targetMs = in.recordingMs;
-    if (in.recordingMs <= 0) {
-        plan.error = QStringLiteral("The recording \"%1\" has no length; there is nothing to "
-                                    "render.")
-                         .arg(in.voiceFile);
+    plan.error = validate(in);
+    if (!plan.ok())
         return plan;
-    }
-
     if (in.rows.isEmpty()) {
         plan.audioOnly = true;
         plan.finalLine = head(in.ffmpeg) + QStringLiteral(" -progress pipe:1 -nostats -i ") +
@@ -134,121 +251,10 @@ RenderPlan BuildRenderPlan(const RenderInputs& in) {
                          ShellQuote(plan.partialOutput);
         return plan;
     }
-
-    const QSize size = FfmpegDialect::ParseFrameSize(in.gstrVideoRes);
-    if (!size.isValid()) {
-        plan.error = QStringLiteral("\"%1\" is not a frame size; use WIDTHXHEIGHT, for example "
-                                    "320X240.")
-                         .arg(in.gstrVideoRes);
-        return plan;
-    }
-    const double fps = FfmpegDialect::FramesPerSecond(in.gstrFrameRate);
-
-    // Only rows that put something on screen start a stretch. A row that shows nothing
-    // (sound, an unknown file) leaves the previous item on screen, so no later item moves.
-    struct Item {
-        const EventRow* row;
-        qint64 ms;
-    };
-    QList<Item> items;
-    for (const EventRow& row : in.rows) {
-        const qint64 ms = row.timeMs();
-        if (!IsVisualMediaType(row.mediaType) || row.fileSpec.isEmpty() || ms < 0 ||
-            ms >= in.recordingMs)
-            continue;
-        items.push_back({&row, ms});
-    }
-    std::stable_sort(items.begin(), items.end(),
-                     [](const Item& a, const Item& b) { return a.ms < b.ms; });
-
-    const qint64 totalFrames = frameAt(in.recordingMs, fps);
-    plan.totalFrames = totalFrames;
-    auto add = [&](const QString& kind, const QString& source, qint64 startMs, qint64 endMs,
-                   qint64 begMs, int count) {
-        const qint64 first = frameAt(startMs, fps);
-        const qint64 frames = std::min(frameAt(endMs, fps), totalFrames) - first;
-        if (frames <= 0)
-            return; // shorter than one frame: the next item already covers it
-        RenderSegment s;
-        s.number = int(plan.segments.size()) + 1;
-        s.kind = kind;
-        s.source = source;
-        s.startMs = startMs;
-        s.lengthMs = endMs - startMs;
-        s.firstFrame = first;
-        s.frames = frames;
-        s.begVideoAtMs = begMs;
-        s.eventCount = count;
-        s.piece = in.workFolder + QStringLiteral("/%1.mpg").arg(s.number);
-        s.line = SegmentLine(in, s);
-        RenderSegment black = s;
-        black.kind = QStringLiteral("Black");
-        black.source = in.blackPicture;
-        s.blackLine = SegmentLine(in, black);
-        plan.segments.push_back(s);
-    };
-
-    const qint64 leadInEnd = items.isEmpty() ? in.recordingMs : items.first().ms;
-    if (leadInEnd > 0)
-        add(QStringLiteral("Black"), in.blackPicture, 0, leadInEnd, -1, 0);
-    for (qsizetype i = 0; i < items.size(); ++i) {
-        const EventRow& row = *items[i].row;
-        const qint64 end = i + 1 < items.size() ? items[i + 1].ms : in.recordingMs;
-        if (end <= items[i].ms)
-            continue;
-        add(row.mediaType, row.fileSpec, items[i].ms, end,
-            row.mediaType == u"Video" ? std::max<qint64>(0, row.begVideoAtMs()) : -1,
-            row.mediaCount);
-    }
-
-    QStringList pieces;
-    for (const RenderSegment& s : plan.segments)
-        pieces << s.piece;
-    plan.joinedFile = in.workFolder + QStringLiteral("/FinalVideo.mpg");
-    plan.joinLines = JoinLines(pieces, in.workFolder, plan.joinedFile);
-
-    // One pass converts the joined pieces to the output and mixes in the voice. The video is
-    // mapped from the pieces and the sound from the mix, so no stream of a video can take the
-    // voice's place.
-    const QString rate = FfmpegDialect::FrameRate(in.gstrFrameRate);
-    QString line = head(in.ffmpeg) + QStringLiteral(" -progress pipe:1 -nostats ") +
-                   FfmpegDialect::JoinedInputFormat() + QStringLiteral(" -framerate ") + rate +
-                   QStringLiteral(" -i ") + ShellQuote(plan.joinedFile) + QStringLiteral(" -i ") +
-                   ShellQuote(in.voiceFile);
-    QStringList soundInputs;
-    int inputIndex = 2;
-    for (const RenderSegment& s : plan.segments) {
-        if (s.kind != u"Video" || !in.videosWithSound.contains(s.source))
-            continue;
-        if (s.begVideoAtMs > 0)
-            line += QStringLiteral(" -ss ") + TimeCodeFromMs(s.begVideoAtMs);
-        line += QStringLiteral(" -t ") + seconds(s.lengthMs) + QStringLiteral(" -i ") +
-                ShellQuote(s.source);
-        soundInputs << QStringLiteral("[%1:a]aresample=44100,adelay=%2:all=1[s%1]")
-                           .arg(inputIndex)
-                           .arg(s.startMs);
-        ++inputIndex;
-    }
-    if (soundInputs.isEmpty()) {
-        line += QStringLiteral(" -map 0:v -map 1:a");
-    } else {
-        QString graph = soundInputs.join(u';') + QStringLiteral(";[1:a]");
-        for (int k = 2; k < inputIndex; ++k)
-            graph += QStringLiteral("[s%1]").arg(k);
-        // duration=first: the voice sets the length; normalize=0 keeps the voice's level.
-        graph +=
-            QStringLiteral("amix=inputs=%1:duration=first:normalize=0[mix]").arg(inputIndex - 1);
-        line += QStringLiteral(" -filter_complex ") + ShellQuote(graph) +
-                QStringLiteral(" -map 0:v -map '[mix]'");
-    }
-    // The joined stream carries no timestamps after its first frame, and the ones ffmpeg
-    // guesses skip a frame at every piece boundary: number the frames afresh.
-    line += QStringLiteral(" -vf ") +
-            ShellQuote(QStringLiteral("setpts=N/(") + rate + QStringLiteral(")/TB"));
-    line += QStringLiteral(" -r ") + rate + QStringLiteral(" -s ") + in.gstrVideoRes + u' ' +
-            FfmpegDialect::FinalEncoderOptions() + QStringLiteral(" -y ") +
-            ShellQuote(plan.partialOutput);
-    plan.finalLine = line;
+    addSegments(in, plan);
+    plan.joinListFile = in.workFolder + QStringLiteral("/FinalVideo.txt");
+    plan.joinList = joinListText(plan);
+    plan.finalLine = finalMixLine(in, plan);
     return plan;
 }
 

@@ -1,35 +1,11 @@
 #include "share/ConversionJob.h"
 
+#include "platform/FfmpegOutput.h"
+
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 
 namespace cq {
-
-namespace {
-
-qint64 ClockToMilliseconds(const QRegularExpressionMatch& m) {
-    const qint64 hours = m.captured(1).toLongLong();
-    const qint64 minutes = m.captured(2).toLongLong();
-    const double seconds = m.captured(3).toDouble();
-    return (hours * 3600 + minutes * 60) * 1000 + qRound64(seconds * 1000);
-}
-
-} // namespace
-
-qint64 ParseFfmpegDuration(const QString& line) {
-    static const QRegularExpression re(
-        QStringLiteral("^\\s*Duration:\\s*(\\d+):(\\d{2}):(\\d{2}(?:\\.\\d+)?)"));
-    const QRegularExpressionMatch m = re.match(line);
-    return m.hasMatch() ? ClockToMilliseconds(m) : -1;
-}
-
-qint64 ParseFfmpegTime(const QString& line) {
-    static const QRegularExpression re(
-        QStringLiteral("\\btime=\\s*(\\d+):(\\d{2}):(\\d{2}(?:\\.\\d+)?)"));
-    const QRegularExpressionMatch m = re.match(line);
-    return m.hasMatch() ? ClockToMilliseconds(m) : -1;
-}
 
 ConversionJob::ConversionJob(QObject* parent) : QObject(parent), m_runner(new ToolRunner(this)) {
     connect(m_runner, &ToolRunner::errorLine, this, &ConversionJob::onErrorLine);
@@ -89,12 +65,12 @@ void ConversionJob::end(const RunResult& result) {
 void ConversionJob::onErrorLine(const QString& line) {
     // Only the first duration is the input's; later ones belong to the output's description.
     if (m_durationMs < 0) {
-        const qint64 duration = ParseFfmpegDuration(line);
+        const qint64 duration = FfmpegDurationMs(line);
         if (duration > 0)
             m_durationMs = duration;
         return;
     }
-    const qint64 reached = ParseFfmpegTime(line);
+    const qint64 reached = FfmpegProgressMs(line);
     if (reached < 0)
         return;
     const int percent = int(qBound<qint64>(qint64(0), reached * 100 / m_durationMs, qint64(99)));

@@ -7,11 +7,6 @@
 
 namespace cq {
 
-// "  Duration: 00:00:07.04, start: ..." -> 7040; -1 when the line has no duration ("N/A").
-qint64 ParseFfmpegDuration(const QString& line);
-// "frame=   50 fps=0.0 q=-0.0 size= 256kB time=00:00:01.23 bitrate=..." -> 1230; else -1.
-qint64 ParseFfmpegTime(const QString& line);
-
 // Runs one conversion in the background and reports how far it has come, from ffmpeg's own
 // report: the input's length, then the time reached in the output. Exactly one of converted,
 // failed or cancelled ends every started job, always from the event loop (never from inside

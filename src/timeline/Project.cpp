@@ -1,7 +1,7 @@
 #include "timeline/Project.h"
 
 #include "platform/Folders.h"
-#include "platform/WavFileWriter.h"
+#include "platform/WavFormat.h"
 #include "studio/TimelineFile.h"
 
 #include <QDir>
@@ -103,7 +103,7 @@ ProjectResult OpenProject(const QString& projectFolder, const QString& voiceFile
         MakeFolderPath(QFileInfo(voiceFileSpec).absolutePath());
         if (!copyReplacing(voice, voiceFileSpec, &result.error))
             return result;
-        result.voiceMs = WavFileDurationMs(voiceFileSpec);
+        result.voiceMs = WavDurationMs(voiceFileSpec);
     }
     MakeFolderPath(workFolder);
     for (EventRow& row : read.rows) {

@@ -1,9 +1,7 @@
-#include "RenderTestMedia.h"
-#include "TestRows.h"
+#include "RenderFixture.h"
 
 #include "platform/TextFiles.h"
 #include "platform/ToolRunner.h"
-#include "platform/WavLength.h"
 #include "render/RenderJob.h"
 #include "studio/AppPaths.h"
 #include "studio/StudioSettings.h"
@@ -21,50 +19,8 @@
 
 using namespace cq;
 using test::ColourName;
+using test::RenderEndToEnd;
 using test::Row;
-
-namespace {
-
-class RenderEndToEnd : public ::testing::Test {
-protected:
-    RenderEndToEnd()
-        : paths(AppPaths::forFolder(app.path())),
-          media(paths.gstrFFMPEGFileSpec, LocateFfprobe(paths)) {
-        studio.gstrVideoRes = QStringLiteral("160X120");
-        QDir().mkpath(paths.gstrTempFilesDirectory);
-        QDir().mkpath(app.file("media"));
-    }
-
-    QString mediaFile(const QString& name) const { return app.file("media/" + name); }
-
-    RenderInputs inputsFor(const QList<EventRow>& rows, const QString& voice) const {
-        return StudioRenderInputs(paths, studio, rows, voice, WavDurationMs(voice), {});
-    }
-
-    RenderReport render(const RenderInputs& in) {
-        RenderJob job(in, LocateFfprobe(paths), app.file("SystemMediaGen"));
-        return job.runToEnd();
-    }
-
-    // The item on screen just after each time, and the one just before it.
-    void expectSequence(const QString& file, const QList<std::pair<double, QString>>& changes) {
-        QString previous = QStringLiteral("black");
-        for (const auto& [at, colour] : changes) {
-            if (at > 0.1) {
-                EXPECT_EQ(ColourName(media.colourAt(file, at - 0.06)), previous) << "before " << at;
-            }
-            EXPECT_EQ(ColourName(media.colourAt(file, at + 0.04)), colour) << "after " << at;
-            previous = colour;
-        }
-    }
-
-    test::TestAppFolder app;
-    AppPaths paths;
-    StudioSettings studio;
-    test::RenderTestMedia media;
-};
-
-} // namespace
 
 TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
     const QString voice = mediaFile("RecordedAudio.wav");
@@ -88,8 +44,11 @@ TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
                    Row(3, "Text", "2.500", text), Row(4, "Pictures", "3.200", tall),
                    Row(5, "Video", "3.800", mute)},
                   voice);
-    EXPECT_EQ(in.videosWithSound, QSet<QString>({clip}));
-    const RenderReport report = render(in);
+    // The probe for sound is the job's: the window does not wait for it.
+    EXPECT_TRUE(in.videosWithSound.isEmpty());
+    RenderInputs used;
+    const RenderReport report = render(in, &used);
+    EXPECT_EQ(used.videosWithSound, QSet<QString>({clip}));
     ASSERT_EQ(report.outcome, RenderReport::Outcome::Rendered) << report.message.toStdString();
     EXPECT_TRUE(report.ok()) << report.message.toStdString();
     const QString out = paths.gstrFinalMixAVIFileSpec;
@@ -120,6 +79,12 @@ TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
 
     const QString log = ReadFileToString(report.logFile);
     EXPECT_TRUE(log.contains("measured: voice 4.000s")) << log.toStdString();
+
+    // Rendered again with every piece kept, the join still starts exactly once.
+    const RenderReport again = render(in);
+    ASSERT_TRUE(again.ok()) << again.message.toStdString();
+    EXPECT_EQ(again.reusedPieces, 6);
+    EXPECT_EQ(ReadFileToString(again.logFile).count("final: "), 1);
 }
 
 TEST_F(RenderEndToEnd, UnreadableItemTurnsBlackAndChangedPicturesAreRenderedAgain) {
@@ -188,6 +153,7 @@ TEST_F(RenderEndToEnd, CancelStopsQuicklyAndKeepsThePreviousResult) {
     EXPECT_LT(sinceCancel.elapsed(), 1000);
     EXPECT_EQ(ReadFileToBytes(paths.gstrFinalMixAVIFileSpec), previous);
     EXPECT_FALSE(QFileInfo::exists(job.plan().partialOutput));
+    EXPECT_FALSE(job.plan().partialOutput.isEmpty());
     EXPECT_TRUE(ReadFileToString(report.logFile).contains("cancel"));
 }
 

@@ -1,5 +1,7 @@
 #include "render/RenderPlan.h"
 #include "TestRows.h"
+#include "platform/ShellQuote.h"
+#include "render/FfmpegDialect.h"
 
 #include <gtest/gtest.h>
 
@@ -54,13 +56,17 @@ TEST(RenderPlan, BlackLeadInPictureAndVideoEachFromTheirTime) {
     for (const RenderSegment& s : plan.segments)
         frames += s.frames;
     EXPECT_EQ(frames, frameAt(10));
-    EXPECT_EQ(plan.segments[2].piece, "/w/3.mpg");
     EXPECT_FALSE(plan.segments[2].line.contains(" -ss ")); // an empty start: from the beginning
-    ASSERT_EQ(plan.joinLines.size(), 1);
-    EXPECT_EQ(plan.joinLines[0], "cat '/w/1.mpg' '/w/2.mpg' '/w/3.mpg' > '/w/FinalVideo.mpg'");
-    EXPECT_TRUE(plan.finalLine.contains("-map 0:v -map 1:a"));
-    EXPECT_TRUE(plan.finalLine.contains("-s 320X240"));
-    EXPECT_TRUE(plan.finalLine.endsWith("'/w/FinalMix.rendering.avi'"));
+    // Pieces are in the result's codec and size already: the join copies, only sound is encoded.
+    EXPECT_TRUE(plan.segments[1].line.contains("-c:v mpeg4"));
+    EXPECT_TRUE(plan.segments[1].line.endsWith(ShellQuote(plan.segments[1].partial)));
+    EXPECT_EQ(plan.segments[1].partial, plan.segments[1].piece + ".part");
+    EXPECT_EQ(plan.joinList, "ffconcat version 1.0\nfile '" + plan.segments[0].piece + "'\nfile '" +
+                                 plan.segments[1].piece + "'\nfile '" + plan.segments[2].piece +
+                                 "'\n");
+    EXPECT_TRUE(plan.finalLine.contains("-f concat -safe 0 -i '/w/FinalVideo.txt'"));
+    EXPECT_TRUE(plan.finalLine.contains("-map 0:v -map 1:a -c:v copy"));
+    EXPECT_TRUE(plan.finalLine.endsWith("'/w/FinalMix.rendering-0.avi'"));
 }
 
 TEST(RenderPlan, ManyShortItemsNeverDriftByMoreThanHalfAFrame) {
@@ -76,20 +82,45 @@ TEST(RenderPlan, ManyShortItemsNeverDriftByMoreThanHalfAFrame) {
     EXPECT_EQ(plan.segments.last().firstFrame + plan.segments.last().frames, frameAt(70));
 }
 
-TEST(RenderPlan, JoinsInGroupsOfFive) {
-    const RenderPlan twelve = BuildRenderPlan(inputs(12000, pictures(12)));
-    ASSERT_EQ(twelve.joinLines.size(), 3);
-    EXPECT_EQ(twelve.joinLines[0],
-              "cat '/w/1.mpg' '/w/2.mpg' '/w/3.mpg' '/w/4.mpg' '/w/5.mpg' > '/w/temp5.mpg'");
-    EXPECT_EQ(twelve.joinLines[1], "cat '/w/temp5.mpg' '/w/6.mpg' '/w/7.mpg' '/w/8.mpg' "
-                                   "'/w/9.mpg' '/w/10.mpg' > '/w/temp10.mpg'");
-    EXPECT_EQ(twelve.joinLines[2],
-              "cat '/w/temp10.mpg' '/w/11.mpg' '/w/12.mpg' > '/w/FinalVideo.mpg'");
+TEST(RenderPlan, PiecesAreNamedByWhatTheyShowSoTheyAreFoundAgain) {
+    // The same picture at the same length shares one piece; an inserted item moves no name.
+    const RenderPlan before = BuildRenderPlan(inputs(
+        6000, {Row(1, "Pictures", "0.000", "/p/a.jpg"), Row(2, "Pictures", "2.000", "/p/b.jpg"),
+               Row(3, "Pictures", "4.000", "/p/a.jpg")}));
+    EXPECT_EQ(before.segments[0].piece, before.segments[2].piece);
+    EXPECT_EQ(before.distinctPieces().size(), 2);
+    const RenderPlan after = BuildRenderPlan(inputs(
+        8000, {Row(1, "Pictures", "0.000", "/p/new.jpg"), Row(2, "Pictures", "2.000", "/p/a.jpg"),
+               Row(3, "Pictures", "4.000", "/p/b.jpg"), Row(4, "Pictures", "6.000", "/p/a.jpg")}));
+    EXPECT_EQ(after.segments[2].piece, before.segments[1].piece);
+    EXPECT_NE(after.segments[0].piece, before.segments[0].piece);
+    // Another output size is another piece.
+    RenderInputs big = inputs(6000, {Row(1, "Pictures", "0.000", "/p/a.jpg")});
+    big.gstrVideoRes = QStringLiteral("640X480");
+    EXPECT_NE(BuildRenderPlan(big).segments[0].piece, before.segments[0].piece);
+}
 
-    const RenderPlan five = BuildRenderPlan(inputs(5000, pictures(5)));
-    ASSERT_EQ(five.joinLines.size(), 2);
-    EXPECT_EQ(five.joinLines[1], "cat '/w/temp5.mpg' > '/w/FinalVideo.mpg'");
-    EXPECT_EQ(five.segments.first().kind, "Pictures"); // first event at 0: no lead-in
+TEST(RenderPlan, EveryItemIsFittedIntoTheOutputsOwnShape) {
+    RenderInputs in = inputs(2000, {Row(1, "Pictures", "0.000", "/p/wide.jpg")});
+    in.gstrVideoRes = QStringLiteral("1280X720");
+    const QString line = BuildRenderPlan(in).segments[0].line;
+    EXPECT_TRUE(line.contains("scale=1280:720:force_original_aspect_ratio=decrease"))
+        << line.toStdString();
+    EXPECT_TRUE(line.contains("pad=1280:720:(ow-iw)/2:(oh-ih)/2:black"));
+}
+
+TEST(FrameSize, OnlyDigitsXDigitsPass) {
+    EXPECT_EQ(FfmpegDialect::ParseFrameSize("320X240"), QSize(320, 240));
+    EXPECT_EQ(FfmpegDialect::ParseFrameSize("1280x720"), QSize(1280, 720));
+    for (const char* bad : {"320x\n240", "320X240\n", " 320X240", "320X240 ", "320 X 240",
+                            "320X240;ls", "321X240", "8X8", "99999X240", "X240", "320X", "big", ""})
+        EXPECT_FALSE(FfmpegDialect::ParseFrameSize(QString::fromUtf8(bad)).isValid()) << bad;
+    // Digits of other scripts are no digits to ffmpeg.
+    EXPECT_FALSE(
+        FfmpegDialect::ParseFrameSize(QString::fromUtf8("\u0663\u0662\u0660X240")).isValid());
+    // A rate that is no number never reaches a script.
+    EXPECT_EQ(FfmpegDialect::FrameRate("25"), "25");
+    EXPECT_EQ(FfmpegDialect::FrameRate("25;reboot"), "30000/1001");
 }
 
 TEST(RenderPlan, RowsThatShowNothingLeaveThePreviousItemOnScreen) {
@@ -129,7 +160,7 @@ TEST(RenderPlan, NoEventsGivesTheVoiceAloneAndBadInputsAreRefused) {
     EXPECT_TRUE(voice.audioOnly);
     EXPECT_TRUE(voice.segments.isEmpty());
     EXPECT_TRUE(
-        voice.finalLine.endsWith("-i '/w/RecordedAudio.wav' -y '/w/FinalMix.rendering.mp3'"));
+        voice.finalLine.endsWith("-i '/w/RecordedAudio.wav' -y '/w/FinalMix.rendering-0.mp3'"));
 
     EXPECT_FALSE(BuildRenderPlan(inputs(0, pictures(1))).ok());
     RenderInputs badSize = inputs(3000, pictures(1));
@@ -154,7 +185,7 @@ TEST(RenderPlan, OneRunMakesSeveralPiecesEachFromItsOwnInput) {
     EXPECT_LT(third, line.indexOf("-map 0:v"));
     for (int i = 0; i < 3; ++i) {
         const qsizetype map = line.indexOf(QStringLiteral("-map %1:v").arg(i));
-        const qsizetype piece = line.indexOf(QStringLiteral("-y '/w/%1.mpg'").arg(i + 1));
+        const qsizetype piece = line.indexOf("-y " + ShellQuote(plan.segments[i].partial));
         ASSERT_GE(map, 0);
         EXPECT_LT(map, piece);
         EXPECT_TRUE(line.mid(map, piece - map)

@@ -44,11 +44,16 @@ bool RenderTestMedia::voice(const QString& file, double seconds, int toneHz) con
 }
 
 QColor RenderTestMedia::colourAt(const QString& file, double seconds) const {
+    return colourAtPoint(file, seconds, -1, -1);
+}
+
+QColor RenderTestMedia::colourAtPoint(const QString& file, double seconds, int x, int y) const {
+    const QString crop = x < 0 ? QStringLiteral("crop=8:8,scale=1:1")
+                               : QStringLiteral("crop=2:2:%1:%2,scale=1:1").arg(x).arg(y);
     ToolRunner runner;
-    const RunResult r = runner.runProgram(m_ffmpeg, {"-nostdin", "-v", "error", "-ss",
-                                                     QString::number(seconds, 'f', 3), "-i", file,
-                                                     "-frames:v", "1", "-vf", "crop=8:8,scale=1:1",
-                                                     "-f", "rawvideo", "-pix_fmt", "rgb24", "-"});
+    const RunResult r = runner.runProgram(
+        m_ffmpeg, {"-nostdin", "-v", "error", "-ss", QString::number(seconds, 'f', 3), "-i", file,
+                   "-frames:v", "1", "-vf", crop, "-f", "rawvideo", "-pix_fmt", "rgb24", "-"});
     const QByteArray px = runner.standardOutput();
     if (!r.ok() || px.size() < 3)
         return {};

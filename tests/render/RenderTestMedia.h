@@ -20,6 +20,8 @@ public:
 
     // The colour of the middle of the first frame shown at or after the time.
     QColor colourAt(const QString& file, double seconds) const;
+    // The colour of one pixel of that frame.
+    QColor colourAtPoint(const QString& file, double seconds, int x, int y) const;
     // Mean level in dB of the sound near a frequency in a stretch; -100 when silent or unknown.
     double bandLevel(const QString& file, double from, double length, int hz) const;
     // Stream durations in seconds: "video", "audio" and "format".

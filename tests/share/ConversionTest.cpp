@@ -153,15 +153,6 @@ TEST(ConversionCommand, OutputNameChangesOnlyTheFilesOwnExtension) {
     EXPECT_EQ(ConvertedFileSpec("/w/v1.2/clip", "3GP"), "/w/v1.2/clip.3GP");
 }
 
-TEST(ConversionJob, FfmpegReportLinesGiveLengthAndTimeReached) {
-    EXPECT_EQ(ParseFfmpegDuration("  Duration: 00:01:07.04, start: 0.000000, bitrate: 1 kb/s"),
-              67040);
-    EXPECT_EQ(ParseFfmpegDuration("  Duration: N/A, start: 0.000000"), -1);
-    EXPECT_EQ(ParseFfmpegTime("frame=   50 fps=0.0 q=-0.0 size=256kB time=01:00:01.23 bitrate=1"),
-              3601230);
-    EXPECT_EQ(ParseFfmpegTime("size=N/A time=N/A bitrate=N/A"), -1);
-}
-
 // Every format of the window and every ring tone, converted for real from a clip whose folder
 // name would run commands if it ever reached a shell unquoted.
 TEST(ConversionJob, EveryFormatConvertsAndHoldsTheExpectedStreams) {

@@ -45,15 +45,15 @@ template <typename Condition> bool waitFor(Condition condition, int timeoutMs) {
     return true;
 }
 
-struct WavInfo {
+struct WrittenWav {
     quint16 format = 0, channels = 0, bits = 0;
     quint32 rate = 0, dataBytes = 0;
     QByteArray samples;
 };
 
-WavInfo readWav(const QString& path) {
+WrittenWav readWav(const QString& path) {
     QFile f(path);
-    WavInfo w;
+    WrittenWav w;
     if (!f.open(QIODevice::ReadOnly))
         return w;
     const QByteArray all = f.readAll();
@@ -89,7 +89,7 @@ TEST(WavFileWriter, HeaderKeepsUpWhileWritingAndTheFileEndsConsistent) {
     EXPECT_EQ(readWav(path).dataBytes, 0u); // not yet: the header waits for 1000 bytes
     ASSERT_TRUE(w.append(QByteArray(601, '\2')));
     // On disk now, as a killed process would leave it; a torn sample is left out.
-    WavInfo mid = readWav(path);
+    WrittenWav mid = readWav(path);
     EXPECT_EQ(mid.dataBytes, 1200u);
     EXPECT_EQ(mid.samples.size(), 1201);
     EXPECT_EQ(mid.rate, 44100u);
@@ -99,8 +99,8 @@ TEST(WavFileWriter, HeaderKeepsUpWhileWritingAndTheFileEndsConsistent) {
     ASSERT_TRUE(w.append(QByteArray(1, '\2')));
     ASSERT_TRUE(w.close());
     EXPECT_EQ(readWav(path).dataBytes, 1202u);
-    EXPECT_EQ(WavFileDurationMs(path), 1202 * 1000 / 88200);
-    EXPECT_EQ(WavFileDurationMs(dir.filePath("none.wav")), -1);
+    EXPECT_EQ(WavDurationMs(path), 1202 * 1000 / 88200);
+    EXPECT_EQ(WavDurationMs(dir.filePath("none.wav")), -1);
 }
 
 TEST(WavFileWriter, AFullDiskKeepsWhatWasWrittenAndSaysSo) {
@@ -122,7 +122,7 @@ TEST(WavFileWriter, AFullDiskKeepsWhatWasWrittenAndSaysSo) {
     EXPECT_TRUE(failed);
     EXPECT_FALSE(w.errorString().isEmpty());
     w.close();
-    const WavInfo kept = readWav(path);
+    const WrittenWav kept = readWav(path);
     EXPECT_EQ(kept.dataBytes, 10000u);
     EXPECT_EQ(kept.samples.size(), 10000);
 
@@ -164,7 +164,7 @@ TEST(Recorder, TwoSecondsOfTheTestMicrophone) {
     EXPECT_GE(rec.startLatencyMs(), 0);
     EXPECT_LT(rec.startLatencyMs(), 1500);
 
-    const WavInfo w = readWav(path);
+    const WrittenWav w = readWav(path);
     EXPECT_EQ(w.format, 1);
     EXPECT_EQ(w.channels, 1);
     EXPECT_EQ(w.rate, 44100u);
@@ -285,7 +285,7 @@ TEST(Recorder, EventTimesLineUpWithTheVoice) {
     ASSERT_TRUE(waitFor([&] { return rec.elapsedMs() >= eventMs + 1500; }, 6000));
     player.waitForFinished(3000);
     rec.stop();
-    const WavInfo w = readWav(path);
+    const WrittenWav w = readWav(path);
     const auto* s = reinterpret_cast<const qint16*>(w.samples.constData());
     qint64 onset = -1;
     for (qsizetype i = 0; i < w.samples.size() / 2; ++i)
@@ -334,7 +334,7 @@ TEST(Recorder, ADeviceThatVanishesEndsCaptureAndKeepsTheVoice) {
     EXPECT_TRUE(rec.isRecording());
     const qint64 bytes = rec.stop();
     EXPECT_GE(bytes, 88200 * 8 / 10);
-    const WavInfo w = readWav(dir.filePath("v.wav"));
+    const WrittenWav w = readWav(dir.filePath("v.wav"));
     EXPECT_EQ(qint64(w.dataBytes), bytes);
     EXPECT_EQ(w.samples.size(), bytes);
 }

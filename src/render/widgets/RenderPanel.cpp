@@ -1,6 +1,6 @@
 #include "render/widgets/RenderPanel.h"
 
-#include "platform/WavLength.h"
+#include "platform/WavFormat.h"
 #include "render/widgets/RenderProgressDialog.h"
 #include "studio/AppPaths.h"
 #include "studio/StudioSettings.h"
@@ -100,11 +100,13 @@ void RenderPanel::showOutcome(const RenderReport& report) {
         report.ok() ? QMessageBox::Information : QMessageBox::Warning, QStringLiteral("Render"),
         report.message.isEmpty() ? QStringLiteral("The render failed.") : report.message,
         QMessageBox::Close, this);
-    QPushButton* openLog =
-        box.addButton(QStringLiteral("Open Render Log"), QMessageBox::ActionRole);
-    openLog->setObjectName(QStringLiteral("cmdOpenRenderLog"));
+    QPushButton* openLog = nullptr;
+    if (!report.logFile.isEmpty()) { // only a log that was written is offered
+        openLog = box.addButton(QStringLiteral("Open Render Log"), QMessageBox::ActionRole);
+        openLog->setObjectName(QStringLiteral("cmdOpenRenderLog"));
+    }
     box.exec();
-    if (box.clickedButton() == openLog)
+    if (openLog && box.clickedButton() == openLog)
         QDesktopServices::openUrl(QUrl::fromLocalFile(report.logFile));
 }
 

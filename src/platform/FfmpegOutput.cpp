@@ -1,0 +1,130 @@
+#include "platform/FfmpegOutput.h"
+
+#include <QRegularExpression>
+
+#include <cmath>
+
+namespace cq {
+
+namespace {
+
+// "01:02:03.45" to milliseconds; -1 when the text is no clock.
+qint64 clockMs(QStringView code) {
+    static const QRegularExpression re(QRegularExpression::anchoredPattern(
+        QStringLiteral("(\\d+):(\\d{2}):(\\d{2}(?:\\.\\d+)?)")));
+    const QRegularExpressionMatch m = re.match(code);
+    if (!m.hasMatch())
+        return -1;
+    const qint64 hours = m.captured(1).toLongLong();
+    const qint64 minutes = m.captured(2).toLongLong();
+    const double seconds = m.captured(3).toDouble();
+    return (hours * 3600 + minutes * 60) * 1000 + std::llround(seconds * 1000);
+}
+
+qint64 secondsTextMs(const QString& text) {
+    bool ok = false;
+    const double s = text.trimmed().toDouble(&ok);
+    return ok && s >= 0 ? std::llround(s * 1000.0) : -1;
+}
+
+} // namespace
+
+QString FfmpegLabelLine(const QString& text, QStringView label) {
+    const qsizetype at = text.indexOf(label, 0, Qt::CaseInsensitive);
+    if (at < 0)
+        return {};
+    const qsizetype from = at + label.size();
+    qsizetype end = text.indexOf(u'\n', from);
+    if (end < 0)
+        end = text.size();
+    QString line = text.mid(from, end - from);
+    if (line.endsWith(u'\r'))
+        line.chop(1);
+    return line.isNull() ? QStringLiteral("") : line;
+}
+
+QStringList FfmpegStreamFields(const QString& line) {
+    QStringList fields;
+    int depth = 0;
+    QString current;
+    for (QChar c : line) {
+        if (c == u'(' || c == u'[')
+            ++depth;
+        else if ((c == u')' || c == u']') && depth > 0)
+            --depth;
+        if (c == u',' && depth == 0) {
+            fields << current.trimmed();
+            current.clear();
+        } else {
+            current += c;
+        }
+    }
+    fields << current.trimmed();
+    return fields;
+}
+
+QString FfmpegDurationCode(const QString& text) {
+    const qsizetype d = text.indexOf(u"Duration: ", 0, Qt::CaseInsensitive);
+    if (d < 0)
+        return {};
+    const qsizetype from = d + 10;
+    const qsizetype comma = text.indexOf(u',', from);
+    if (comma < 0)
+        return {};
+    const QString code = text.mid(from, comma - from).trimmed();
+    return clockMs(code) >= 0 ? code : QString();
+}
+
+qint64 FfmpegDurationMs(const QString& line) {
+    const QString code = FfmpegDurationCode(line);
+    return code.isEmpty() ? -1 : clockMs(code);
+}
+
+qint64 FfmpegProgressMs(const QString& line) {
+    if (line.startsWith(u"out_time_us=")) {
+        bool ok = false;
+        const qint64 us = line.mid(12).trimmed().toLongLong(&ok);
+        return ok && us >= 0 ? us / 1000 : -1;
+    }
+    static const QRegularExpression re(QStringLiteral("\\btime=\\s*(\\S+)"));
+    const QRegularExpressionMatch m = re.match(line);
+    return m.hasMatch() ? clockMs(m.captured(1)) : -1;
+}
+
+QList<QPair<QString, QString>> FfprobeKeyValues(const QString& text) {
+    QList<QPair<QString, QString>> pairs;
+    for (QStringView line : QStringView(text).split(u'\n')) {
+        line = line.trimmed();
+        const qsizetype eq = line.indexOf(u'=');
+        if (eq <= 0)
+            continue;
+        pairs.append({line.left(eq).toString(), line.mid(eq + 1).toString()});
+    }
+    return pairs;
+}
+
+ProbedLengths FfprobeLengths(const QString& text) {
+    // Each stream's codec_type comes before its duration; the container's duration comes last,
+    // with no codec_type of its own.
+    ProbedLengths lengths;
+    QString type;
+    for (const auto& [key, value] : FfprobeKeyValues(text)) {
+        if (key == u"codec_type") {
+            type = value;
+            continue;
+        }
+        if (key != u"duration")
+            continue;
+        const qint64 ms = secondsTextMs(value);
+        if (type == u"video" && lengths.videoMs < 0)
+            lengths.videoMs = ms;
+        else if (type == u"audio" && lengths.audioMs < 0)
+            lengths.audioMs = ms;
+        else if (type.isEmpty())
+            lengths.formatMs = ms;
+        type.clear();
+    }
+    return lengths;
+}
+
+} // namespace cq

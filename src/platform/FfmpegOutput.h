@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QList>
+#include <QPair>
+#include <QString>
+#include <QStringList>
+
+namespace cq {
+
+// The one reader of what ffmpeg and ffprobe print: the description of an input on ffmpeg's
+// stderr ("Duration: ...", "Stream #0:0: Video: ..."), its progress ("time=" on stderr,
+// "out_time_us=" with -progress), and ffprobe's key=value output.
+
+// The text behind a label ("Video: ", "Bitrate: ") up to the end of its line, the label found
+// without regard to case; a null string when the label is not there.
+QString FfmpegLabelLine(const QString& text, QStringView label);
+
+// The comma-separated fields of a stream line. ffmpeg writes commas inside parentheses
+// ("yuvj420p(pc, bt470bg/unknown/unknown)"); those belong to their field.
+QStringList FfmpegStreamFields(const QString& line);
+
+// The "hh:mm:ss.cc" behind the first "Duration: ", or an empty text when there is none or ffmpeg
+// said "N/A".
+QString FfmpegDurationCode(const QString& text);
+
+// The same as milliseconds from one line of stderr; -1 when the line holds no known duration.
+qint64 FfmpegDurationMs(const QString& line);
+
+// How far an encode has come, from a stderr statistics line ("... time=00:01:02.50 ...") or a
+// -progress line ("out_time_us=62500000"); -1 when the line does not say.
+qint64 FfmpegProgressMs(const QString& line);
+
+// ffprobe's "-of default=nw=1" output as key and value pairs, in order.
+QList<QPair<QString, QString>> FfprobeKeyValues(const QString& text);
+
+// The lengths ffprobe reports with "-show_entries format=duration:stream=codec_type,duration":
+// the first video and audio stream and the container; -1 where it gave none.
+struct ProbedLengths {
+    qint64 videoMs = -1;
+    qint64 audioMs = -1;
+    qint64 formatMs = -1;
+};
+ProbedLengths FfprobeLengths(const QString& text);
+
+} // namespace cq

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "render/PieceCache.h"
+#include "render/RenderPlan.h"
+
+#include <QList>
+#include <QObject>
+#include <QStringList>
+
+class QTimer;
+
+namespace cq {
+
+class ToolRunner;
+struct RunResult;
+
+// Makes the pieces a plan needs that the cache cannot give: still pictures several to one ffmpeg
+// run, videos alone, as many runs at once as there are cores. A piece that fails its run or its
+// check is made again on its own once; if that fails too, the item shows black for its time and
+// its file is named in failedItems(). Ends with exactly one of finished, failed or cancelled.
+class PieceScheduler : public QObject {
+    Q_OBJECT
+public:
+    static constexpr qsizetype kMaxPiecesPerRun = 8;
+    static constexpr int kAttemptsBeforeBlack = 2;
+
+    PieceScheduler(const RenderInputs& in, const RenderPlan& plan, QString scriptPrefix,
+                   int parallelism, QObject* parent = nullptr);
+    ~PieceScheduler() override;
+
+    void start();
+    void cancel();
+    bool isRunning() const { return m_running; }
+    int reusedPieces() const { return m_reused; }
+    QStringList failedItems() const { return m_failedItems; }
+    QStringList failureReasons() const { return m_failureReasons; }
+
+signals:
+    void progress(qint64 framesDone, qint64 framesTotal);
+    void logLine(const QString& line);
+    void finished();
+    void failed(const QString& message);
+    void cancelled();
+
+private:
+    struct Run {
+        QList<int> segments; // indexes into the plan; empty when the runner is idle
+        bool black = false;  // the stand-in of an item that could not be rendered
+    };
+
+    void queueNeededPieces();
+    void startNext(int runner);
+    void runFinished(int runner, const RunResult& result);
+    void pieceFailed(int index, bool wasBlack, const QString& reason);
+    enum class Ending { Finished, Failed, Cancelled };
+    void end(Ending ending);
+    bool anyRunnerBusy() const;
+    QString scriptFile(int runner) const;
+
+    const RenderInputs& m_in;
+    const RenderPlan& m_plan;
+    PieceCache m_cache;
+    QString m_scriptPrefix;
+    QList<ToolRunner*> m_runners;
+    QList<QTimer*> m_watchdogs;
+    QList<Run> m_busy;     // per runner
+    QList<Run> m_queue;    // runs still to start
+    QList<int> m_attempts; // per segment
+    QStringList m_failedItems;
+    QStringList m_failureReasons;
+    QString m_failure;
+    qint64 m_framesDone = 0;
+    qint64 m_framesTotal = 0;
+    int m_reused = 0;
+    bool m_running = false;
+    bool m_cancelling = false;
+};
+
+} // namespace cq

@@ -1,0 +1,244 @@
+// Renders under the conditions a user meets: a full disk, a piece damaged after it was made, two
+// renders at once, a result that fails its check, pieces of older timelines, hostile sizes.
+#include "RenderFixture.h"
+
+#include "platform/TextFiles.h"
+#include "platform/ToolRunner.h"
+#include "render/AviFrameCount.h"
+#include "render/PieceCache.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace cq;
+using test::ColourName;
+using test::RenderEndToEnd;
+using test::Row;
+
+namespace {
+
+QStringList filesIn(const QString& folder, const QString& pattern) {
+    return QDir(folder).entryList({pattern}, QDir::Files);
+}
+
+// Limits the size of every file this process and its tools write, as a full disk would; the
+// tools get EFBIG instead of a signal.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &m_old);
+        m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit limit = m_old;
+        limit.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &m_old);
+        std::signal(SIGXFSZ, m_oldHandler);
+    }
+
+private:
+    rlimit m_old{};
+    void (*m_oldHandler)(int) = nullptr;
+};
+
+} // namespace
+
+TEST_F(RenderEndToEnd, AFullDiskLeavesNoPieceThatCountsAndKeepsThePreviousResult) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString busy = mediaFile("busy.jpg");
+    ASSERT_TRUE(media.voice(voice, 3.0));
+    ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "testsrc2=s=1280x720", "-frames:v", "1", "-update",
+                           "1", "-q:v", "2", "-y", busy}));
+    studio.gstrVideoRes = QStringLiteral("640X480");
+    const QByteArray previous("the previous render");
+    test::WriteFile(paths.gstrFinalMixAVIFileSpec, previous);
+    const RenderInputs in = inputsFor({Row(1, "Pictures", "0.000", busy)}, voice);
+
+    RenderReport full;
+    {
+        const FileSizeLimit limit(12 * 1024);
+        full = render(in);
+    }
+    EXPECT_EQ(full.outcome, RenderReport::Outcome::Failed);
+    EXPECT_FALSE(full.message.isEmpty());
+    EXPECT_EQ(ReadFileToBytes(paths.gstrFinalMixAVIFileSpec), previous);
+    // Whatever is in the work space with a key is whole.
+    const QString space = paths.gstrTempFilesDirectory + "/Render1";
+    for (const QString& key : filesIn(space, "*.key")) {
+        const QString piece = space + "/" + key.left(key.size() - 4) + ".avi";
+        EXPECT_TRUE(ReadAviContents(piece).complete) << piece.toStdString();
+    }
+
+    // With room again, the picture is made afresh: no cut-short piece is reused.
+    const RenderReport again = render(in);
+    ASSERT_TRUE(again.ok()) << again.message.toStdString();
+    EXPECT_EQ(again.reusedPieces, 0);
+    EXPECT_NE(ColourName(media.colourAt(paths.gstrFinalMixAVIFileSpec, 1.5)), "black");
+}
+
+TEST_F(RenderEndToEnd, APieceDamagedAfterItWasMadeIsMadeAgain) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    ASSERT_TRUE(media.voice(voice, 3.0));
+    QList<EventRow> rows;
+    for (int i = 0; i < 3; ++i) {
+        const QString pic = mediaFile(QStringLiteral("p%1.jpg").arg(i));
+        ASSERT_TRUE(media.solidPicture(pic, i == 1 ? "blue" : "red", 320, 240));
+        rows << Row(i + 1, "Pictures", QString::number(i) + ".000", pic);
+    }
+    const RenderInputs in = inputsFor(rows, voice);
+    RenderInputs used;
+    ASSERT_TRUE(render(in, &used).ok());
+
+    // A crash or a disk error cuts the blue piece short after its key was written.
+    RenderInputs planned = in;
+    planned.workFolder = paths.gstrTempFilesDirectory + "/Render1";
+    const RenderPlan plan = BuildRenderPlan(planned);
+    QFile piece(plan.segments[1].piece);
+    ASSERT_TRUE(piece.exists());
+    ASSERT_TRUE(piece.resize(piece.size() / 2));
+
+    const RenderReport again = render(in);
+    ASSERT_TRUE(again.ok()) << again.message.toStdString();
+    EXPECT_EQ(again.reusedPieces, 2);
+    EXPECT_TRUE(again.failedItems.isEmpty());
+    expectSequence(paths.gstrFinalMixAVIFileSpec, {{0.0, "red"}, {1.0, "blue"}, {2.0, "red"}});
+}
+
+TEST_F(RenderEndToEnd, TwoRendersAtOnceInOneFolderBothComeOutRight) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    ASSERT_TRUE(media.voice(voice, 3.0));
+    QList<EventRow> redRows, blueRows;
+    for (int i = 0; i < 3; ++i) {
+        const QString red = mediaFile(QStringLiteral("red%1.jpg").arg(i));
+        const QString blue = mediaFile(QStringLiteral("blue%1.jpg").arg(i));
+        ASSERT_TRUE(media.solidPicture(red, "red", 320 + 2 * i, 240));
+        ASSERT_TRUE(media.solidPicture(blue, "blue", 320 + 2 * i, 240));
+        redRows << Row(i + 1, "Pictures", QString::number(i) + ".000", red);
+        blueRows << Row(i + 1, "Pictures", QString::number(i) + ".000", blue);
+    }
+    // The same output too: each result is complete, whichever lands last.
+    RenderJob red(inputsFor(redRows, voice), LocateFfprobe(paths), app.file("SystemMediaGen"));
+    RenderJob blue(inputsFor(blueRows, voice), LocateFfprobe(paths), app.file("SystemMediaGen"));
+    int open = 2;
+    QEventLoop loop;
+    for (RenderJob* job : {&red, &blue})
+        QObject::connect(job, &RenderJob::finished, &loop, [&] {
+            if (--open == 0)
+                loop.quit();
+        });
+    red.start();
+    blue.start();
+    loop.exec();
+    ASSERT_TRUE(red.report().ok()) << red.report().message.toStdString();
+    ASSERT_TRUE(blue.report().ok()) << blue.report().message.toStdString();
+    EXPECT_NE(red.inputs().workFolder, blue.inputs().workFolder);
+    const QString shown = ColourName(media.colourAt(paths.gstrFinalMixAVIFileSpec, 0.5));
+    for (double at : {1.5, 2.5})
+        EXPECT_EQ(ColourName(media.colourAt(paths.gstrFinalMixAVIFileSpec, at)), shown);
+    EXPECT_NEAR(media.duration(paths.gstrFinalMixAVIFileSpec, "video"), 3.0, 0.2);
+    EXPECT_TRUE(filesIn(QFileInfo(paths.gstrFinalMixAVIFileSpec).path(), "*.rendering*").isEmpty());
+}
+
+TEST_F(RenderEndToEnd, AResultOfTheWrongLengthNeverReplacesThePreviousOne) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString red = mediaFile("red.jpg");
+    ASSERT_TRUE(media.voice(voice, 2.0));
+    ASSERT_TRUE(media.solidPicture(red, "red", 320, 240));
+    const QByteArray previous("the previous render");
+    test::WriteFile(paths.gstrFinalMixAVIFileSpec, previous);
+    // The recording says 4 s, the voice holds 2 s: the result cannot match.
+    RenderInputs in = inputsFor({Row(1, "Pictures", "0.000", red)}, voice);
+    in.recordingMs = 4000;
+    const RenderReport report = render(in);
+    EXPECT_EQ(report.outcome, RenderReport::Outcome::Failed);
+    EXPECT_EQ(ReadFileToBytes(paths.gstrFinalMixAVIFileSpec), previous);
+    EXPECT_TRUE(report.message.contains("2.0")) << report.message.toStdString();
+    EXPECT_TRUE(report.message.contains(paths.gstrFinalMixAVIFileSpec));
+    EXPECT_TRUE(QFileInfo::exists(report.logFile));
+}
+
+TEST_F(RenderEndToEnd, PiecesOfOlderTimelinesGoAfterASuccessfulRender) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    ASSERT_TRUE(media.voice(voice, 3.0));
+    auto timeline = [&](const QString& colour) {
+        QList<EventRow> rows;
+        for (int i = 0; i < 3; ++i) {
+            const QString pic = mediaFile(colour + QString::number(i) + ".jpg");
+            EXPECT_TRUE(media.solidPicture(pic, colour, 300 + 2 * i, 200));
+            rows << Row(i + 1, "Pictures", QString::number(i) + ".000", pic);
+        }
+        return rows;
+    };
+    const QString space = paths.gstrTempFilesDirectory + "/Render1";
+    ASSERT_TRUE(render(inputsFor(timeline("red"), voice)).ok());
+    EXPECT_EQ(filesIn(space, "*.avi").size(), 3);
+    const RenderReport second = render(inputsFor(timeline("blue"), voice));
+    ASSERT_TRUE(second.ok()) << second.message.toStdString();
+    EXPECT_EQ(second.removedOldFiles, 6); // three pieces and their keys
+    EXPECT_EQ(filesIn(space, "*.avi").size(), 3);
+    EXPECT_EQ(filesIn(space, "*.key").size(), 3);
+    EXPECT_TRUE(filesIn(space, "*.part").isEmpty());
+}
+
+TEST_F(RenderEndToEnd, WidePicturesKeepTheirShapeAtAWideSize) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString wide = mediaFile("wide.jpg");
+    ASSERT_TRUE(media.voice(voice, 2.0));
+    ASSERT_TRUE(media.solidPicture(wide, "red", 1920, 1080));
+    studio.gstrVideoRes = QStringLiteral("320X180");
+    ASSERT_TRUE(render(inputsFor({Row(1, "Pictures", "0.000", wide)}, voice)).ok());
+    // A 4:3 canvas stretched to 16:9 would leave black bands at the top and the bottom.
+    EXPECT_EQ(ColourName(media.colourAtPoint(paths.gstrFinalMixAVIFileSpec, 1.0, 160, 4)), "red");
+    EXPECT_EQ(ColourName(media.colourAtPoint(paths.gstrFinalMixAVIFileSpec, 1.0, 160, 172)), "red");
+}
+
+TEST_F(RenderEndToEnd, HostileCommandLineValuesAreRefusedAtOnce) {
+    const QString folder = app.file("project");
+    QDir().mkpath(folder);
+    ASSERT_TRUE(media.solidPicture(folder + "/red.jpg", "red", 320, 240));
+    ASSERT_TRUE(media.voice(folder + "/RecordedAudio.wav", 1.0));
+    ASSERT_TRUE(SaveBytesToFile("1\tPictures\t0.000\t\tred.jpg", folder + "/Timeline.txt"));
+    // A program named like the second half of a size, first on PATH.
+    const QString bin = app.file("bin");
+    QDir().mkpath(bin);
+    const QString marker = app.file("RAN");
+    ASSERT_TRUE(SaveBytesToFile("#!/bin/sh\ntouch '" + marker.toUtf8() + "'", bin + "/240"));
+    QFile(bin + "/240").setPermissions(QFile::ExeOwner | QFile::ReadOwner);
+    const QString fifo = app.file("voice.wav");
+    ASSERT_EQ(mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+
+    auto run = [&](const QStringList& extra) {
+        ToolRunner runner;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        qputenv("PATH", (bin + ":" + env.value("PATH")).toUtf8());
+        const RunResult r = runner.runProgram(
+            QStringLiteral(CQ_STUDIO_EXECUTABLE),
+            QStringList{"--app-dir", app.path(), "--render", folder + "/Timeline.txt"} + extra);
+        qputenv("PATH", env.value("PATH").toUtf8());
+        return r;
+    };
+    for (const QString& size : {QStringLiteral("320x\n240"), QStringLiteral("320X 240"),
+                                QStringLiteral("320X240\n"), QStringLiteral("320X240;240")}) {
+        const RunResult r = run({"--size", size});
+        EXPECT_EQ(r.exitCode, 2) << size.toStdString();
+        EXPECT_TRUE(r.errorText.contains("not a frame size")) << r.errorText.toStdString();
+    }
+    EXPECT_FALSE(QFileInfo::exists(marker));
+
+    // A FIFO as voice is refused without waiting for a writer.
+    QElapsedTimer clock;
+    clock.start();
+    const RunResult r = run({"--voice", fifo});
+    EXPECT_EQ(r.exitCode, 2);
+    EXPECT_LT(clock.elapsed(), 20000);
+    EXPECT_TRUE(r.errorText.contains("not a regular file")) << r.errorText.toStdString();
+    EXPECT_FALSE(r.errorText.contains("Render log")) << r.errorText.toStdString();
+}
