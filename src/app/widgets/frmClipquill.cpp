@@ -195,7 +195,8 @@ void frmClipquill::showRenderedResult(const QString& file, bool play) {
     else
         player->cue(file);
     m_media->displayPlace().showSurface(DisplayPlace::VideoSurface);
-    m_lblStatus->setText(QStringLiteral("Rendered: %1").arg(QDir::toNativeSeparators(file)));
+    m_lblStatus->setText(QStringLiteral("The render is ready to play in the display place: %1")
+                             .arg(QDir::toNativeSeparators(file)));
 }
 
 MediaBrowser& frmClipquill::mediaBrowser() {
