@@ -28,9 +28,13 @@ StudioOptions ParseStudioOptions(const QStringList& arguments) {
             }
             target = arguments[++i];
         };
-        if (a == u"--app-dir")
+        if (a == u"--app-dir") {
             value(o.appDir);
-        else if (a == u"--check")
+            // An empty name would quietly mean the installation's own folder.
+            if (o.error.isEmpty() && o.appDir.trimmed().isEmpty())
+                o.error = QStringLiteral("--app-dir needs the name of a folder; \"%1\" names none")
+                              .arg(o.appDir);
+        } else if (a == u"--check")
             o.check = true;
         else if (a == u"--render")
             value(o.render);

@@ -1,6 +1,7 @@
 #include "app/Startup.h"
 
 #include "platform/Folders.h"
+#include "platform/TextFiles.h"
 #include "text/TextListFile.h"
 
 #include <QFileInfo>
@@ -26,11 +27,17 @@ WindowlessStartup WindowlessStartup::run(const QString& appFolder, const XdgFold
     require(s.paths.gstrSmallPicsDirectory);
     require(s.paths.gstrSystemTempDirectory);
 
-    s.settings.loadAtStartup(s.paths.gstrHarrowfinSetupFileSpec, s.paths.gstrClipquillSetupFileSpec,
-                             xdg.videos, xdg.music, xdg.pictures);
+    s.problems << s.settings.loadAtStartup(s.paths.gstrHarrowfinSetupFileSpec,
+                                           s.paths.gstrClipquillSetupFileSpec, xdg.videos,
+                                           xdg.music, xdg.pictures);
     require(s.settings.gstrMyVideoProjectsDirectory);
 
-    if (QFileInfo::exists(s.paths.textListFileSpec)) {
+    const QString textListProblem = NotARegularFileProblem(s.paths.textListFileSpec);
+    if (!textListProblem.isEmpty()) {
+        // Whatever stands there is left alone; the list starts with the default texts.
+        s.problems << textListProblem;
+        s.textList = DefaultTextList();
+    } else if (QFileInfo::exists(s.paths.textListFileSpec)) {
         s.textList = LoadTextList(s.paths.textListFileSpec);
     } else {
         s.textList = DefaultTextList();

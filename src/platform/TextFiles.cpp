@@ -1,6 +1,7 @@
 #include "platform/TextFiles.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 namespace cq {
@@ -27,12 +28,21 @@ bool SaveTextToFile(const QString& text, const QString& fileSpec) {
 }
 
 QByteArray ReadFileToBytes(const QString& fileSpec) {
-    if (fileSpec.isEmpty())
+    if (fileSpec.isEmpty() || !QFileInfo(fileSpec).isFile())
         return {};
     QFile file(fileSpec);
     if (!file.open(QIODevice::ReadOnly))
         return {};
     return file.readAll();
+}
+
+QString NotARegularFileProblem(const QString& fileSpec) {
+    const QFileInfo info(fileSpec);
+    if (!info.exists() || info.isFile())
+        return {};
+    return QStringLiteral("\"%1\" is not a regular file, so it was not read. Replace it with a "
+                          "text file or remove it.")
+        .arg(fileSpec);
 }
 
 QString ReadFileToString(const QString& fileSpec) {

@@ -16,8 +16,13 @@ bool SaveBytesToFile(const QByteArray& bytes, const QString& fileSpec);
 // Writes exactly these bytes, nothing appended.
 bool WriteWholeFile(const QByteArray& bytes, const QString& fileSpec);
 
-// The whole file; empty for an empty path or a file that cannot be read.
+// The whole file; empty for an empty path or a file that cannot be read. Only regular files are
+// read: a FIFO without a writer would block the reader for good, a device might never end.
 QString ReadFileToString(const QString& fileSpec);
 QByteArray ReadFileToBytes(const QString& fileSpec);
+
+// A sentence for the user when something that is not a regular file (a FIFO, a device, a
+// folder) stands where the program expects a file; empty for a regular or a missing file.
+QString NotARegularFileProblem(const QString& fileSpec);
 
 } // namespace cq

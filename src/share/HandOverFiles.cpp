@@ -1,6 +1,7 @@
 #include "share/HandOverFiles.h"
 
 #include "platform/Folders.h"
+#include "platform/LegacyText.h"
 #include "platform/TextFiles.h"
 #include "platform/TextHelpers.h"
 
@@ -28,7 +29,8 @@ QString DecodeHandOverBytes(const QByteArray& bytes) {
     QByteArray body = bytes;
     if (body.endsWith("\r\n"))
         body.chop(2);
-    return QString::fromUtf8(InvertCharacters(body));
+    // Files handed over by older installations hold Windows-1252 bytes rather than UTF-8.
+    return DecodeUtf8OrWindows1252(InvertCharacters(body));
 }
 
 bool WriteEmailHandOver(const QString& gstrSystemTempDirectory, const EmailHandOver& handOver) {

@@ -20,7 +20,8 @@ QString EmailMessageText();
 
 // Inverted UTF-8 bytes of the text plus the plain CR LF; the exact bytes of a hand-over file.
 QByteArray EncodeHandOverText(const QString& text);
-// The reverse: drops the plain CR LF at the end (if present) and inverts the rest.
+// The reverse: drops the plain CR LF at the end (if present) and inverts the rest, which is
+// read as UTF-8 or, when it is not valid UTF-8 (older installations), as Windows-1252.
 QString DecodeHandOverBytes(const QByteArray& bytes);
 
 // Creates the hand-over folder when missing and replaces both files. The attachment list holds

@@ -107,9 +107,15 @@ bool DirectorySettings::SaveFTPDirectoryToFile(const QString& fileSpec) const {
         QStringLiteral("gstrFTPDirectory=") + gstrFTPDirectory + QStringLiteral("\r\n"), fileSpec);
 }
 
-void DirectorySettings::loadAtStartup(const QString& siblingFile, const QString& ownFile,
-                                      const QString& xdgVideos, const QString& xdgMusic,
-                                      const QString& xdgPictures) {
+QStringList DirectorySettings::loadAtStartup(const QString& siblingFile, const QString& ownFile,
+                                             const QString& xdgVideos, const QString& xdgMusic,
+                                             const QString& xdgPictures) {
+    QStringList problems;
+    for (const QString& file : {siblingFile, ownFile}) {
+        const QString problem = NotARegularFileProblem(file);
+        if (!problem.isEmpty())
+            problems << problem;
+    }
     LoadDirectoriesFromHarrowfinSetupFile(siblingFile);
     LoadDirectoriesFromClipquillSetupFile(ownFile);
     if (gstrMyVideoDirectory.isEmpty())
@@ -125,6 +131,7 @@ void DirectorySettings::loadAtStartup(const QString& siblingFile, const QString&
     if (gstrMyStdPicturesDirectory2.isEmpty())
         gstrMyStdPicturesDirectory2 = gstrMyVideoDirectory;
     gstrMyVideoProjectsDirectory = gstrMyVideoDirectory + QStringLiteral("/MyVideoProjects");
+    return problems;
 }
 
 } // namespace cq

@@ -33,8 +33,10 @@ struct DirectorySettings {
     // The start-up order: sibling file, own file, sibling again when the video folder is still
     // empty, the desktop's folders (Videos, Music, Pictures) for what is still empty, then the
     // two further folders fall back to the video folder; finally the projects folder is named.
-    void loadAtStartup(const QString& siblingFile, const QString& ownFile, const QString& xdgVideos,
-                       const QString& xdgMusic, const QString& xdgPictures);
+    // A settings path that is not a regular file is skipped; the sentences say which.
+    QStringList loadAtStartup(const QString& siblingFile, const QString& ownFile,
+                              const QString& xdgVideos, const QString& xdgMusic,
+                              const QString& xdgPictures);
 };
 
 // A value that is a number is stored as that number's text ("007" becomes "7").

@@ -1,5 +1,6 @@
 #include "text/TextListFile.h"
 
+#include "platform/LegacyText.h"
 #include "platform/TextFiles.h"
 #include "platform/TextHelpers.h"
 
@@ -15,7 +16,8 @@ QByteArray EncodeTextList(const QStringList& entries) {
 QString DecodeTextListForEditing(const QByteArray& fileBytes) {
     if (fileBytes.size() < 2)
         return {};
-    return QString::fromUtf8(InvertCharacters(fileBytes.left(fileBytes.size() - 2)));
+    // Lists saved by older installations hold Windows-1252 bytes rather than UTF-8.
+    return DecodeUtf8OrWindows1252(InvertCharacters(fileBytes.left(fileBytes.size() - 2)));
 }
 
 QStringList DecodeTextList(const QByteArray& fileBytes) {

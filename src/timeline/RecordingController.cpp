@@ -26,8 +26,9 @@ RecordingController::RecordingController(Parts parts, QString voiceFileSpec, QOb
 bool RecordingController::checkInputDevice() {
     if (Recorder::hasInputDevice())
         return true;
-    emit information(QString::fromLatin1(kNoFullDuplexTitle),
-                     QString::fromLatin1(kNoFullDuplexText));
+    // Without any input there is nothing to share with the output, so this is no question of
+    // full duplex: the user needs to know that recording is impossible until a microphone comes.
+    emit warning(QString::fromLatin1(kNoMicrophoneTitle), QString::fromLatin1(kNoMicrophoneText));
     return false;
 }
 

@@ -33,7 +33,8 @@ public:
 
     RecordingController(Parts parts, QString voiceFileSpec, QObject* parent = nullptr);
 
-    // Start-up check of the sound input: false (and the message said) when there is none.
+    // Start-up check of the sound input: false (and the user told what to do) when there is
+    // none.
     bool checkInputDevice();
     // Starts a recording; pressing it while one runs changes nothing.
     void cmdRecordVoiceEmail_Click();
@@ -60,9 +61,10 @@ private:
 };
 
 // The texts the recorder's window shows.
-inline constexpr char kNoFullDuplexTitle[] = "No full duplex";
-inline constexpr char kNoFullDuplexText[] =
-    "This card does not support full duplex.  You may still record sound.";
+inline constexpr char kNoMicrophoneTitle[] = "No microphone";
+inline constexpr char kNoMicrophoneText[] =
+    "No microphone was found, so your voice cannot be recorded. Connect a microphone, or "
+    "choose a sound input in the system's sound settings, then press the record button.";
 inline constexpr char kRecordASoundFirst[] = "Please record a sound first";
 
 } // namespace cq

@@ -1,5 +1,6 @@
 #include "app/widgets/KeepAwake.h"
 #include "app/widgets/frmClipquill.h"
+#include "support/FifoWatch.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
 
@@ -24,7 +25,7 @@ TEST(MainWindow, TitleCarriesTheVersionWithAThreeDigitRevision) {
         << w->windowTitle().toStdString();
 }
 
-TEST(MainWindow, VideoSizeListOffersSevenSizesAndFollowsTypedText) {
+TEST(MainWindow, VideoSizeListOffersTheSevenSizesThenHdAndFollowsTypedText) {
     test::TestAppFolder app;
     auto w = test::OpenStudio(app);
     auto* combo = w->findChild<QComboBox*>("cboVideoRes");
@@ -33,7 +34,7 @@ TEST(MainWindow, VideoSizeListOffersSevenSizesAndFollowsTypedText) {
     for (int i = 0; i < combo->count(); ++i)
         items << combo->itemText(i);
     EXPECT_EQ(items, QStringList({"160X120", "176X144", "320X240", "352X288", "480X320", "640X480",
-                                  "800X600"}));
+                                  "800X600", "1280X720", "1920X1080"}));
     EXPECT_EQ(combo->currentText(), "320X240");
     EXPECT_EQ(w->studioSettings().gstrVideoRes, "320X240");
     combo->setCurrentIndex(5);
@@ -63,6 +64,18 @@ TEST(MainWindow, ClosingEmptiesTheWorkFolderButKeepsIt) {
     EXPECT_FALSE(QFileInfo::exists(app.file("ClipquillTempFiles/RecordedAudio.wav")));
     EXPECT_FALSE(QFileInfo::exists(app.file("ClipquillTempFiles/FinalMix.avi")));
     EXPECT_TRUE(QFileInfo(app.file("ClipquillTempFiles")).isDir());
+}
+
+TEST(MainWindow, AFifoInPlaceOfTheSplashPictureIsNeverOpened) {
+    test::TestAppFolder app;
+    const QString splash = AppPaths::forFolder(app.path()).splashPictureFileSpec;
+    QFile::remove(splash);
+    test::FifoWatch fifos;
+    ASSERT_TRUE(fifos.make(splash));
+    fifos.start();
+    auto w = test::OpenStudio(app);
+    QTest::qWait(300); // the picture page is shown after a timer
+    EXPECT_EQ(fifos.stop(), QStringList());
 }
 
 TEST(MainWindow, KeepAwakeTimerTicksEveryFiftySeconds) {

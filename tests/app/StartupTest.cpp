@@ -1,6 +1,7 @@
 #include "app/Startup.h"
 #include "platform/TextFiles.h"
 #include "studio/AppFolder.h"
+#include "support/FifoWatch.h"
 #include "support/TestAppFolder.h"
 #include "text/TextListFile.h"
 
@@ -60,6 +61,41 @@ TEST(Startup, AnExistingTextListIsReadNotReplaced) {
     ASSERT_TRUE(SaveTextList({"Hi", "Yo"}, app.file("System/TTS.txt")));
     const WindowlessStartup s = WindowlessStartup::run(app.path(), XdgFolders::fromDesktop());
     EXPECT_EQ(s.textList, QStringList({"Hi", "Yo"}));
+}
+
+TEST(Startup, FifosInPlaceOfTheSettingsAndTextListAreRefusedNotRead) {
+    test::TestAppFolder app;
+    QFile::remove(app.file("System/TTS.txt"));
+    test::FifoWatch fifos;
+    for (const char* name : {"ClipquillSetup.txt", "HarrowfinSetup.txt", "System/TTS.txt"})
+        ASSERT_TRUE(fifos.make(app.file(name))) << name;
+    fifos.start();
+    const WindowlessStartup s = WindowlessStartup::run(app.path(), XdgFolders::fromDesktop());
+    EXPECT_EQ(fifos.stop(), QStringList()) << "start-up would have waited for a writer";
+    for (const char* name : {"ClipquillSetup.txt", "HarrowfinSetup.txt", "System/TTS.txt"}) {
+        const QString sentence = "\"" + app.file(name) + "\" is not a regular file";
+        EXPECT_EQ(s.problems.filter(sentence).size(), 1) << s.problems.join('\n').toStdString();
+    }
+    EXPECT_EQ(s.textList, DefaultTextList());
+    EXPECT_EQ(s.settings.gstrMyVideoDirectory, XdgFolders::fromDesktop().videos);
+    EXPECT_FALSE(QFileInfo(app.file("System/TTS.txt")).isFile()) << "what stands there stays";
+}
+
+TEST(CheckCommand, AnEmptyAppDirIsRefusedAndFifosAreReportedWithoutWaiting) {
+    test::TestAppFolder app(false);
+    StudioRun run = runStudio({"--app-dir", "", "--check"}, app.home());
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.err.startsWith("--app-dir needs the name of a folder"))
+        << run.err.toStdString();
+    EXPECT_TRUE(run.out.isEmpty()) << "nothing was checked";
+
+    const QString dir = app.path() + "/fifos";
+    QDir().mkpath(dir);
+    ASSERT_EQ(::mkfifo((dir + "/ClipquillSetup.txt").toLocal8Bit().constData(), 0644), 0);
+    run = runStudio({"--app-dir", dir, "--check"}, app.home());
+    EXPECT_TRUE(
+        run.out.contains("problem: \"" + dir + "/ClipquillSetup.txt\" is not a regular file"))
+        << run.out.toStdString();
 }
 
 TEST(AppFolder, AnEmptyFolderIsSeededWithToolLinksAndMedia) {

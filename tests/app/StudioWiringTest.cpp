@@ -9,10 +9,13 @@
 #include "timeline/EventGridModel.h"
 #include "timeline/widgets/TimelineStudio.h"
 
+#include <QFileInfo>
 #include <QImage>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -28,8 +31,8 @@ void clickItem(QListWidget* list, const QString& text) {
                       list->visualItemRect(found.first()).center());
 }
 
-QPushButton* button(frmClipquill& w, const char* name) {
-    auto* b = w.findChild<QPushButton*>(name);
+QAbstractButton* button(frmClipquill& w, const char* name) {
+    auto* b = w.findChild<QAbstractButton*>(name);
     EXPECT_NE(b, nullptr) << name;
     return b;
 }
@@ -139,4 +142,56 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
     button(*w, "cmdFullScreen")->click();
     EXPECT_FALSE(video->fullScreen()) << "full screen only while the video plays";
     w->recordingState().gblnRecording = false;
+}
+
+// A desktop whose sound server has speakers but no input at all. The sound system is set up
+// once per process, so the studio runs in a child process that talks to a private server.
+TEST(StudioWiring, WithoutAnySoundInputStartUpSaysNoMicrophoneWasFound) {
+    if (qEnvironmentVariableIsSet("CQ_TEST_SPEAKERS_ONLY")) {
+        test::TestAppFolder app;
+        auto w = test::OpenStudio(app);
+        QMessageBox* box = nullptr;
+        ASSERT_TRUE(QTest::qWaitFor(
+            [&] { return (box = w->findChild<QMessageBox*>()) && box->isVisible(); }, 10000));
+        EXPECT_EQ(box->windowTitle(), "No microphone");
+        EXPECT_TRUE(box->text().startsWith("No microphone was found")) << box->text().toStdString();
+        EXPECT_FALSE(box->text().contains("You may still record sound"));
+        box->close();
+        QTest::qWait(50);
+        button(*w, "cmdRecordVoiceEmail")->click();
+        EXPECT_FALSE(w->recordingState().gblnRecording) << "record refuses";
+        return;
+    }
+    const QString pulseaudio = QStandardPaths::findExecutable("pulseaudio");
+    if (pulseaudio.isEmpty())
+        GTEST_SKIP() << "no PulseAudio to start a private server";
+    QTemporaryDir runtime;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("XDG_RUNTIME_DIR", runtime.path());
+    env.insert("HOME", runtime.path());
+    env.remove("PULSE_SERVER");
+    QProcess server;
+    server.setProcessEnvironment(env);
+    server.start(pulseaudio, {"--daemonize=no", "-n", "--exit-idle-time=-1",
+                              "--load=module-native-protocol-unix",
+                              "--load=module-null-sink sink_name=speakers"});
+    ASSERT_TRUE(server.waitForStarted(10000));
+    const QString socket = runtime.filePath("pulse/native");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QFileInfo::exists(socket); }, 20000))
+        << server.readAllStandardError().toStdString();
+
+    QProcess child;
+    env.insert("CQ_TEST_SPEAKERS_ONLY", "1");
+    env.insert("PULSE_SERVER", "unix:" + socket);
+    child.setProcessEnvironment(env);
+    child.start(
+        QCoreApplication::applicationFilePath(),
+        {"--gtest_filter=StudioWiring.WithoutAnySoundInputStartUpSaysNoMicrophoneWasFound"});
+    const bool finished = child.waitForFinished(60000);
+    server.terminate();
+    server.waitForFinished(10000);
+    ASSERT_TRUE(finished);
+    const QByteArray out = child.readAllStandardOutput();
+    EXPECT_EQ(child.exitCode(), 0) << out.data();
+    EXPECT_TRUE(out.contains("[       OK ]")) << out.data();
 }

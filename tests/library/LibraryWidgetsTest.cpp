@@ -1,16 +1,21 @@
+#include "app/widgets/MediaStation.h"
 #include "app/widgets/frmClipquill.h"
 #include "library/FolderListing.h"
 #include "library/PicturesWebPage.h"
+#include "library/playback/MediaPlayer.h"
 #include "library/widgets/DisplayPlace.h"
 #include "library/widgets/MediaBrowser.h"
 #include "library/widgets/PageViewer.h"
 #include "support/TestAppFolder.h"
+#include "timeline/EventGridModel.h"
+#include "timeline/widgets/TimelineStudio.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QLabel>
 #include <QListWidget>
+#include <QProcess>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QTest>
@@ -135,6 +140,53 @@ TEST_F(LibraryWindow, ThumbnailPageShowsAndAThumbnailClickShowsThePicture) {
         QFileInfo::exists(app.file(QString::fromUtf8("SmallPics/Zoë's & <Trip>/added.jpg"))));
     EXPECT_TRUE(thumbs->toHtml().contains("added.jpg"));
     EXPECT_EQ(child<QListWidget>("File1_2")->count(), 3);
+}
+
+namespace {
+// Where the viewer draws the anchor whose link ends with the name.
+QPoint AnchorPoint(PageViewer* viewer, const QString& name) {
+    for (QTextBlock block = viewer->document()->begin(); block.isValid(); block = block.next())
+        for (auto it = block.begin(); !it.atEnd(); ++it)
+            if (it.fragment().charFormat().anchorHref().endsWith(name)) {
+                QTextCursor cursor(viewer->document());
+                cursor.setPosition(it.fragment().position());
+                const QRect start = viewer->cursorRect(cursor);
+                cursor.setPosition(it.fragment().position() + it.fragment().length());
+                const QRect end = viewer->cursorRect(cursor);
+                return {(start.left() + end.left()) / 2, start.center().y()};
+            }
+    return {-1, -1};
+}
+} // namespace
+
+TEST_F(LibraryWindow, AVideoThumbnailPlaysInTheDisplayPlaceAndIsLogged) {
+    const QString clip = JoinPath(pictures, "surf clip.avi");
+    QProcess ffmpeg;
+    ffmpeg.start("ffmpeg", {"-hide_banner", "-loglevel", "error", "-f", "lavfi", "-i",
+                            "testsrc=size=160x120:rate=25:duration=4", "-c:v", "mpeg4", clip});
+    ASSERT_TRUE(ffmpeg.waitForFinished(30000));
+    ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
+    ASSERT_TRUE(window->mediaBrowser().Dir1_Change(MediaBrowser::kPicturesTab, pictures));
+    QTest::mouseClick(child<QPushButton>("cmdViewPics"), Qt::LeftButton);
+    window->mediaBrowser().picturesPage().waitForFinished();
+    auto* thumbs = child<PageViewer>("WebBrowserPics");
+    QTRY_VERIFY(thumbs->toHtml().contains("surf clip.avi"));
+    const QPoint at = AnchorPoint(thumbs, "surf clip.avi");
+    ASSERT_TRUE(thumbs->anchorAt(at).endsWith("surf clip.avi"));
+
+    window->recordingState().gblnRecording = true;
+    QTest::mouseClick(thumbs->viewport(), Qt::LeftButton, {}, at);
+    window->recordingState().gblnRecording = false;
+    MediaPlayer* video = window->media().WMPAudio(0);
+    EXPECT_EQ(video->URL(), clip);
+    EXPECT_EQ(window->displayPlace().currentSurface(), DisplayPlace::VideoSurface);
+    const EventGridModel& grid = window->timeline().grid();
+    ASSERT_EQ(grid.rowCount(), 1) << "logged once";
+    EXPECT_EQ(grid.row(0).mediaType, "Video");
+    EXPECT_EQ(grid.row(0).fileSpec, clip);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return video->playState() == static_cast<int>(PlayState::Playing); }, 10000))
+        << "play state " << video->playState();
 }
 
 TEST_F(LibraryWindow, FolderChangesReachTheSettingsAndVanishedFoldersChangeNothing) {

@@ -76,3 +76,15 @@ TEST(EmailHandOver, VoiceOnlyRecordingSendsTheSoundFileWhenItExists) {
     EXPECT_EQ(ChooseEmailAttachment(1, avi, mp3), avi);
     EXPECT_EQ(ChooseEmailAttachment(7, avi, mp3), avi);
 }
+
+TEST(EmailHandOver, FilesOfAnOlderInstallationReadInWindows1252) {
+    QTemporaryDir dir;
+    test::WriteFile(dir.path() + "/EmailMessageText.txt",
+                    Flipped("Voil\xe0 \x96 ma vid\xe9o\r\n") + "\r\n");
+    test::WriteFile(dir.path() + "/EmailAttachmentList.txt",
+                    Flipped("/home/zo\xeb/Vid\xe9os/FinalMix.avi\r\n") + "\r\n");
+    const EmailHandOverReadResult read = ReadEmailHandOver(dir.path());
+    ASSERT_TRUE(read.ok()) << read.error.toStdString();
+    EXPECT_EQ(read.handOver.messageText, QString::fromUtf8("Voilà – ma vidéo\r\n"));
+    EXPECT_EQ(read.handOver.attachmentPath, QString::fromUtf8("/home/zoë/Vidéos/FinalMix.avi"));
+}

@@ -41,3 +41,26 @@ TEST(TextListFile, EmptyListIsOnlyTheFinalCrLf) {
     EXPECT_TRUE(LoadTextList(file).isEmpty());
     EXPECT_TRUE(DecodeTextList("x").isEmpty());
 }
+
+// Older installations inverted Windows-1252 bytes, not UTF-8: "é" was the single byte 0xE9.
+TEST(TextListFile, ListOfAnOlderInstallationReadsBackInWindows1252) {
+    QByteArray plain("Caf\xe9 \x93ol\xe9\x94 \x80"
+                     "5\r\nDoh!\r\n");
+    QByteArray file;
+    for (char c : plain)
+        file.append(char(255 - static_cast<unsigned char>(c)));
+    file += "\r\n";
+    EXPECT_EQ(DecodeTextList(file), QStringList({QString::fromUtf8("Café “olé” €5"), "Doh!"}));
+
+    // Saved again, the list is UTF-8 and reads back the same.
+    QTemporaryDir dir;
+    const QString tts = dir.filePath("TTS.txt");
+    ASSERT_TRUE(SaveTextList(DecodeTextList(file), tts));
+    const QByteArray saved = ReadFileToBytes(tts);
+    QByteArray back;
+    for (char c : saved.chopped(2))
+        back.append(char(255 - static_cast<unsigned char>(c)));
+    EXPECT_EQ(back, QByteArray("Caf\xc3\xa9 \xe2\x80\x9col\xc3\xa9\xe2\x80\x9d \xe2\x82\xac"
+                               "5\r\nDoh!\r\n"));
+    EXPECT_EQ(LoadTextList(tts), DecodeTextList(file));
+}

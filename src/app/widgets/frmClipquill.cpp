@@ -9,6 +9,7 @@
 #include "library/widgets/DisplayPlace.h"
 #include "library/widgets/MediaBrowser.h"
 #include "platform/Folders.h"
+#include "render/RenderJob.h"
 #include "render/widgets/RenderPanel.h"
 #include "share/widgets/SharePanel.h"
 #include "timeline/EventGridModel.h"
@@ -20,6 +21,8 @@
 
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -27,6 +30,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QSplitter>
+#include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -36,7 +40,9 @@ namespace {
 const QStringList kVideoSizes{QStringLiteral("160X120"), QStringLiteral("176X144"),
                               QStringLiteral("320X240"), QStringLiteral("352X288"),
                               QStringLiteral("480X320"), QStringLiteral("640X480"),
-                              QStringLiteral("800X600")};
+                              QStringLiteral("800X600"),
+                              // Today's screens; typing them was left to the few who knew.
+                              QStringLiteral("1280X720"), QStringLiteral("1920X1080")};
 } // namespace
 
 QString frmClipquill::windowTitleText() {
@@ -121,6 +127,12 @@ void frmClipquill::buildLayout() {
     outer->addWidget(m_sharePanel);
 
     setCentralWidget(central);
+    // Where the last render went, for the user to find it outside the studio too.
+    m_lblStatus = new QLabel(this);
+    m_lblStatus->setObjectName(QStringLiteral("lblStatus"));
+    m_lblStatus->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_lblStatus->setAccessibleName(QStringLiteral("Status"));
+    statusBar()->addWidget(m_lblStatus, 1);
     if (QScreen* screen = QGuiApplication::primaryScreen()) {
         const QRect avail = screen->availableGeometry();
         resize(std::min(1280, avail.width() * 9 / 10), std::min(820, avail.height() * 9 / 10));
@@ -151,12 +163,39 @@ void frmClipquill::connectRender() {
         [this] { return qRound64(m_recording.gdblRecordingLength * 1000.0); });
     // The rendered video takes the display place's player; the players let go of the files
     // a new render replaces.
-    connect(m_renderPanel, &RenderPanel::playRenderedRequested, m_display,
-            [this](const QString& finalMix) { m_display->showVideo(finalMix, -1); });
+    connect(m_renderPanel, &RenderPanel::playRenderedRequested, this,
+            [this](const QString& finalMix) { showRenderedResult(finalMix, true); });
+    connect(m_renderPanel, &RenderPanel::renderFinished, this, &frmClipquill::onRenderFinished);
     connect(m_renderPanel, &RenderPanel::releaseFilesRequested, this, [this] {
         m_media->stopAllPlayers();
         m_media->WMPAudio(0)->close();
     });
+}
+
+void frmClipquill::onRenderFinished(const RenderReport& report) {
+    const QString file = report.output.isEmpty() ? m_paths.gstrFinalMixAVIFileSpec : report.output;
+    if (report.outcome == RenderReport::Outcome::Rendered && QFileInfo(file).isFile()) {
+        // Shown, not played: the user starts it, or sees at once where it went.
+        showRenderedResult(file, false);
+        return;
+    }
+    m_lblStatus->setText(report.outcome == RenderReport::Outcome::Cancelled
+                             ? QStringLiteral("The render was cancelled.")
+                             : QStringLiteral("The render failed."));
+}
+
+void frmClipquill::showRenderedResult(const QString& file, bool play) {
+    // Watching the result is like recording: the screen saver stays away again (Stop ended it).
+    m_keepAwake->tmrMoveMouseToPreventScreenSaver().start(50000);
+    MediaPlayer* player = m_media->WMPAudio(0);
+    player->setVolume(90);
+    if (play)
+        player->setURL(file);
+    else
+        player->cue(file);
+    m_media->displayPlace().showSurface(DisplayPlace::VideoSurface);
+    m_lblStatus->setText(QStringLiteral("The render is ready to play in the display place: %1")
+                             .arg(QDir::toNativeSeparators(file)));
 }
 
 MediaBrowser& frmClipquill::mediaBrowser() {

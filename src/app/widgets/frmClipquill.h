@@ -19,6 +19,7 @@ class QVBoxLayout;
 namespace cq {
 
 class DisplayPlace;
+struct RenderReport;
 class KeepAwake;
 class MediaBrowser;
 class MediaStation;
@@ -46,6 +47,7 @@ public:
     MediaBrowser& mediaBrowser();
     DisplayPlace& displayPlace();
     RenderPanel& renderPanel() { return *m_renderPanel; }
+    QLabel* statusText() const { return m_lblStatus; }
     SharePanel& sharePanel() { return *m_sharePanel; }
     TimelineStudio& timeline() { return *m_timeline; }
 
@@ -58,6 +60,10 @@ private:
     void buildLayout();
     QLayout* buildTimeline(QWidget* central);
     void connectRender();
+    // The rendered file in the display place's player, at the volume a result is watched at;
+    // play starts it at once, otherwise it waits at its first picture.
+    void showRenderedResult(const QString& file, bool play);
+    void onRenderFinished(const RenderReport& report);
     void cboVideoRes_Change(const QString& text);
     void cmdSaveDirectories_Click();
     void Form_Unload();
@@ -74,6 +80,7 @@ private:
 
     QHBoxLayout* m_topBar = nullptr;
     QComboBox* m_cboVideoRes = nullptr;
+    QLabel* m_lblStatus = nullptr;
     QPushButton* m_cmdSaveDirectories = nullptr;
     RenderPanel* m_renderPanel = nullptr;
     QSplitter* m_splitter = nullptr;

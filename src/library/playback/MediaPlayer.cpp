@@ -68,6 +68,17 @@ void MediaPlayer::setURL(const QString& url) {
     play();
 }
 
+void MediaPlayer::cue(const QString& url) {
+    m_url = url;
+    m_hasPlayed = false;
+    if (url.isEmpty()) {
+        close();
+        return;
+    }
+    m_player->setSource(QUrl::fromLocalFile(url));
+    m_player->pause();
+}
+
 void MediaPlayer::close() {
     m_player->stop();
     m_player->setSource(QUrl());

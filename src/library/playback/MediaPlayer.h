@@ -36,6 +36,8 @@ public:
     // A local path or a URL; setting it starts playback. Empty closes.
     void setURL(const QString& url);
     QString URL() const { return m_url; }
+    // Loads the media without playing it: it waits, paused at its first picture, for play().
+    void cue(const QString& url);
     void close();
 
     int playState() const { return static_cast<int>(m_playState); }

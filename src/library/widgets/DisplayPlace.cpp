@@ -82,7 +82,7 @@ DisplayPlace::DisplayPlace(const AppPaths& paths, QWidget* parent)
     connect(m_refit, &QTimer::timeout, this, &DisplayPlace::refitPicture);
 
     showSurface(PictureSurface);
-    if (QFileInfo::exists(m_paths.splashPictureFileSpec))
+    if (QFileInfo(m_paths.splashPictureFileSpec).isFile())
         MakeHTMLPageForPicture(m_paths.splashPictureFileSpec);
 }
 
@@ -132,8 +132,9 @@ int DisplayPlace::currentSurface() const {
 bool DisplayPlace::MakeHTMLPageForPicture(const QString& fileSpec) {
     if (!HasPicturePageExtension(fileSpec))
         return false;
-    // Only the size is read here; a file that cannot be read keeps the last proportions.
-    const QSize size = QImageReader(fileSpec).size();
+    // Only the size is read here; a file that cannot be read keeps the last proportions. Only a
+    // regular file is opened: reading a FIFO would wait for a writer that never comes.
+    const QSize size = QFileInfo(fileSpec).isFile() ? QImageReader(fileSpec).size() : QSize();
     if (size.isValid() && !size.isEmpty())
         m_pictureSize = size;
     m_lastPicture = fileSpec;

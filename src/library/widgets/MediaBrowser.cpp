@@ -150,7 +150,11 @@ void MediaBrowser::onThumbnailAnchor(const QUrl& url) {
     const ThumbnailClick click = DecideThumbnailClick(url);
     if (click.showPicture)
         emit pictureClicked(click.fileSpec);
-    if (click.log)
+    // A video or a sound among the pictures plays as a click on it in a file list would; a
+    // video logged without being seen would surprise the user in the render.
+    if (click.mediaType == u"Video" || click.mediaType == u"Audio")
+        emit fileClicked(kPicturesTab, click.fileSpec);
+    else if (click.log)
         emit mediaEventRequested(click.mediaType, click.fileSpec);
 }
 

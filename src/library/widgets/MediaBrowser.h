@@ -48,10 +48,12 @@ public:
     bool thumbnailsShown() const;
 
 signals:
+    // A file of a tab's list was clicked, or a video or sound thumbnail of the picture page (as
+    // a file of the Pictures tab).
     void fileClicked(int tab, const QString& fileSpec);
     // A thumbnail of a picture was clicked: the picture is to be shown.
     void pictureClicked(const QString& fileSpec);
-    // A thumbnail click that a running recording logs (every type but "Audio").
+    // A picture thumbnail click, which a running recording logs.
     void mediaEventRequested(const QString& mediaType, const QString& fileSpec);
 
 private:

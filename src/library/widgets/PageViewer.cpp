@@ -18,7 +18,7 @@ PageViewer::PageViewer(QWidget* parent) : QTextBrowser(parent) {
 }
 
 bool PageViewer::showPageFile(const QString& pageFileSpec) {
-    if (!QFileInfo::exists(pageFileSpec))
+    if (!QFileInfo(pageFileSpec).isFile())
         return false;
     m_pageFileSpec = pageFileSpec;
     // A fresh document, so that pictures rewritten since the last visit are read again.
@@ -29,7 +29,11 @@ bool PageViewer::showPageFile(const QString& pageFileSpec) {
 
 QVariant PageViewer::loadResource(int type, const QUrl& name) {
     if (type == QTextDocument::ImageResource) {
-        QImageReader reader(FileSpecFromPageUrl(name));
+        const QString fileSpec = FileSpecFromPageUrl(name);
+        // A FIFO named in a page would block the viewer until something writes to it.
+        if (!QFileInfo(fileSpec).isFile())
+            return {};
+        QImageReader reader(fileSpec);
         reader.setAutoTransform(true);
         const QImage image = reader.read();
         if (!image.isNull())
