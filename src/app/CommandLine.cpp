@@ -3,6 +3,7 @@
 #include "app/InstallationCheck.h"
 #include "app/Startup.h"
 #include "app/widgets/frmClipquill.h"
+#include "platform/TerminationSignals.h"
 #include "render/CommandLineRender.h"
 #include "studio/AppFolder.h"
 
@@ -80,8 +81,8 @@ int runCheck(const WindowlessStartup& startup) {
     printTo(stdout, InstallationCheck::report(startup, check));
     if (check.essentialsUsable())
         return 0;
-    printTo(stderr, QStringLiteral("Clipquill cannot render without ffmpeg and ImageMagick: "
-                                   "sudo apt-get install ffmpeg imagemagick\n"));
+    printTo(stderr, QStringLiteral("Clipquill cannot render without %1: see the lines above.\n")
+                        .arg(check.missingEssentials().join(QStringLiteral(", "))));
     return 1;
 }
 
@@ -108,6 +109,8 @@ int RunStudio(int argc, char** argv) {
     else
         app = std::make_unique<QApplication>(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Clipquill"));
+    // SIGTERM, SIGINT and SIGHUP end the program through its destructors, so no tool outlives it.
+    TerminationSignals stopSignals;
 
     const AppFolderChoice folder = ChooseAppFolder(
         options.appDir, QCoreApplication::applicationDirPath(), DefaultFallbackAppFolder());
@@ -129,7 +132,8 @@ int RunStudio(int argc, char** argv) {
                                         options.output};
         StudioSettings studio;
         studio.keepVideoSound = options.videoSound;
-        return RunCommandLineRender(startup.paths, studio, render, stdout, stderr);
+        const int code = RunCommandLineRender(startup.paths, studio, render, stdout, stderr);
+        return stopSignals.received() ? stopSignals.exitCode() : code;
     }
     frmClipquill window(std::move(startup));
     window.show();
