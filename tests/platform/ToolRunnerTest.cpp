@@ -1,6 +1,7 @@
 #include "platform/ToolRunner.h"
 #include "platform/ShellQuote.h"
 #include "platform/TextFiles.h"
+#include "support/LiveProcesses.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -20,20 +21,9 @@
 #include <functional>
 
 using namespace cq;
+using test::Eventually;
 
 namespace {
-
-// Runs events until the condition holds or the time is up.
-bool eventually(const std::function<bool()>& condition, int ms) {
-    QDeadlineTimer deadline(ms);
-    while (!condition()) {
-        if (deadline.hasExpired())
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        QThread::msleep(5);
-    }
-    return true;
-}
 
 // The live members of a process group; a zombie has ended and does not count.
 QList<qint64> groupMembers(qint64 group) {
@@ -156,7 +146,7 @@ TEST(ToolRunner, ItsOwnSignalsMayStartTheNextRunOrDeleteIt) {
             delete runner; // the process whose signal this is must outlive the delivery
     });
     ASSERT_TRUE(runner->startScript("echo run1", dir.filePath("c.sh")));
-    ASSERT_TRUE(eventually([&] { return alive.isNull(); }, 20000));
+    ASSERT_TRUE(Eventually([&] { return alive.isNull(); }, 20000));
     EXPECT_EQ(outputs, QStringList({"run1", "run2", "run3"}));
 
     // Programs too, and from a line of output while the run is still going.
@@ -164,7 +154,7 @@ TEST(ToolRunner, ItsOwnSignalsMayStartTheNextRunOrDeleteIt) {
     QPointer<ToolRunner> programAlive(program);
     QObject::connect(program, &ToolRunner::outputLine, [&](const QString&) { delete program; });
     ASSERT_TRUE(program->startProgram("/bin/echo", {"x"}));
-    EXPECT_TRUE(eventually([&] { return programAlive.isNull(); }, 20000));
+    EXPECT_TRUE(Eventually([&] { return programAlive.isNull(); }, 20000));
     // Events still flow afterwards: the deferred deletions find nothing freed twice.
     QTest::qWait(50);
 }
@@ -177,7 +167,7 @@ TEST(ToolRunner, NoToolOfAScriptOutlivesItsRunOrItsRunner) {
     ASSERT_TRUE(r.ok()) << r.errorText.toStdString();
     const qint64 group = runner.standardOutput().trimmed().toLongLong();
     ASSERT_GT(group, 0);
-    EXPECT_TRUE(eventually([&] { return groupMembers(group).isEmpty(); }, 2000))
+    EXPECT_TRUE(Eventually([&] { return groupMembers(group).isEmpty(); }, 2000))
         << groupMembers(group).size() << " left";
 
     // A runner destroyed mid-run (its window closed) takes the group with it, at once.
@@ -186,8 +176,8 @@ TEST(ToolRunner, NoToolOfAScriptOutlivesItsRunOrItsRunner) {
     QObject::connect(running, &ToolRunner::outputLine,
                      [&](const QString& line) { second = line.toLongLong(); });
     ASSERT_TRUE(running->startScript("echo $$\nsleep 30 & sleep 30", dir.filePath("d.sh")));
-    ASSERT_TRUE(eventually([&] { return second > 0 && groupMembers(second).size() >= 2; }, 10000));
+    ASSERT_TRUE(Eventually([&] { return second > 0 && groupMembers(second).size() >= 2; }, 10000));
     delete running;
-    EXPECT_TRUE(eventually([&] { return groupMembers(second).isEmpty(); }, 2000))
+    EXPECT_TRUE(Eventually([&] { return groupMembers(second).isEmpty(); }, 2000))
         << groupMembers(second).size() << " left";
 }
