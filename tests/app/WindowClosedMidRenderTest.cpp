@@ -34,6 +34,7 @@ TEST(WindowClosedMidRender, TakesEveryToolOfTheRenderWithIt) {
                            "-ac", "1", "-c:a", "pcm_s16le", paths.gstrRecordedAudioFileSpec}));
     RenderPanel& panel = window->renderPanel();
     panel.setQuiet(true);
+    panel.setLengthProvider([] { return qint64(300000); });
     panel.setRowsProvider([video] {
         EventRow r;
         r.mediaCount = 1;
