@@ -3,6 +3,7 @@
 #include "app/InstallationCheck.h"
 #include "app/Startup.h"
 #include "app/widgets/frmClipquill.h"
+#include "platform/TerminationSignals.h"
 #include "render/CommandLineRender.h"
 #include "studio/AppFolder.h"
 
@@ -86,8 +87,8 @@ int runCheck(const WindowlessStartup& startup) {
     printTo(stdout, InstallationCheck::report(startup, check));
     if (check.essentialsUsable())
         return 0;
-    printTo(stderr, QStringLiteral("Clipquill cannot render without ffmpeg and ImageMagick: "
-                                   "sudo apt-get install ffmpeg imagemagick\n"));
+    printTo(stderr, QStringLiteral("Clipquill cannot render without %1: see the lines above.\n")
+                        .arg(check.missingEssentials().join(QStringLiteral(", "))));
     return 1;
 }
 
@@ -115,6 +116,8 @@ int RunStudio(int argc, char** argv) {
         app = std::make_unique<QApplication>(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Clipquill"));
     QGuiApplication::setDesktopFileName(QLatin1String(kDesktopId));
+    // SIGTERM, SIGINT and SIGHUP end the program through its destructors, so no tool outlives it.
+    TerminationSignals stopSignals;
 
     const AppFolderChoice folder = ChooseAppFolder(
         options.appDir, QCoreApplication::applicationDirPath(), DefaultFallbackAppFolder());
@@ -136,7 +139,8 @@ int RunStudio(int argc, char** argv) {
                                         options.output};
         StudioSettings studio;
         studio.keepVideoSound = options.videoSound;
-        return RunCommandLineRender(startup.paths, studio, render, stdout, stderr);
+        const int code = RunCommandLineRender(startup.paths, studio, render, stdout, stderr);
+        return stopSignals.received() ? stopSignals.exitCode() : code;
     }
     frmClipquill window(std::move(startup));
     window.show();

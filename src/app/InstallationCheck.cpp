@@ -5,8 +5,8 @@
 
 #include <QAudioDevice>
 #include <QEventLoop>
+#include <QFileInfo>
 #include <QMediaDevices>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QTextToSpeech>
 #include <QTimer>
@@ -15,6 +15,16 @@ namespace cq {
 
 namespace {
 
+constexpr int kToolAnswerMs = 10000;
+
+// Runs a program through the runner, as the studio would, and stops it if it does not answer.
+RunResult askProgram(ToolRunner& runner, const QString& program, const QStringList& args) {
+    if (!runner.startProgram(program, args))
+        return runner.lastResult();
+    QTimer::singleShot(kToolAnswerMs, &runner, &ToolRunner::cancel);
+    return runner.waitForFinished();
+}
+
 CheckFinding checkTool(const ToolLocation& tool, const QString& expected) {
     CheckFinding f{tool.name, false, QString()};
     if (!tool.found()) {
@@ -22,7 +32,7 @@ CheckFinding checkTool(const ToolLocation& tool, const QString& expected) {
         return f;
     }
     ToolRunner runner;
-    const RunResult r = runner.runProgram(tool.path, {QStringLiteral("-version")});
+    const RunResult r = askProgram(runner, tool.path, {QStringLiteral("-version")});
     const QString firstLine =
         QString::fromUtf8(runner.standardOutput()).section(u'\n', 0, 0).trimmed();
     f.usable = r.ok() && firstLine.contains(expected, Qt::CaseInsensitive);
@@ -30,6 +40,27 @@ CheckFinding checkTool(const ToolLocation& tool, const QString& expected) {
                         : QStringLiteral("%1 does not run: %2 %3")
                               .arg(tool.path, r.errorText.trimmed(), tool.missingMessage());
     return f;
+}
+
+// The shell of every script, and the utilities the scripts call by name from PATH.
+QList<CheckFinding> checkScriptTools() {
+    QList<CheckFinding> findings;
+    const QFileInfo shell(ToolRunner::shell());
+    findings << CheckFinding{QStringLiteral("sh"), shell.isFile() && shell.isExecutable(),
+                             shell.isFile() && shell.isExecutable()
+                                 ? ToolRunner::shell()
+                                 : ToolRunner::shell() + QStringLiteral(" is missing; every "
+                                                                        "script runs under it")};
+    for (const QString& name : ScriptUtilities()) {
+        const ToolLocation tool = LocateScriptUtility(name);
+        findings << CheckFinding{
+            name, tool.found(),
+            tool.found() ? tool.path
+                         : QStringLiteral("%1 is not on PATH (%2); the render's scripts call it. "
+                                          "Install the Debian package \"%3\" or fix PATH.")
+                               .arg(name, qEnvironmentVariable("PATH"), tool.package)};
+    }
+    return findings;
 }
 
 CheckFinding checkAudioInput() {
@@ -68,12 +99,14 @@ CheckFinding checkMail() {
         f.detail = QStringLiteral("xdg-email is missing; install the Debian package \"xdg-utils\"");
         return f;
     }
-    QProcess query;
-    query.start(QStringLiteral("xdg-mime"), {QStringLiteral("query"), QStringLiteral("default"),
-                                             QStringLiteral("x-scheme-handler/mailto")});
+    const QString xdgMime = QStandardPaths::findExecutable(QStringLiteral("xdg-mime"));
     QString client;
-    if (query.waitForFinished(5000))
-        client = QString::fromUtf8(query.readAllStandardOutput()).trimmed();
+    ToolRunner runner;
+    if (!xdgMime.isEmpty() && askProgram(runner, xdgMime,
+                                         {QStringLiteral("query"), QStringLiteral("default"),
+                                          QStringLiteral("x-scheme-handler/mailto")})
+                                  .ok())
+        client = QString::fromUtf8(runner.standardOutput()).trimmed();
     f.usable = !client.isEmpty();
     f.detail = f.usable ? QStringLiteral("xdg-email, mail client ") + client
                         : QStringLiteral("xdg-email is there, but no mail client handles "
@@ -87,17 +120,28 @@ InstallationCheck InstallationCheck::run(const AppPaths& paths) {
     InstallationCheck c;
     c.findings << checkTool(LocateFfmpeg(paths.gstrFFMPEGFileSpec),
                             QStringLiteral("ffmpeg version"));
+    c.findings << checkTool(LocateFfprobeBesideFfmpeg(paths.gstrFFMPEGFileSpec),
+                            QStringLiteral("ffprobe version"));
     c.findings << checkTool(LocateConvert(paths.gstrImageMagickFileSpec),
                             QStringLiteral("ImageMagick"));
+    c.findings << checkScriptTools();
     c.findings << checkAudioInput() << checkSpeech() << checkMail();
     return c;
 }
 
-bool InstallationCheck::essentialsUsable() const {
+QStringList InstallationCheck::missingEssentials() const {
+    const QStringList essential = QStringList{QStringLiteral("ffmpeg"), QStringLiteral("ffprobe"),
+                                              QStringLiteral("convert"), QStringLiteral("sh")} +
+                                  ScriptUtilities();
+    QStringList missing;
     for (const CheckFinding& f : findings)
-        if ((f.what == u"ffmpeg" || f.what == u"convert") && !f.usable)
-            return false;
-    return true;
+        if (essential.contains(f.what) && !f.usable)
+            missing << f.what;
+    return missing;
+}
+
+bool InstallationCheck::essentialsUsable() const {
+    return missingEssentials().isEmpty();
 }
 
 QString InstallationCheck::report(const WindowlessStartup& startup,

@@ -26,9 +26,22 @@ ToolLocation LocateFfmpeg(const QString& gstrFFMPEGFileSpec) {
     return LocateTool(gstrFFMPEGFileSpec, QStringLiteral("ffmpeg"), QStringLiteral("ffmpeg"));
 }
 
+ToolLocation LocateFfprobeBesideFfmpeg(const QString& gstrFFMPEGFileSpec) {
+    return LocateTool(QFileInfo(gstrFFMPEGFileSpec).path() + QStringLiteral("/ffprobe"),
+                      QStringLiteral("ffprobe"), QStringLiteral("ffmpeg"));
+}
+
 ToolLocation LocateConvert(const QString& gstrImageMagickFileSpec) {
     return LocateTool(gstrImageMagickFileSpec, QStringLiteral("convert"),
                       QStringLiteral("imagemagick"));
+}
+
+QStringList ScriptUtilities() {
+    return {QStringLiteral("cat"), QStringLiteral("mv"), QStringLiteral("rm")};
+}
+
+ToolLocation LocateScriptUtility(const QString& name) {
+    return {QStandardPaths::findExecutable(name), name, QStringLiteral("coreutils")};
 }
 
 } // namespace cq

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace cq {
 
-// The external tools: System/ffmpeg and System/convert of the application folder are links
-// to the system's programs; when one is missing there, the program on PATH serves.
+// The external tools: System/ffmpeg, System/ffprobe and System/convert of the application
+// folder are links to the system's programs; when one is missing there, the program on PATH
+// serves. The render, the thumbnails and the installation check all find them here, so the
+// check can never pass a tool the render would miss.
 struct ToolLocation {
     QString path;    // the program to run; empty when it is nowhere
     QString name;    // "ffmpeg", "convert"
@@ -19,6 +22,13 @@ struct ToolLocation {
 ToolLocation LocateTool(const QString& applicationFileSpec, const QString& name,
                         const QString& package);
 ToolLocation LocateFfmpeg(const QString& gstrFFMPEGFileSpec);
+// ffprobe stands in the same folder as ffmpeg.
+ToolLocation LocateFfprobeBesideFfmpeg(const QString& gstrFFMPEGFileSpec);
 ToolLocation LocateConvert(const QString& gstrImageMagickFileSpec);
+
+// The utilities the studio's scripts call by name, found on PATH as the script's shell finds
+// them: "cat" joins pieces, "mv" and "rm" put finished files in place and tidy up.
+QStringList ScriptUtilities();
+ToolLocation LocateScriptUtility(const QString& name);
 
 } // namespace cq

@@ -3,16 +3,47 @@
 #include "platform/ScriptFile.h"
 
 #include <QEventLoop>
+#include <QFileInfo>
+#include <QPointer>
 
 #include <csignal>
+#include <sys/prctl.h>
 #include <sys/types.h>
 #include <unistd.h>
 
 namespace cq {
 
 namespace {
+
 constexpr qsizetype kMaxKeptError = 64 * 1024;
 constexpr qsizetype kMaxKeptOutput = 4 * 1024 * 1024;
+
+// The shell that runs a script first leaves a guard in the group: it holds the read end of the
+// pipe whose write end only the studio holds (the script's stdin, never written). The guard's
+// read returns when that pipe closes, that is when the studio dies, however it dies; the guard
+// then kills the whole group. Signals meant for the script do not stop the guard. The script
+// itself and its tools read /dev/null.
+const QString kGuardedStart =
+    QStringLiteral("exec 3<&0 </dev/null\n"
+                   "{ trap '' HUP INT TERM; read -r _ <&3; kill -KILL 0; } >/dev/null 2>&1 &\n"
+                   "exec 3<&-\n"
+                   "exec /bin/sh \"$0\"\n");
+
+// Splits off every complete line (CR or LF ends one) and leaves the rest in partial.
+QStringList takeLines(QByteArray& partial) {
+    QStringList lines;
+    qsizetype start = 0;
+    for (qsizetype i = 0; i < partial.size(); ++i) {
+        if (partial[i] != '\n' && partial[i] != '\r')
+            continue;
+        if (i > start)
+            lines << QString::fromUtf8(partial.mid(start, i - start));
+        start = i + 1;
+    }
+    partial.remove(0, start);
+    return lines;
+}
+
 } // namespace
 
 ToolRunner::ToolRunner(QObject* parent) : QObject(parent) {
@@ -22,61 +53,111 @@ ToolRunner::ToolRunner(QObject* parent) : QObject(parent) {
 }
 
 ToolRunner::~ToolRunner() {
-    if (m_running && m_process) {
+    if (m_running)
         signalGroup(SIGKILL);
-        m_process->waitForFinished(2000);
-    }
+    releaseProcess();
 }
 
 bool ToolRunner::startScript(const QString& script, const QString& scriptFileSpec) {
     if (m_running)
         return false;
-    if (!SaveScriptToFile(script, scriptFileSpec)) {
+    const QString file = QFileInfo(scriptFileSpec).absoluteFilePath();
+    if (!SaveScriptToFile(script, file)) {
         m_result = {RunResult::Outcome::Failed, -1,
                     QStringLiteral("The script \"%1\" could not be written.").arg(scriptFileSpec)};
-        emit finished(m_result);
+        const RunResult result = m_result;
+        emit finished(result);
         return false;
     }
-    return startProcess(QStringLiteral("/bin/sh"), {scriptFileSpec});
+    return startProcess(shell(), {QStringLiteral("-c"), kGuardedStart, file}, true);
 }
 
 bool ToolRunner::startProgram(const QString& program, const QStringList& arguments) {
     if (m_running)
         return false;
-    return startProcess(program, arguments);
+    return startProcess(program, arguments, false);
 }
 
-bool ToolRunner::startProcess(const QString& program, const QStringList& arguments) {
-    delete m_process;
+bool ToolRunner::startProcess(const QString& program, const QStringList& arguments, bool script) {
+    releaseProcess();
     m_process = new QProcess(this);
     m_process->setProgram(program);
     m_process->setArguments(arguments);
     m_process->setInputChannelMode(QProcess::ManagedInputChannel);
-    // A group of its own, so that cancel reaches every tool the script started.
-    m_process->setChildProcessModifier([] { ::setpgid(0, 0); });
+    const pid_t studio = ::getpid();
+    m_process->setChildProcessModifier([studio] {
+        // A group of its own, so that cancel reaches every tool the script started.
+        ::setpgid(0, 0);
+        // Killed with the studio; and if the studio died before that took hold, go now.
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (::getppid() != studio)
+            ::_exit(127);
+        sigset_t none;
+        sigemptyset(&none);
+        ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    });
     connect(m_process, &QProcess::readyReadStandardOutput, this,
-            [this] { onReadyRead(QProcess::StandardOutput); });
+            [this] { deliver([this] { readChannel(QProcess::StandardOutput); }); });
     connect(m_process, &QProcess::readyReadStandardError, this,
-            [this] { onReadyRead(QProcess::StandardError); });
-    connect(m_process, &QProcess::finished, this, &ToolRunner::onFinished);
-    connect(m_process, &QProcess::errorOccurred, this, &ToolRunner::onErrorOccurred);
+            [this] { deliver([this] { readChannel(QProcess::StandardError); }); });
+    connect(m_process, &QProcess::finished, this,
+            [this](int exitCode, QProcess::ExitStatus status) {
+                deliver([=, this] { onFinished(exitCode, status); });
+            });
+    connect(m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        deliver([=, this] { onErrorOccurred(error); });
+    });
     m_stdout.clear();
     m_stderrTail.clear();
     m_partial[0].clear();
     m_partial[1].clear();
     m_cancelRequested = false;
     m_result = {};
+    m_pid = 0;
+    m_script = script;
     m_running = true;
+    QPointer<ToolRunner> self(this);
     m_process->start();
-    m_process->closeWriteChannel();
-    if (!m_process->waitForStarted(5000)) {
-        if (m_running) // errorOccurred did not finish it yet
-            finish({RunResult::Outcome::Failed, -1,
-                    QStringLiteral("%1 could not be started.").arg(program)});
+    if (!self || !m_running) // it failed at once; finished has been emitted
         return false;
-    }
     m_pid = m_process->processId();
+    // The parent sets the group too, so a cancel right after the start cannot miss it.
+    if (m_pid > 0)
+        ::setpgid(static_cast<pid_t>(m_pid), static_cast<pid_t>(m_pid));
+    // A script keeps its stdin open: the guard's pipe. A program gets end of input at once.
+    if (!script)
+        m_process->closeWriteChannel();
     return true;
+}
+
+void ToolRunner::releaseProcess() {
+    if (!m_process)
+        return;
+    QProcess* process = m_process;
+    m_process = nullptr;
+    process->disconnect(this);
+    process->setParent(nullptr);
+    if (process->state() != QProcess::NotRunning) {
+        // Its group has been killed; it goes once the event loop has reaped it, so nothing
+        // waits here.
+        connect(process, &QProcess::stateChanged, process, [process](QProcess::ProcessState s) {
+            if (s == QProcess::NotRunning)
+                process->deleteLater();
+        });
+    } else if (m_delivering > 0) {
+        // Still inside one of its signals: deleting it now would pull it out from under Qt.
+        process->deleteLater();
+    } else {
+        delete process;
+    }
+}
+
+void ToolRunner::deliver(const std::function<void()>& handler) {
+    QPointer<ToolRunner> self(this);
+    ++m_delivering;
+    handler();
+    if (self)
+        --m_delivering;
 }
 
 RunResult ToolRunner::waitForFinished() {
@@ -117,7 +198,9 @@ void ToolRunner::signalGroup(int signal) {
         ::kill(static_cast<pid_t>(-m_pid), signal);
 }
 
-void ToolRunner::onReadyRead(QProcess::ProcessChannel channel) {
+bool ToolRunner::readChannel(QProcess::ProcessChannel channel) {
+    if (!m_process)
+        return true;
     const bool isErr = channel == QProcess::StandardError;
     m_process->setReadChannel(channel);
     const QByteArray chunk = m_process->readAll();
@@ -130,29 +213,35 @@ void ToolRunner::onReadyRead(QProcess::ProcessChannel channel) {
     }
     QByteArray& partial = m_partial[isErr ? 1 : 0];
     partial += chunk;
-    qsizetype start = 0;
-    for (qsizetype i = 0; i < partial.size(); ++i) {
-        if (partial[i] != '\n' && partial[i] != '\r')
-            continue;
-        if (i > start) {
-            const QString line = QString::fromUtf8(partial.mid(start, i - start));
-            isErr ? emit errorLine(line) : emit outputLine(line);
-        }
-        start = i + 1;
+    const QStringList lines = takeLines(partial);
+    QPointer<ToolRunner> self(this);
+    for (const QString& line : lines) {
+        isErr ? emit errorLine(line) : emit outputLine(line);
+        if (!self)
+            return false;
     }
-    partial.remove(0, start);
+    return true;
 }
 
-void ToolRunner::onFinished(int exitCode, QProcess::ExitStatus status) {
-    onReadyRead(QProcess::StandardOutput);
-    onReadyRead(QProcess::StandardError);
+bool ToolRunner::flushPartialLines() {
+    QPointer<ToolRunner> self(this);
     for (int channel = 0; channel < 2; ++channel) {
         if (m_partial[channel].isEmpty())
             continue;
         const QString line = QString::fromUtf8(m_partial[channel]);
         m_partial[channel].clear();
         channel == 1 ? emit errorLine(line) : emit outputLine(line);
+        if (!self)
+            return false;
     }
+    return true;
+}
+
+void ToolRunner::onFinished(int exitCode, QProcess::ExitStatus status) {
+    // A line handler may delete the runner; then there is nobody left to tell.
+    if (!readChannel(QProcess::StandardOutput) || !readChannel(QProcess::StandardError) ||
+        !flushPartialLines())
+        return;
     RunResult r;
     r.exitCode = status == QProcess::NormalExit ? exitCode : -1;
     r.errorText = QString::fromUtf8(m_stderrTail);
@@ -166,7 +255,7 @@ void ToolRunner::onFinished(int exitCode, QProcess::ExitStatus status) {
 }
 
 void ToolRunner::onErrorOccurred(QProcess::ProcessError error) {
-    if (error != QProcess::FailedToStart || !m_running)
+    if (error != QProcess::FailedToStart || !m_running || !m_process)
         return;
     finish({RunResult::Outcome::Failed, -1,
             QStringLiteral("%1 could not be started: %2")
@@ -176,14 +265,31 @@ void ToolRunner::onErrorOccurred(QProcess::ProcessError error) {
 void ToolRunner::finish(RunResult result) {
     if (!m_running)
         return;
-    // Whatever a cancelled script left running in its group goes with it.
-    if (result.cancelled())
+    // Whatever a script or a cancelled program left running in its group goes with it; the
+    // guard of a script is still in the group, so the group id cannot have been reused.
+    if (m_script || result.cancelled())
         signalGroup(SIGKILL);
+    if (m_process)
+        m_process->closeWriteChannel();
     m_killTimer.stop();
     m_running = false;
     m_pid = 0;
     m_result = result;
-    emit finished(m_result);
+    // Handlers may delete the runner or start its next run: nothing here is touched after.
+    emit finished(result);
+}
+
+qint64 ToolRunner::startDetached(const QString& program, const QStringList& arguments,
+                                 const QString& workingFolder) {
+    QProcess process;
+    process.setProgram(program);
+    process.setArguments(arguments);
+    process.setWorkingDirectory(workingFolder);
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    qint64 pid = 0;
+    return process.startDetached(&pid) ? pid : 0;
 }
 
 } // namespace cq

@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <functional>
+
 namespace cq {
 
 struct RunResult {
@@ -19,9 +21,15 @@ struct RunResult {
     bool cancelled() const { return outcome == Outcome::Cancelled; }
 };
 
-// Runs one external tool job at a time: a /bin/sh script (or one program) in a process group of
-// its own. Waiting never blocks the event loop; cancel stops the whole group (SIGTERM, then
-// SIGKILL after a grace period). Output arrives line by line for progress parsing.
+// The one way the studio starts an external program. Runs one job at a time: a /bin/sh script
+// (or one program) in a process group of its own. Waiting never blocks the event loop; cancel
+// stops the whole group (SIGTERM, then SIGKILL after a grace period). Output arrives line by
+// line for progress parsing.
+//
+// Tools never outlive the studio: a script's group is killed when the run ends, when the runner
+// is destroyed, and, should the studio itself be killed, by a guard in the group that notices the
+// studio's end of a pipe closing. A program started directly gets the parent-death signal.
+// The runner may be deleted, or start its next run, from any of its own signals.
 class ToolRunner : public QObject {
     Q_OBJECT
 public:
@@ -32,7 +40,8 @@ public:
     bool startScript(const QString& script, const QString& scriptFileSpec);
     // Starts a program with arguments directly; no shell sees them.
     bool startProgram(const QString& program, const QStringList& arguments);
-    // Returns when the job has ended; the window keeps handling events meanwhile.
+    // Returns when the job has ended, running a local event loop meanwhile. For headless
+    // commands and tests only: the window's handlers connect to finished instead.
     RunResult waitForFinished();
 
     RunResult runScript(const QString& script, const QString& scriptFileSpec);
@@ -44,14 +53,26 @@ public:
     QByteArray standardOutput() const { return m_stdout; }
     void setKillGraceMilliseconds(int ms) { m_killGraceMs = ms; }
 
+    // A program that lives on its own (a browser, the mixer, the FTP program): not waited for,
+    // not stopped with the studio, its output discarded. No shell sees its arguments. Returns the
+    // process id, 0 when it could not start.
+    static qint64 startDetached(const QString& program, const QStringList& arguments,
+                                const QString& workingFolder = QString());
+    // The shell every script runs under.
+    static QString shell() { return QStringLiteral("/bin/sh"); }
+
 signals:
     void outputLine(const QString& line); // stdout, split at CR or LF
     void errorLine(const QString& line);  // stderr, split at CR or LF
     void finished(const cq::RunResult& result);
 
 private:
-    bool startProcess(const QString& program, const QStringList& arguments);
-    void onReadyRead(QProcess::ProcessChannel channel);
+    bool startProcess(const QString& program, const QStringList& arguments, bool script);
+    void releaseProcess();
+    // Runs a handler of the process's signals; the runner may be gone when it returns.
+    void deliver(const std::function<void()>& handler);
+    bool readChannel(QProcess::ProcessChannel channel);
+    bool flushPartialLines();
     void onFinished(int exitCode, QProcess::ExitStatus status);
     void onErrorOccurred(QProcess::ProcessError error);
     void signalGroup(int signal);
@@ -65,7 +86,9 @@ private:
     RunResult m_result;
     qint64 m_pid = 0;
     bool m_running = false;
+    bool m_script = false;
     bool m_cancelRequested = false;
+    int m_delivering = 0; // > 0 while one of the process's signals is being handled
     int m_killGraceMs = 3000;
 };
 

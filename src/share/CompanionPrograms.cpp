@@ -1,7 +1,8 @@
 #include "share/CompanionPrograms.h"
 
+#include "platform/ToolRunner.h"
+
 #include <QFileInfo>
-#include <QProcess>
 
 namespace cq {
 
@@ -41,10 +42,7 @@ QString FtpMissingMessage(const QString& appFolder) {
 
 qint64 StartCompanion(const QString& program, const QStringList& arguments,
                       const QString& workingFolder) {
-    qint64 pid = 0;
-    if (!QProcess::startDetached(program, arguments, workingFolder, &pid))
-        return 0;
-    return pid;
+    return ToolRunner::startDetached(program, arguments, workingFolder);
 }
 
 } // namespace cq

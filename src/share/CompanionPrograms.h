@@ -20,8 +20,8 @@ QString FtpProgramFileSpec(const QString& appFolder);
 bool FtpProgramAvailable(const QString& appFolder);
 QString FtpMissingMessage(const QString& appFolder);
 
-// Starts a program with its own arguments (no shell) and does not wait for it. Returns the
-// process id, 0 when it could not start.
+// Starts a program with its own arguments (no shell) and does not wait for it; it outlives the
+// studio. Returns the process id, 0 when it could not start.
 qint64 StartCompanion(const QString& program, const QStringList& arguments,
                       const QString& workingFolder = QString());
 

@@ -1,11 +1,12 @@
 #include "app/widgets/KeepAwake.h"
 
-#include <QProcess>
+#include "platform/ToolRunner.h"
+
 #include <QStandardPaths>
 
 namespace cq {
 
-KeepAwake::KeepAwake(QObject* parent) : QObject(parent) {
+KeepAwake::KeepAwake(QObject* parent) : QObject(parent), m_runner(new ToolRunner(this)) {
     m_timer.setObjectName(QStringLiteral("tmrMoveMouseToPreventScreenSaver"));
     m_timer.setInterval(50000);
     connect(&m_timer, &QTimer::timeout, this, &KeepAwake::tmrMoveMouseToPreventScreenSaver_Timer);
@@ -14,16 +15,15 @@ KeepAwake::KeepAwake(QObject* parent) : QObject(parent) {
 
 void KeepAwake::tmrMoveMouseToPreventScreenSaver_Timer() {
     ++m_ticks;
+    // A reset still under way from the last tick is as good as a new one.
+    if (m_runner->isRunning())
+        return;
     const QString tool = QStandardPaths::findExecutable(QStringLiteral("xdg-screensaver"));
     if (tool.isEmpty())
         return;
-    // Never loud: on a desktop without its helpers the tool complains on every tick.
-    QProcess reset;
-    reset.setProgram(tool);
-    reset.setArguments({QStringLiteral("reset")});
-    reset.setStandardOutputFile(QProcess::nullDevice());
-    reset.setStandardErrorFile(QProcess::nullDevice());
-    reset.startDetached();
+    // Never loud: on a desktop without its helpers the tool complains on every tick, and the
+    // runner keeps what it says to itself.
+    m_runner->startProgram(tool, {QStringLiteral("reset")});
 }
 
 } // namespace cq

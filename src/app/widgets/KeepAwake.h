@@ -5,6 +5,8 @@
 
 namespace cq {
 
+class ToolRunner;
+
 // Keeps the screen saver away while the studio records or plays: every 50 s it tells the
 // desktop the user is active (xdg-screensaver reset). Never complains when it cannot.
 class KeepAwake : public QObject {
@@ -19,6 +21,7 @@ private:
     void tmrMoveMouseToPreventScreenSaver_Timer();
 
     QTimer m_timer;
+    ToolRunner* m_runner = nullptr;
     int m_ticks = 0;
 };
 

@@ -21,25 +21,25 @@ void MasterVolume::setValue(int masterValue) {
     if (!available())
         return;
     m_pending = masterValue;
-    if (!m_runner->isRunning())
-        startNext();
+    startNext();
 }
 
 void MasterVolume::readValue() {
     if (!available())
         return;
     m_pendingRead = true;
-    if (!m_runner->isRunning())
-        startNext();
+    startNext();
 }
 
 void MasterVolume::startNext() {
+    if (m_runner->isRunning()) // a handler of valueSet or valueRead may have started one
+        return;
     if (m_pending) {
         m_running = *m_pending;
         m_pending.reset();
         m_reading = false;
-        if (!m_runner->startProgram(m_pactl, MasterVolumeArguments(m_running)))
-            emit valueSet(m_running, false);
+        // A pactl that cannot start ends its run as failed: onFinished reports it.
+        m_runner->startProgram(m_pactl, MasterVolumeArguments(m_running));
         return;
     }
     if (m_pendingRead) {
@@ -62,15 +62,7 @@ void MasterVolume::onFinished() {
         emit valueSet(m_running, result.ok());
         m_running = -1;
     }
-    // Not from inside the finished process's own notification: starting replaces it.
-    if (m_pending || m_pendingRead)
-        QMetaObject::invokeMethod(
-            this,
-            [this] {
-                if (!m_runner->isRunning())
-                    startNext();
-            },
-            Qt::QueuedConnection);
+    startNext();
 }
 
 } // namespace cq

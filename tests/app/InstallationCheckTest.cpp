@@ -1,0 +1,60 @@
+#include "support/TestAppFolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+namespace {
+
+struct CheckRun {
+    int exitCode = -1;
+    QString out, err;
+};
+
+// --check with a PATH that holds only links to the named programs.
+CheckRun checkWithPath(const test::TestAppFolder& app, const QStringList& programs) {
+    const QString bin = app.home() + "/bin";
+    QDir(bin).removeRecursively();
+    QDir().mkpath(bin);
+    for (const QString& name : programs)
+        EXPECT_TRUE(QFile::link(QStandardPaths::findExecutable(name), bin + "/" + name))
+            << name.toStdString();
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("PATH", bin);
+    p.setProcessEnvironment(env);
+    p.start(CQ_STUDIO_EXECUTABLE, {"--app-dir", app.path(), "--check"});
+    EXPECT_TRUE(p.waitForFinished(60000));
+    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
+            QString::fromUtf8(p.readAllStandardError())};
+}
+
+} // namespace
+
+TEST(CheckCommand, FindsToolsAsTheRenderDoesAndNamesWhatTheRenderWouldMiss) {
+    test::TestAppFolder app;
+    const QStringList all{"ffmpeg", "ffprobe", "convert", "cat", "mv", "rm"};
+    CheckRun run = checkWithPath(app, all);
+    EXPECT_EQ(run.exitCode, 0) << run.out.toStdString() << run.err.toStdString();
+    for (const char* tool : {"ffmpeg", "ffprobe", "convert", "sh", "cat", "mv", "rm"})
+        EXPECT_TRUE(run.out.contains(QString("\n%1: usable (").arg(tool))) << tool;
+
+    // No ffprobe beside ffmpeg in the application folder, and none on PATH.
+    QFile::remove(app.file("System/ffprobe"));
+    run = checkWithPath(app, {"ffmpeg", "convert", "cat", "mv", "rm"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.out.contains("\nffprobe: NOT usable (")) << run.out.toStdString();
+    EXPECT_TRUE(run.err.contains("ffprobe")) << run.err.toStdString();
+
+    // On PATH it serves, as it does for the render; cat is what the joins would miss now.
+    run = checkWithPath(app, {"ffmpeg", "ffprobe", "convert", "mv", "rm"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.out.contains("\nffprobe: usable (")) << run.out.toStdString();
+    EXPECT_TRUE(run.out.contains("\ncat: NOT usable (cat is not on PATH")) << run.out.toStdString();
+    EXPECT_TRUE(run.err.contains("cat")) << run.err.toStdString();
+}

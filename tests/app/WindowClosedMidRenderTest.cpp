@@ -1,0 +1,56 @@
+#include "render/widgets/RenderPanel.h"
+#include "studio/AppPaths.h"
+#include "support/LiveProcesses.h"
+#include "support/StudioWindow.h"
+
+#include <QProcess>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+using test::Eventually;
+using test::ProcessesMentioning;
+
+namespace {
+bool makeMedia(const QStringList& arguments) {
+    QProcess ffmpeg;
+    ffmpeg.start(QStandardPaths::findExecutable("ffmpeg"),
+                 QStringList{"-nostdin", "-v", "error", "-y"} + arguments);
+    return ffmpeg.waitForFinished(120000) && ffmpeg.exitCode() == 0;
+}
+} // namespace
+
+TEST(WindowClosedMidRender, TakesEveryToolOfTheRenderWithIt) {
+    test::TestAppFolder app;
+    auto window = test::OpenStudio(app);
+    const AppPaths paths = AppPaths::forFolder(app.path());
+    const QString video = app.file("long.avi");
+    ASSERT_TRUE(makeMedia({"-f", "lavfi", "-i", "testsrc=size=160x120:rate=10:duration=300", "-c:v",
+                           "mpeg4", video}));
+    ASSERT_TRUE(makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:sample_rate=8000", "-t", "300",
+                           "-ac", "1", "-c:a", "pcm_s16le", paths.gstrRecordedAudioFileSpec}));
+    RenderPanel& panel = window->renderPanel();
+    panel.setQuiet(true);
+    panel.setLengthProvider([] { return qint64(300000); });
+    panel.setRowsProvider([video] {
+        EventRow r;
+        r.mediaCount = 1;
+        r.mediaType = QStringLiteral("Video");
+        r.timeLine = QStringLiteral("0.000");
+        r.fileSpec = video;
+        return QList<EventRow>{r};
+    });
+    QTest::mouseClick(panel.findChild<QPushButton*>("cmdRender"), Qt::LeftButton);
+    const QByteArray folder = app.path().toUtf8();
+    ASSERT_TRUE(
+        Eventually([&] { return !ProcessesMentioning(folder, 0, "ffmpeg").isEmpty(); }, 60000))
+        << "no ffmpeg started";
+
+    window->close();
+    window.reset();
+    EXPECT_TRUE(Eventually([&] { return ProcessesMentioning(folder).isEmpty(); }, 2000))
+        << ProcessesMentioning(folder).size() << " processes left";
+}
