@@ -13,6 +13,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -184,7 +185,10 @@ double timeRender(const AppPaths& paths, const QList<EventRow>& rows, const QStr
     QElapsedTimer t;
     t.start();
     *report = job.runToEnd();
-    return seconds(t);
+    const double elapsed = seconds(t);
+    if (qEnvironmentVariableIsSet("CLIPQUILL_BENCH_KEEP"))
+        QFile::copy(report->logFile, paths.appFolder + "/RenderLog-" + size + ".txt");
+    return elapsed;
 }
 
 double timeBaseline(const QList<EventRow>& rows, const QString& voice, const QString& size,
@@ -229,6 +233,11 @@ int main(int argc, char** argv) {
         return 1;
     }
     QTemporaryDir dir;
+    // CLIPQUILL_BENCH_KEEP=1 keeps the inputs, pieces and render logs for a closer look.
+    if (qEnvironmentVariableIsSet("CLIPQUILL_BENCH_KEEP")) {
+        dir.setAutoRemove(false);
+        std::printf("keeping %s\n", qPrintable(dir.path()));
+    }
     const AppPaths paths = AppPaths::forFolder(dir.path() + "/app");
     QDir().mkpath(paths.appFolder + "/SystemMedia");
     QDir().mkpath(paths.appFolder + "/SystemMediaGen");

@@ -88,15 +88,26 @@ void PieceScheduler::queueNeededPieces() {
             continue;
         }
         m_cache.forget(s);
-        // ffmpeg 5.1 spins without end when a video input shares a run with looped stills.
-        if (s.kind == u"Video")
-            m_queue << Run{{i}, false};
-        else
+        // ffmpeg 5.1 spins without end when a video input shares a run with looped stills;
+        // pieces of one video share a run, which decodes the video once for all of them.
+        if (s.kind != u"Video") {
             stills << i;
+            continue;
+        }
+        const auto same = std::find_if(m_queue.begin(), m_queue.end(), [&](const Run& run) {
+            return m_plan.segments[run.segments.first()].source == s.source &&
+                   run.segments.size() < kMaxPiecesPerRun;
+        });
+        if (same != m_queue.end())
+            same->segments << i;
+        else
+            m_queue << Run{{i}, false};
     }
-    // Every core gets a run of stills, whose start-up costs more than a small piece; no run
-    // grows so long that the progress stands still.
-    const qsizetype runs = m_runners.size();
+    // The runs of stills fill the cores beside the videos' runs: as many runs as there are
+    // cores and video runs, so that a core done with a video finds stills still waiting rather
+    // than the other core working through a long batch alone. No run grows so long that the
+    // progress stands still.
+    const qsizetype runs = m_runners.size() + m_queue.size();
     const qsizetype batch =
         std::clamp<qsizetype>((stills.size() + runs - 1) / runs, 1, kMaxPiecesPerRun);
     for (qsizetype i = 0; i < stills.size(); i += batch)

@@ -6,6 +6,7 @@
 
 #include <QCryptographicHash>
 #include <QFileInfo>
+#include <QHash>
 
 #include <algorithm>
 #include <cmath>
@@ -35,21 +36,30 @@ QString seconds(qint64 ms) {
     return QString::number(double(ms) / 1000.0, 'f', 3);
 }
 
-QString segmentInput(const RenderSegment& s) {
+qint64 videoStartMs(const RenderSegment& s) {
+    return s.kind == u"Video" ? std::max<qint64>(0, s.begVideoAtMs) : 0;
+}
+
+QString segmentInput(const RenderSegment& s, qint64 seekMs) {
     QString input;
-    if (s.kind == u"Video" && s.begVideoAtMs > 0)
-        input += QStringLiteral("-ss ") + TimeCodeFromMs(s.begVideoAtMs) + u' ';
+    if (seekMs > 0)
+        input += QStringLiteral("-ss ") + TimeCodeFromMs(seekMs) + u' ';
     return input + QStringLiteral("-i ") + ShellQuote(s.source);
 }
 
-QString segmentOutput(const RenderInputs& in, const RenderSegment& s, int inputIndex) {
+// skipMs: how far into its input the video piece starts, when it shares one decoded input with
+// pieces of the same video that start earlier.
+QString segmentOutput(const RenderInputs& in, const RenderSegment& s, int inputIndex,
+                      qint64 skipMs) {
     const QString rate = FfmpegDialect::FrameRate(in.gstrFrameRate);
     const QSize size = FfmpegDialect::ParseFrameSize(in.gstrVideoRes);
     QString filter;
     if (s.kind == u"Video") {
+        if (skipMs > 0)
+            filter = QStringLiteral("setpts=PTS-STARTPTS,trim=start=%1,").arg(seconds(skipMs));
         // A video shorter than its time on screen holds its last picture.
-        filter = QStringLiteral("fps=") + rate + u',' + fitFilter(size) +
-                 QStringLiteral(",tpad=stop=-1:stop_mode=clone");
+        filter += QStringLiteral("setpts=PTS-STARTPTS,fps=") + rate + u',' + fitFilter(size) +
+                  QStringLiteral(",tpad=stop=-1:stop_mode=clone");
     } else {
         // The picture is decoded and scaled once, then its one frame repeated: looping the
         // input would decode a large picture for every frame. The loop ends by itself; ffmpeg
@@ -226,11 +236,34 @@ QString SegmentLine(const RenderInputs& in, const RenderSegment& segment) {
 }
 
 QString BatchLine(const RenderInputs& in, const QList<RenderSegment>& segments) {
+    // Pieces of one video share one input, decoded once from the earliest start among them;
+    // every still picture is an input of its own.
+    QList<int> inputOf;
+    QList<qint64> seekOf;
+    QStringList inputs;
+    QHash<QString, int> videoInput;
+    for (const RenderSegment& s : segments) {
+        if (s.kind == u"Video" && videoInput.contains(s.source)) {
+            const int index = videoInput.value(s.source);
+            seekOf[index] = std::min(seekOf[index], videoStartMs(s));
+            inputOf << index;
+            continue;
+        }
+        const int index = int(inputs.size());
+        if (s.kind == u"Video")
+            videoInput.insert(s.source, index);
+        inputs << s.source;
+        seekOf << videoStartMs(s);
+        inputOf << index;
+    }
     QString line = head(in.ffmpeg);
-    for (const RenderSegment& s : segments)
-        line += u' ' + segmentInput(s);
-    for (qsizetype i = 0; i < segments.size(); ++i)
-        line += u' ' + segmentOutput(in, segments[i], int(i));
+    for (qsizetype i = 0; i < inputs.size(); ++i)
+        line += u' ' + segmentInput(segments[inputOf.indexOf(int(i))], seekOf[i]);
+    for (qsizetype i = 0; i < segments.size(); ++i) {
+        const int index = inputOf[i];
+        line +=
+            u' ' + segmentOutput(in, segments[i], index, videoStartMs(segments[i]) - seekOf[index]);
+    }
     return line;
 }
 

@@ -208,3 +208,31 @@ TEST_F(RenderEndToEnd, ManyStillsOfDifferentLengthsShareRunsAndKeepTheirTimes) {
     EXPECT_LT(report.elapsedMs, 30000);
     expectSequence(paths.gstrFinalMixAVIFileSpec, expected);
 }
+
+TEST_F(RenderEndToEnd, PiecesOfOneVideoAreCutFromOneDecodingEachFromItsOwnPosition) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString clip = mediaFile("red green blue.avi");
+    const QString yellow = mediaFile("yellow.jpg");
+    ASSERT_TRUE(media.voice(voice, 4.0));
+    ASSERT_TRUE(media.solidPicture(yellow, "yellow", 320, 240));
+    // One second each of red, green and blue, with no key frame after the first.
+    ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "color=c=red:s=160x120:r=30:d=1", "-f", "lavfi",
+                           "-i", "color=c=green:s=160x120:r=30:d=1", "-f", "lavfi", "-i",
+                           "color=c=blue:s=160x120:r=30:d=1", "-filter_complex",
+                           "concat=n=3:v=1:a=0", "-c:v", "mpeg4", "-g", "1000", clip}));
+    const RenderInputs in = inputsFor(
+        {Row(1, "Video", "0.000", clip, ".000"), Row(2, "Pictures", "1.000", yellow),
+         Row(3, "Video", "2.000", clip, "2.000"), Row(4, "Video", "3.000", clip, "1.000")},
+        voice);
+    const RenderReport report = render(in);
+    ASSERT_TRUE(report.ok()) << report.message.toStdString();
+    expectSequence(paths.gstrFinalMixAVIFileSpec,
+                   {{0.0, "red"}, {1.0, "yellow"}, {2.0, "blue"}, {3.0, "green"}});
+
+    // The three pieces of the video came from one run with the video as its one input.
+    const QStringList runs = ReadFileToString(report.logFile).split('\n').filter(" pieces ");
+    const QStringList videoRuns = runs.filter("red green blue.avi");
+    ASSERT_EQ(videoRuns.size(), 1) << runs.join('\n').toStdString();
+    EXPECT_EQ(videoRuns.first().count("-i "), 1) << videoRuns.first().toStdString();
+    EXPECT_EQ(videoRuns.first().count("-map 0:v"), 3) << videoRuns.first().toStdString();
+}
