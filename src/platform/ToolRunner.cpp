@@ -53,7 +53,7 @@ ToolRunner::ToolRunner(QObject* parent) : QObject(parent) {
 }
 
 ToolRunner::~ToolRunner() {
-    if (m_running)
+    if (m_running && !m_handOver)
         signalGroup(SIGKILL);
     releaseProcess();
 }
@@ -69,27 +69,36 @@ bool ToolRunner::startScript(const QString& script, const QString& scriptFileSpe
         emit finished(result);
         return false;
     }
-    return startProcess(shell(), {QStringLiteral("-c"), kGuardedStart, file}, true);
+    return startProcess(shell(), {QStringLiteral("-c"), kGuardedStart, file}, Kind::Script);
 }
 
 bool ToolRunner::startProgram(const QString& program, const QStringList& arguments) {
     if (m_running)
         return false;
-    return startProcess(program, arguments, false);
+    return startProcess(program, arguments, Kind::Program);
 }
 
-bool ToolRunner::startProcess(const QString& program, const QStringList& arguments, bool script) {
+bool ToolRunner::startHandOver(const QString& program, const QStringList& arguments) {
+    if (m_running)
+        return false;
+    return startProcess(program, arguments, Kind::HandOver);
+}
+
+bool ToolRunner::startProcess(const QString& program, const QStringList& arguments, Kind kind) {
+    const bool script = kind == Kind::Script;
+    const bool handOver = kind == Kind::HandOver;
     releaseProcess();
     m_process = new QProcess(this);
     m_process->setProgram(program);
     m_process->setArguments(arguments);
     m_process->setInputChannelMode(QProcess::ManagedInputChannel);
     const pid_t studio = ::getpid();
-    m_process->setChildProcessModifier([studio] {
+    m_process->setChildProcessModifier([studio, handOver] {
         // A group of its own, so that cancel reaches every tool the script started.
         ::setpgid(0, 0);
         // Killed with the studio; and if the studio died before that took hold, go now.
-        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (!handOver)
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
         if (::getppid() != studio)
             ::_exit(127);
         sigset_t none;
@@ -115,6 +124,7 @@ bool ToolRunner::startProcess(const QString& program, const QStringList& argumen
     m_result = {};
     m_pid = 0;
     m_script = script;
+    m_handOver = handOver;
     m_running = true;
     QPointer<ToolRunner> self(this);
     m_process->start();

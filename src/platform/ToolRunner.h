@@ -40,6 +40,10 @@ public:
     bool startScript(const QString& script, const QString& scriptFileSpec);
     // Starts a program with arguments directly; no shell sees them.
     bool startProgram(const QString& program, const QStringList& arguments);
+    // Starts a program that hands the user's work to another of the user's programs (xdg-email
+    // opening the mail client): waited for like any run, but what it leaves running belongs to
+    // the user and stays when the runner or the studio goes. Cancel still stops it.
+    bool startHandOver(const QString& program, const QStringList& arguments);
     // Returns when the job has ended, running a local event loop meanwhile. For headless
     // commands and tests only: the window's handlers connect to finished instead.
     RunResult waitForFinished();
@@ -67,7 +71,8 @@ signals:
     void finished(const cq::RunResult& result);
 
 private:
-    bool startProcess(const QString& program, const QStringList& arguments, bool script);
+    enum class Kind { Script, Program, HandOver };
+    bool startProcess(const QString& program, const QStringList& arguments, Kind kind);
     void releaseProcess();
     // Runs a handler of the process's signals; the runner may be gone when it returns.
     void deliver(const std::function<void()>& handler);
@@ -87,6 +92,7 @@ private:
     qint64 m_pid = 0;
     bool m_running = false;
     bool m_script = false;
+    bool m_handOver = false;
     bool m_cancelRequested = false;
     int m_delivering = 0; // > 0 while one of the process's signals is being handled
     int m_killGraceMs = 3000;

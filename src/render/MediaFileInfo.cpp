@@ -1,13 +1,8 @@
 #include "render/MediaFileInfo.h"
 
 #include "platform/FfmpegOutput.h"
-#include "platform/ShellQuote.h"
-#include "platform/TextFiles.h"
 #include "platform/TextHelpers.h"
 #include "platform/TimeCode.h"
-#include "platform/ToolLocator.h"
-#include "platform/ToolRunner.h"
-#include "studio/AppPaths.h"
 
 #include <QFile>
 
@@ -79,20 +74,6 @@ MediaFileInfo GetFileInfoVars(const QString& probeText) {
         info.AudioBits = GetDigitsOnly(field(f, 3)).trimmed();
     }
     return info;
-}
-
-QString GetMediaFileInfoFromFFMPEG(const AppPaths& paths, const QString& fileSpec) {
-    const ToolLocation ffmpeg = LocateFfmpeg(paths.gstrFFMPEGFileSpec);
-    if (!ffmpeg.found())
-        return {};
-    // An earlier probe's text must never pass for this file's.
-    QFile::remove(paths.gstrCatchFileSpec);
-    const QString script = ShellQuote(ffmpeg.path) + QStringLiteral(" -hide_banner -i ") +
-                           ShellQuote(fileSpec) + QStringLiteral(" 2> ") +
-                           ShellQuote(paths.gstrCatchFileSpec);
-    ToolRunner runner;
-    runner.runScript(script, paths.gstrFFMPEGScriptFileSpec);
-    return ReadFileToString(paths.gstrCatchFileSpec);
 }
 
 } // namespace cq

@@ -4,8 +4,6 @@
 
 namespace cq {
 
-struct AppPaths;
-
 // The facts that ffmpeg prints about a file it is given as input. Every field is text; a fact
 // that the description lacks stays empty.
 struct MediaFileInfo {
@@ -31,8 +29,5 @@ struct MediaFileInfo {
 // Picks the facts out of ffmpeg's description of its input (what it writes to stderr when it is
 // given an input and no output). Never fails: text without the labels gives empty fields.
 MediaFileInfo GetFileInfoVars(const QString& probeText);
-
-// Runs "ffmpeg -i FILE 2> catch.txt" through the tool runner and returns the captured text.
-QString GetMediaFileInfoFromFFMPEG(const AppPaths& paths, const QString& fileSpec);
 
 } // namespace cq

@@ -62,9 +62,8 @@ RenderInputs StudioRenderInputs(const AppPaths& paths, const StudioSettings& stu
 }
 
 QString LocateFfprobe(const AppPaths& paths) {
-    return LocateTool(paths.appFolder + QStringLiteral("/System/ffprobe"),
-                      QStringLiteral("ffprobe"), QStringLiteral("ffmpeg"))
-        .path;
+    // The same look-up as the installation check's, so that the check sees what the render uses.
+    return LocateFfprobeBesideFfmpeg(paths.gstrFFMPEGFileSpec).path;
 }
 
 RenderJob::RenderJob(RenderInputs inputs, QString ffprobe, QString scriptFolder, QObject* parent)

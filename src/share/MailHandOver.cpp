@@ -54,7 +54,8 @@ bool MailHandOver::start(const MailMessage& message) {
         end(refused);
         return true;
     }
-    m_runner->startProgram(xdgEmail, XdgEmailArguments(message));
+    // The mail client xdg-email opens holds the user's message: it stays when the studio goes.
+    m_runner->startHandOver(xdgEmail, XdgEmailArguments(message));
     return true;
 }
 

@@ -96,6 +96,7 @@ case_HoldsTheStudioItsFoldersAndDesktopFiles() {
     # The tool links must name the tools of the declared ffmpeg and imagemagick packages, not
     # wherever the build machine happened to have them.
     expect_link "$app/System/ffmpeg" /usr/bin/ffmpeg
+    expect_link "$app/System/ffprobe" /usr/bin/ffprobe
     expect_link "$app/System/convert" /usr/bin/convert
 
     expect_file "$root/usr/share/applications/$CQ_APP_ID.desktop"

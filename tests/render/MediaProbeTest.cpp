@@ -95,22 +95,3 @@ TEST(MediaProbeParse, GarbageAndTruncatedTextLeaveFieldsEmpty) {
     // A last line without a line end still counts to the end of the text.
     EXPECT_EQ(GetFileInfoVars("Audio: mp2, 22050 Hz, mono, s16p").AudioSampleRate, "22050");
 }
-
-TEST(MediaProbeRun, ProbesAFileWithAHostileNameAndNeverReusesOldText) {
-    test::TestAppFolder app;
-    const AppPaths paths = AppPaths::forFolder(app.path());
-    const QString wav = app.file(QStringLiteral("it's $(touch X) `x`; ä.wav"));
-    ToolRunner runner;
-    ASSERT_TRUE(runner
-                    .runProgram(paths.gstrFFMPEGFileSpec,
-                                {"-v", "error", "-f", "lavfi", "-i", "sine=d=1.5", "-y", wav})
-                    .ok());
-    const MediaFileInfo info = GetFileInfoVars(GetMediaFileInfoFromFFMPEG(paths, wav));
-    EXPECT_EQ(info.durationMs(), 1500);
-    EXPECT_EQ(info.AudioSampleRate, "44100");
-    EXPECT_FALSE(QFileInfo::exists(app.file("X")));
-
-    const MediaFileInfo missing =
-        GetFileInfoVars(GetMediaFileInfoFromFFMPEG(paths, app.file("missing.avi")));
-    EXPECT_TRUE(missing.Duration.isEmpty());
-}

@@ -164,3 +164,29 @@ TEST(MailHandOver, RealXdgEmailPassesTheMessageToTheDesktopsMailClient) {
     ASSERT_GE(attach, 0) << url.toStdString();
     EXPECT_EQ(QUrl::fromPercentEncoding(url.mid(attach + 8).toUtf8()), clip);
 }
+
+TEST(MailHandOver, TheMailClientItOpensStaysWhenTheHandOverGoes) {
+    QTemporaryDir dir;
+    const QString clip = dir.path() + "/FinalMix.avi";
+    test::WriteFile(clip, "video");
+    // An xdg-email that keeps a freshly started mail client in the foreground, as xdg-email
+    // does for some clients: the user's unsent message lives in that client.
+    const QString marker =
+        QStringLiteral("stand-in-mail-client-%1").arg(QCoreApplication::applicationPid());
+    test::WriteFile(dir.path() + "/xdg-email",
+                    QStringLiteral("#!/bin/sh\nsh -c 'sleep 4' %1\n").arg(marker).toUtf8());
+    QFile::setPermissions(dir.path() + "/xdg-email",
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    const QByteArray oldPath = qgetenv("PATH");
+    qputenv("PATH", dir.path().toUtf8() + ':' + oldPath);
+    {
+        MailHandOver handOver;
+        ASSERT_TRUE(handOver.start(ClipMailMessage(clip, "")));
+        ASSERT_TRUE(QTest::qWaitFor(
+            [&] { return !test::RunningProcessesMentioning(marker).isEmpty(); }, 5000));
+    } // the window that asked goes, or the studio closes
+    qputenv("PATH", oldPath);
+    QTest::qWait(500);
+    EXPECT_FALSE(test::RunningProcessesMentioning(marker).isEmpty())
+        << "the mail client went with the hand-over";
+}
