@@ -15,24 +15,18 @@ using test::ProcessesMentioning;
 
 namespace {
 
-bool makeMedia(const QStringList& arguments) {
-    QProcess ffmpeg;
-    ffmpeg.start(QStandardPaths::findExecutable("ffmpeg"),
-                 QStringList{"-nostdin", "-v", "error", "-y"} + arguments);
-    return ffmpeg.waitForFinished(120000) && ffmpeg.exitCode() == 0;
-}
-
 // A render of a long video runs ffmpeg for many seconds; the studio gets a signal meanwhile.
 class ToolsEndWithTheStudio : public ::testing::TestWithParam<int> {
 protected:
     void SetUp() override {
         project = app.file("project");
         QDir().mkpath(project);
-        ASSERT_TRUE(makeMedia({"-f", "lavfi", "-i", "testsrc=size=160x120:rate=10:duration=300",
-                               "-c:v", "mpeg4", project + "/long.avi"}));
         ASSERT_TRUE(
-            makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:sample_rate=8000", "-t", "300",
-                       "-ac", "1", "-c:a", "pcm_s16le", project + "/RecordedAudio.wav"}));
+            test::MakeMedia({"-f", "lavfi", "-i", "testsrc=size=160x120:rate=10:duration=300",
+                             "-c:v", "mpeg4", project + "/long.avi"}));
+        ASSERT_TRUE(test::MakeMedia({"-f", "lavfi", "-i", "sine=frequency=440:sample_rate=8000",
+                                     "-t", "300", "-ac", "1", "-c:a", "pcm_s16le",
+                                     project + "/RecordedAudio.wav"}));
         test::WriteFile(project + "/Timeline.txt", "1\tVideo\t0.000\t\tlong.avi\r\n");
     }
 

@@ -14,24 +14,16 @@ using namespace cq;
 using test::Eventually;
 using test::ProcessesMentioning;
 
-namespace {
-bool makeMedia(const QStringList& arguments) {
-    QProcess ffmpeg;
-    ffmpeg.start(QStandardPaths::findExecutable("ffmpeg"),
-                 QStringList{"-nostdin", "-v", "error", "-y"} + arguments);
-    return ffmpeg.waitForFinished(120000) && ffmpeg.exitCode() == 0;
-}
-} // namespace
-
 TEST(WindowClosedMidRender, TakesEveryToolOfTheRenderWithIt) {
     test::TestAppFolder app;
     auto window = test::OpenStudio(app);
     const AppPaths paths = AppPaths::forFolder(app.path());
     const QString video = app.file("long.avi");
-    ASSERT_TRUE(makeMedia({"-f", "lavfi", "-i", "testsrc=size=160x120:rate=10:duration=300", "-c:v",
-                           "mpeg4", video}));
-    ASSERT_TRUE(makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:sample_rate=8000", "-t", "300",
-                           "-ac", "1", "-c:a", "pcm_s16le", paths.gstrRecordedAudioFileSpec}));
+    ASSERT_TRUE(test::MakeMedia({"-f", "lavfi", "-i", "testsrc=size=160x120:rate=10:duration=300",
+                                 "-c:v", "mpeg4", video}));
+    ASSERT_TRUE(
+        test::MakeMedia({"-f", "lavfi", "-i", "sine=frequency=440:sample_rate=8000", "-t", "300",
+                         "-ac", "1", "-c:a", "pcm_s16le", paths.gstrRecordedAudioFileSpec}));
     RenderPanel& panel = window->renderPanel();
     panel.setQuiet(true);
     panel.setLengthProvider([] { return qint64(300000); });

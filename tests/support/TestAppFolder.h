@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 namespace cq::test {
@@ -22,5 +23,8 @@ private:
 
 // Writes bytes to a file, creating its folder; for test inputs.
 void WriteFile(const QString& path, const QByteArray& bytes);
+
+// Runs the installed ffmpeg (quiet, overwriting) to make a test input; true when it succeeded.
+bool MakeMedia(const QStringList& ffmpegArguments);
 
 } // namespace cq::test
