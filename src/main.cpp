@@ -1,5 +1,14 @@
 #include "app/CommandLine.h"
 
+#include <cstdio>
+#include <cstdlib>
+
 int main(int argc, char** argv) {
-    return cq::RunStudio(argc, argv);
+    const int code = cq::RunStudio(argc, argv);
+    // The studio has closed its windows, ended its tools and emptied its work folder by now.
+    // What is left are the sound library's own objects, torn down with the program's statics:
+    // PulseAudio's client can abort there while its main loop is still busy, which would turn a
+    // finished run into a crash. The work is done, so the program leaves without them.
+    std::fflush(nullptr);
+    std::_Exit(code);
 }
