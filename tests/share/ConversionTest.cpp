@@ -3,8 +3,10 @@
 #include "share/ConversionCommand.h"
 #include "share/ConversionJob.h"
 #include "share/ConversionPresets.h"
+#include "support/LiveProcesses.h"
 #include "support/TestAppFolder.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -222,7 +224,8 @@ TEST(ConversionJob, CancelStopsFfmpegAndLeavesNoUnfinishedFile) {
     EXPECT_EQ(end.how, "cancelled");
     EXPECT_FALSE(job.isRunning());
     EXPECT_FALSE(QFile::exists(output));
-    EXPECT_EQ(test::RunningProcessesMentioning(output), QStringList());
+    EXPECT_EQ(test::ProcessesMentioning(output.toUtf8(), QCoreApplication::applicationPid()),
+              QList<qint64>());
 }
 
 TEST(ConversionJob, AFailedRunOrAMissingToolEndsWithFailedAndNoFile) {

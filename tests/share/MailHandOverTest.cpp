@@ -2,8 +2,10 @@
 #include "StubProgram.h"
 #include "platform/ToolRunner.h"
 #include "share/HandOverFiles.h"
+#include "support/LiveProcesses.h"
 #include "support/TestAppFolder.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -183,10 +185,10 @@ TEST(MailHandOver, TheMailClientItOpensStaysWhenTheHandOverGoes) {
         MailHandOver handOver;
         ASSERT_TRUE(handOver.start(ClipMailMessage(clip, "")));
         ASSERT_TRUE(QTest::qWaitFor(
-            [&] { return !test::RunningProcessesMentioning(marker).isEmpty(); }, 5000));
+            [&] { return !test::ProcessesMentioning(marker.toUtf8()).isEmpty(); }, 5000));
     } // the window that asked goes, or the studio closes
     qputenv("PATH", oldPath);
     QTest::qWait(500);
-    EXPECT_FALSE(test::RunningProcessesMentioning(marker).isEmpty())
+    EXPECT_FALSE(test::ProcessesMentioning(marker.toUtf8()).isEmpty())
         << "the mail client went with the hand-over";
 }

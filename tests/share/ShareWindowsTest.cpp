@@ -6,9 +6,11 @@
 #include "share/widgets/frmSetDir.h"
 #include "studio/AppPaths.h"
 #include "studio/DirectorySettings.h"
+#include "support/LiveProcesses.h"
 #include "support/TestAppFolder.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
@@ -226,7 +228,8 @@ TEST(ConvertAndEmailWindow, CancelStopsFfmpegAndLeavesNoUnfinishedFile) {
     ASSERT_TRUE(WaitForTexts(responder, 1));
     EXPECT_EQ(responder.texts, QStringList{"The conversion was cancelled."});
     EXPECT_FALSE(QFile::exists(output));
-    EXPECT_EQ(test::RunningProcessesMentioning(output), QStringList());
+    EXPECT_EQ(test::ProcessesMentioning(output.toUtf8(), QCoreApplication::applicationPid()),
+              QList<qint64>());
     EXPECT_FALSE(w.isConverting());
     EXPECT_FALSE(progress->isVisibleTo(&w));
     EXPECT_TRUE(Child<QPushButton>(&w, "cmdConvertOnly")->isEnabled());

@@ -4,8 +4,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <unistd.h>
-
 #include <gtest/gtest.h>
 
 namespace cq::test {
@@ -56,22 +54,6 @@ HiddenProgram::HiddenProgram(const QString& name) : m_oldPath(qgetenv("PATH")) {
 
 HiddenProgram::~HiddenProgram() {
     qputenv("PATH", m_oldPath);
-}
-
-QStringList RunningProcessesMentioning(const QString& text) {
-    QStringList found;
-    const QString self = QString::number(::getpid());
-    for (const QString& pid : QDir("/proc").entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        if (pid == self || pid.toInt() == 0)
-            continue;
-        QFile cmdline("/proc/" + pid + "/cmdline");
-        if (!cmdline.open(QIODevice::ReadOnly))
-            continue;
-        const QString line = QString::fromUtf8(cmdline.readAll()).replace(QChar(0), u' ');
-        if (line.contains(text))
-            found << line;
-    }
-    return found;
 }
 
 } // namespace cq::test

@@ -26,10 +26,6 @@ private:
     QByteArray m_oldPath;
 };
 
-// The command lines (arguments joined by blanks) of the running processes, other than this one,
-// that mention the text: a tool that should have ended shows up here.
-QStringList RunningProcessesMentioning(const QString& text);
-
 // PATH without any folder that holds the named program, for the life of the object.
 class HiddenProgram {
 public:
