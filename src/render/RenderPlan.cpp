@@ -40,11 +40,11 @@ qint64 videoStartMs(const RenderSegment& s) {
     return s.kind == u"Video" ? std::max<qint64>(0, s.begVideoAtMs) : 0;
 }
 
-QString segmentInput(const RenderSegment& s, qint64 seekMs) {
+QString segmentInput(const QString& source, qint64 seekMs) {
     QString input;
     if (seekMs > 0)
         input += QStringLiteral("-ss ") + TimeCodeFromMs(seekMs) + u' ';
-    return input + QStringLiteral("-i ") + ShellQuote(s.source);
+    return input + QStringLiteral("-i ") + ShellQuote(source);
 }
 
 // skipMs: how far into its input the video piece starts, when it shares one decoded input with
@@ -258,7 +258,7 @@ QString BatchLine(const RenderInputs& in, const QList<RenderSegment>& segments) 
     }
     QString line = head(in.ffmpeg);
     for (qsizetype i = 0; i < inputs.size(); ++i)
-        line += u' ' + segmentInput(segments[inputOf.indexOf(int(i))], seekOf[i]);
+        line += u' ' + segmentInput(inputs[i], seekOf[i]);
     for (qsizetype i = 0; i < segments.size(); ++i) {
         const int index = inputOf[i];
         line +=
