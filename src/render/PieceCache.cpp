@@ -1,7 +1,7 @@
 #include "render/PieceCache.h"
 
 #include "platform/TextFiles.h"
-#include "render/AviFrameCount.h"
+#include "render/AviContents.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -103,11 +103,11 @@ void PieceScheduler::queueNeededPieces() {
         else
             m_queue << Run{{i}, false};
     }
-    // The runs of stills fill the cores beside the videos' runs: as many runs as there are
-    // cores and video runs, so that a core done with a video finds stills still waiting rather
-    // than the other core working through a long batch alone. No run grows so long that the
-    // progress stands still.
-    const qsizetype runs = m_runners.size() + m_queue.size();
+    // A still costs little beside the start of an ffmpeg run, now that only a few of its frames
+    // are encoded: the stills share as few runs as keep the cores busy, one per core that no
+    // video run holds, so that every core starts at once. No run grows so long that the progress
+    // stands still.
+    const qsizetype runs = std::max<qsizetype>(1, m_runners.size() - qsizetype(m_queue.size()));
     const qsizetype batch =
         std::clamp<qsizetype>((stills.size() + runs - 1) / runs, 1, kMaxPiecesPerRun);
     for (qsizetype i = 0; i < stills.size(); i += batch)

@@ -21,7 +21,7 @@ struct RunResult;
 class PieceScheduler : public QObject {
     Q_OBJECT
 public:
-    static constexpr qsizetype kMaxPiecesPerRun = 8;
+    static constexpr qsizetype kMaxPiecesPerRun = 24;
     static constexpr int kAttemptsBeforeBlack = 2;
 
     PieceScheduler(const RenderInputs& in, const RenderPlan& plan, QString scriptPrefix,

@@ -5,6 +5,7 @@
 #include "platform/ToolLocator.h"
 #include "platform/ToolRunner.h"
 #include "platform/WavFormat.h"
+#include "render/AviContents.h"
 #include "render/MediaFileInfo.h"
 #include "render/PieceCache.h"
 #include "render/PieceScheduler.h"
@@ -17,12 +18,16 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
+#include <QFutureWatcher>
+#include <QPromise>
 #include <QSaveFile>
 #include <QThread>
+#include <QThreadPool>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 
 namespace cq {
 
@@ -225,8 +230,10 @@ void RenderJob::onMixOutput(const QString& line) {
 
 void RenderJob::startMeasure() {
     emit statusChanged(QStringLiteral("Checking the result"));
+    if (!m_plan.audioOnly)
+        return measureVideo();
     m_runner->disconnect(this);
-    connect(m_runner, &ToolRunner::finished, this, &RenderJob::onMeasured);
+    connect(m_runner, &ToolRunner::finished, this, &RenderJob::onSoundProbed);
     if (m_ffprobe.isEmpty()) {
         // Without ffprobe, ffmpeg's own description gives the container's length.
         m_runner->startProgram(m_in.ffmpeg,
@@ -240,23 +247,52 @@ void RenderJob::startMeasure() {
                     QStringLiteral("-of"), QStringLiteral("default=nw=1"), m_plan.partialOutput});
 }
 
-void RenderJob::onMeasured(const RunResult& result) {
+void RenderJob::measureVideo() {
+    // The result's chunks are counted on a worker thread: a long message has tens of thousands.
+    auto promise = std::make_shared<QPromise<AviContents>>();
+    auto* watcher = new QFutureWatcher<AviContents>(this);
+    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        if (!m_running)
+            return;
+        if (m_cancelling)
+            return finish(RenderReport::Outcome::Cancelled, cancelledText());
+        const AviContents avi = watcher->result();
+        if (!avi.complete)
+            log(QStringLiteral("the result is not whole: ") + avi.problem);
+        m_report.videoMs = avi.complete ? avi.durationMs("vids") : -1;
+        m_report.audioMs = avi.complete ? avi.durationMs("auds") : -1;
+        m_report.outputMs = std::max(m_report.videoMs, m_report.audioMs);
+        judgeLengths();
+    });
+    watcher->setFuture(promise->future());
+    QThreadPool::globalInstance()->start([promise, file = m_plan.partialOutput] {
+        promise->start();
+        promise->addResult(ReadAviContents(file));
+        promise->finish();
+    });
+}
+
+void RenderJob::onSoundProbed(const RunResult& result) {
     if (m_cancelling)
         return finish(RenderReport::Outcome::Cancelled, cancelledText());
-    auto within = [&](qint64 ms) {
-        return ms >= 0 && std::llabs(ms - m_in.recordingMs) <= kToleranceMs;
-    };
     if (m_ffprobe.isEmpty()) {
         m_report.outputMs = FfmpegDurationMs(result.errorText);
-        m_report.lengthOk = within(m_report.outputMs);
+        m_report.audioMs = m_report.outputMs;
     } else {
         const ProbedLengths lengths = FfprobeLengths(QString::fromUtf8(m_runner->standardOutput()));
         m_report.outputMs = lengths.formatMs;
-        m_report.videoMs = lengths.videoMs;
         m_report.audioMs = lengths.audioMs;
-        m_report.lengthOk = within(m_report.outputMs) && within(m_report.audioMs) &&
-                            (m_plan.audioOnly || within(m_report.videoMs));
     }
+    judgeLengths();
+}
+
+void RenderJob::judgeLengths() {
+    auto within = [&](qint64 ms) {
+        return ms >= 0 && std::llabs(ms - m_in.recordingMs) <= kToleranceMs;
+    };
+    m_report.lengthOk = within(m_report.outputMs) && within(m_report.audioMs) &&
+                        (m_plan.audioOnly || within(m_report.videoMs));
     log(QStringLiteral("measured: voice %1, result %2, video %3, sound %4")
             .arg(RenderLengthText(m_in.recordingMs), RenderLengthText(m_report.outputMs),
                  RenderLengthText(m_report.videoMs), RenderLengthText(m_report.audioMs)));

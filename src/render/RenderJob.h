@@ -53,7 +53,9 @@ private:
     void startMix();
     void onMixOutput(const QString& line);
     void startMeasure();
-    void onMeasured(const RunResult& result);
+    void measureVideo();
+    void onSoundProbed(const RunResult& result);
+    void judgeLengths();
     void publish();
     void finish(RenderReport::Outcome outcome, const QString& message);
     void setProgress(int percent);

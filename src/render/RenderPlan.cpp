@@ -40,6 +40,15 @@ qint64 videoStartMs(const RenderSegment& s) {
     return s.kind == u"Video" ? std::max<qint64>(0, s.begVideoAtMs) : 0;
 }
 
+// A still shows one picture for all its frames, so only its first frame and its last three are
+// encoded; the frames between are empty chunks, which AVI players and ffmpeg read as the picture
+// held. The encoder then spends nothing on frames that cannot differ. The last three frames are
+// real because ffmpeg 5.1, converting a video to a constant rate, repeats its last frame as
+// often as the median of the last three gaps: a gap there would lengthen the converted video.
+QString stillFramesKept(qint64 frames) {
+    return QStringLiteral("select=lt(n\\,1)+gt(n\\,%1)").arg(frames - 4);
+}
+
 QString segmentInput(const QString& source, qint64 seekMs) {
     QString input;
     if (seekMs > 0)
@@ -65,13 +74,16 @@ QString segmentOutput(const RenderInputs& in, const RenderSegment& s, int inputI
         // input would decode a large picture for every frame. The loop ends by itself; ffmpeg
         // 5.1 can spin for ever when several endless loops share a run.
         filter = fitFilter(size) +
-                 QStringLiteral(",loop=loop=%1:size=1,setpts=N/(").arg(s.frames - 1) + rate +
-                 QStringLiteral(")/TB");
+                 QStringLiteral(",loop=loop=%1:size=1,settb=1/(").arg(s.frames - 1) + rate +
+                 QStringLiteral("),setpts=N,") + stillFramesKept(s.frames);
     }
+    // Passthrough keeps the still's gaps as gaps; the AVI muxer fills each with an empty chunk.
+    // Its frames count in the output's own time base, so no frame's time is rounded away.
+    const QString timing = s.kind == u"Video" ? QStringLiteral(" -r ") + rate
+                                              : QStringLiteral(" -fps_mode passthrough -r ") + rate;
     return QStringLiteral("-map %1:v -vf ").arg(inputIndex) + ShellQuote(filter) +
-           QStringLiteral(" -frames:v ") + QString::number(s.frames) + QStringLiteral(" -r ") +
-           rate + u' ' + FfmpegDialect::PieceEncoderOptions() + QStringLiteral(" -y ") +
-           ShellQuote(s.partial);
+           QStringLiteral(" -frames:v ") + QString::number(s.frames) + timing + u' ' +
+           FfmpegDialect::PieceEncoderOptions() + QStringLiteral(" -y ") + ShellQuote(s.partial);
 }
 
 QString validate(const RenderInputs& in) {

@@ -3,7 +3,7 @@
 
 #include "platform/ToolLocator.h"
 #include "platform/ToolRunner.h"
-#include "render/AviFrameCount.h"
+#include "render/AviContents.h"
 #include "render/PieceCache.h"
 #include "render/RenderPlan.h"
 
@@ -89,4 +89,49 @@ TEST(PieceCache, AviReaderCountsFramesFromTheChunksNotTheHeader) {
     EXPECT_FALSE(cut.problem.isEmpty());
     EXPECT_FALSE(ReadAviContents(m.dir.filePath("pic.jpg")).complete);
     EXPECT_FALSE(ReadAviContents(m.dir.filePath("missing.avi")).complete);
+}
+
+// The render's length check reads the result itself; it must agree with ffprobe on the files
+// ffmpeg writes: MPEG-4 with MP2 sound, and a still whose held frames are empty chunks. For PCM
+// sound ffprobe gives no length, and the voice's own is the answer.
+TEST(PieceCache, AviReaderMeasuresStreamsAsFfprobeDoes) {
+    MadePiece m;
+    const QString ffprobe = LocateFfprobeBesideFfmpeg({}).path;
+    ASSERT_FALSE(ffprobe.isEmpty());
+    test::RenderTestMedia media(m.in.ffmpeg, ffprobe);
+    const QString voice = m.dir.filePath("voice.wav");
+    ASSERT_TRUE(media.voice(voice, 7.3));
+    const QString video = m.dir.filePath("tone.avi");
+    ASSERT_TRUE(media.toneVideo(video, "green", 4.1, 500));
+    const QStringList withVoice{"-i",  video,  "-i",  voice,  "-map",
+                                "0:v", "-map", "1:a", "-c:v", "mpeg4"};
+    struct Case {
+        const char* name;
+        QStringList args;
+        double audioSeconds; // -1: ffprobe's answer; 0: no sound
+    };
+    const QList<Case> cases{
+        {"mp2", withVoice + QStringList{"-c:a", "mp2", "-b:a", "128k"}, -1},
+        {"pcm", withVoice + QStringList{"-c:a", "pcm_s16le"}, 7.3},
+        {"sparse",
+         {"-i", video, "-an", "-vf", "select=lt(n\\,1)+gt(n\\,90)", "-fps_mode", "passthrough",
+          "-c:v", "mpeg4"},
+         0},
+    };
+    for (const Case& c : cases) {
+        const QString out = m.dir.filePath(QStringLiteral("%1.avi").arg(c.name));
+        ASSERT_TRUE(media.run(c.args + QStringList{"-f", "avi", "-y", out})) << c.name;
+        const AviContents avi = ReadAviContents(out);
+        ASSERT_TRUE(avi.complete) << c.name << avi.problem.toStdString();
+        EXPECT_NEAR(avi.durationMs("vids"), media.duration(out, "video") * 1000, 1) << c.name;
+        const double audio = c.audioSeconds >= 0 ? c.audioSeconds : media.duration(out, "audio");
+        if (audio > 0)
+            EXPECT_NEAR(avi.durationMs("auds"), audio * 1000, 1) << c.name;
+        else
+            EXPECT_EQ(avi.durationMs("auds"), -1) << c.name;
+    }
+    // Three frames are coded; the empty chunks between them count as frames too.
+    const AviContents sparse = ReadAviContents(m.dir.filePath("sparse.avi"));
+    EXPECT_EQ(sparse.videoFrames, 103);
+    EXPECT_EQ(sparse.streams.size(), 1);
 }

@@ -4,7 +4,7 @@
 
 #include "platform/TextFiles.h"
 #include "platform/ToolRunner.h"
-#include "render/AviFrameCount.h"
+#include "render/AviContents.h"
 #include "render/PieceCache.h"
 
 #include <QDir>
