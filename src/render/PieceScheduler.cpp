@@ -123,7 +123,8 @@ void PieceScheduler::startNext(int runner) {
             end(Ending::Finished);
         return;
     }
-    const Run run = m_queue.takeFirst();
+    Run run = m_queue.takeFirst();
+    run.clock.start();
     m_busy[runner] = run;
     QList<RenderSegment> segments;
     qint64 frames = 0;
@@ -154,6 +155,12 @@ void PieceScheduler::runFinished(int runner, const RunResult& result) {
             end(Ending::Cancelled);
         return;
     }
+    QStringList numbers;
+    for (int i : run.segments)
+        numbers << QString::number(m_plan.segments[i].number);
+    emit logLine(QStringLiteral("pieces %1 ended after %2 ms")
+                     .arg(numbers.join(u','))
+                     .arg(run.clock.elapsed()));
     for (int i : run.segments) {
         const RenderSegment& s = m_plan.segments[i];
         // ffmpeg can end well after a write error: the file itself decides.

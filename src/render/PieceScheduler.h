@@ -3,6 +3,7 @@
 #include "render/PieceCache.h"
 #include "render/RenderPlan.h"
 
+#include <QElapsedTimer>
 #include <QList>
 #include <QObject>
 #include <QStringList>
@@ -46,6 +47,7 @@ private:
     struct Run {
         QList<int> segments; // indexes into the plan; empty when the runner is idle
         bool black = false;  // the stand-in of an item that could not be rendered
+        QElapsedTimer clock; // since the run started
     };
 
     void queueNeededPieces();
