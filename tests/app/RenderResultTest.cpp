@@ -4,18 +4,24 @@
 #include "library/playback/MediaPlayer.h"
 #include "library/playback/widgets/VideoPlayerWidget.h"
 #include "library/widgets/DisplayPlace.h"
+#include "render/RenderJob.h"
 #include "render/widgets/RenderPanel.h"
+#include "studio/AppPaths.h"
+#include "studio/StudioSettings.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/widgets/TimelineStudio.h"
 
 #include <QAbstractButton>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QLabel>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
+#include <QVideoFrame>
+#include <QVideoSink>
 
 #include <gtest/gtest.h>
 
@@ -26,6 +32,14 @@ QAbstractButton* button(frmClipquill& w, const char* name) {
     auto* b = w.findChild<QAbstractButton*>(name);
     EXPECT_NE(b, nullptr) << name;
     return b;
+}
+
+QString colourName(const QColor& c) {
+    if (c.red() > 180 && c.green() < 80 && c.blue() < 80)
+        return QStringLiteral("red");
+    if (c.blue() > 180 && c.red() < 80 && c.green() < 80)
+        return QStringLiteral("blue");
+    return QStringLiteral("other");
 }
 
 bool waitsToBePlayed(const MediaPlayer* player) {
@@ -111,4 +125,69 @@ TEST(RenderResult, PlayRenderedPlaysAtVolumeNinety) {
     EXPECT_EQ(w->displayPlace().currentSurface(), DisplayPlace::VideoSurface);
     EXPECT_TRUE(QTest::qWaitFor(
         [&] { return video->playState() == static_cast<int>(PlayState::Playing); }, 10000));
+}
+
+// A picture's held frames are empty chunks in the result; the studio's player must still show
+// each picture for its whole time and play to the end of the voice.
+TEST(RenderResult, HeldPicturesPlayForTheirWholeTime) {
+    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
+        GTEST_SKIP() << "no test sound server";
+    test::TestAppFolder app;
+    const AppPaths paths = AppPaths::forFolder(app.path());
+    QImage picture(320, 240, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    ASSERT_TRUE(picture.save(app.file("red.jpg")));
+    picture.fill(Qt::blue);
+    ASSERT_TRUE(picture.save(app.file("blue.jpg")));
+    const QString voice = app.file("voice.wav");
+    QProcess ffmpeg;
+    ffmpeg.start("ffmpeg", {"-hide_banner", "-loglevel", "error", "-f", "lavfi", "-i",
+                            "sine=frequency=440:duration=3", "-ac", "1", "-y", voice});
+    ASSERT_TRUE(ffmpeg.waitForFinished(30000));
+    StudioSettings studio;
+    auto row = [&](int count, const QString& at, const QString& file) {
+        EventRow r;
+        r.mediaCount = count;
+        r.mediaType = QStringLiteral("Pictures");
+        r.timeLine = at;
+        r.fileSpec = app.file(file);
+        return r;
+    };
+    RenderJob job(StudioRenderInputs(paths, studio,
+                                     {row(1, "0.000", "red.jpg"), row(2, "1.500", "blue.jpg")},
+                                     voice, 3000, {}),
+                  LocateFfprobe(paths), app.file("SystemMediaGen"));
+    const RenderReport report = job.runToEnd();
+    ASSERT_TRUE(report.ok()) << report.message.toStdString();
+
+    MediaPlayer player;
+    QVideoSink sink;
+    player.setVideoOutput(&sink);
+    QList<std::pair<double, QString>> shown; // play position, colour of the frame
+    QObject::connect(&sink, &QVideoSink::videoFrameChanged, &sink, [&](const QVideoFrame& f) {
+        const QImage image = f.toImage();
+        if (!image.isNull())
+            shown.append({player.currentPosition(),
+                          colourName(image.pixelColor(image.width() / 2, image.height() / 2))});
+    });
+    QElapsedTimer clock;
+    player.setURL(report.output);
+    clock.start();
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] {
+            return player.playState() == static_cast<int>(PlayState::MediaEnded) ||
+                   player.playState() == static_cast<int>(PlayState::Stopped);
+        },
+        15000));
+    EXPECT_GT(clock.elapsed(), 2500) << "the player ran through the held frames";
+    EXPECT_NEAR(player.duration(), 3.0, 0.1);
+    auto seen = [&](const QString& colour, double from, double to) {
+        return std::any_of(shown.begin(), shown.end(), [&](const auto& s) {
+            return s.second == colour && s.first >= from && s.first <= to;
+        });
+    };
+    EXPECT_TRUE(seen("red", 0, 1.4));
+    EXPECT_TRUE(seen("blue", 1.6, 3.0));
+    EXPECT_FALSE(seen("blue", 0, 1.3));
+    EXPECT_FALSE(seen("red", 1.7, 3.0));
 }

@@ -117,6 +117,12 @@ TEST_F(RenderEndToEnd, UnreadableItemTurnsBlackAndChangedPicturesAreRenderedAgai
     EXPECT_EQ(once.failedItems, QStringList{broken});
     EXPECT_TRUE(once.message.contains(broken)) << once.message.toStdString();
     expectSequence(paths.gstrFinalMixAVIFileSpec, {{0.0, "red"}, {1.0, "black"}, {2.0, "blue"}});
+    // Converted at a constant rate, as for phones, the result keeps its length: ffmpeg repeats
+    // a last frame by the gaps before it, so a held picture's last frames are real.
+    const QString phone = app.file("phone.avi");
+    ASSERT_TRUE(media.run({"-i", paths.gstrFinalMixAVIFileSpec, "-fps_mode", "cfr", "-r", "25",
+                           "-c:v", "mpeg4", "-y", phone}));
+    EXPECT_NEAR(media.duration(phone, "video"), 3.0, 0.1);
 
     // The same picture file with new content must not show the old piece.
     ASSERT_TRUE(media.solidPicture(first, "green", 320, 240));
