@@ -1,5 +1,7 @@
 #include "platform/WavFormat.h"
 
+#include "platform/RiffChunk.h"
+
 #include <QFile>
 #include <QtEndian>
 
@@ -21,14 +23,6 @@ void put16(QByteArray& out, quint16 v) {
     out.append(b, 2);
 }
 
-quint16 get16(const QByteArray& b, int at) {
-    return qFromLittleEndian<quint16>(b.constData() + at);
-}
-
-quint32 get32(const QByteArray& b, int at) {
-    return qFromLittleEndian<quint32>(b.constData() + at);
-}
-
 constexpr quint16 kPcm = 1;
 constexpr quint16 kFloat = 3;
 constexpr quint16 kALaw = 6;
@@ -44,17 +38,17 @@ bool isRegularFile(const QString& fileSpec) {
 QString readFormat(const QByteArray& fmt, WavInfo& info) {
     if (fmt.size() < 16)
         return QStringLiteral("its format chunk is too short");
-    info.formatTag = get16(fmt, 0);
-    info.channels = get16(fmt, 2);
-    info.samplesPerSecond = get32(fmt, 4);
-    info.byteRate = get32(fmt, 8);
-    info.blockAlign = get16(fmt, 12);
-    info.bitsPerSample = get16(fmt, 14);
+    info.formatTag = RiffGet16(fmt, 0);
+    info.channels = RiffGet16(fmt, 2);
+    info.samplesPerSecond = RiffGet32(fmt, 4);
+    info.byteRate = RiffGet32(fmt, 8);
+    info.blockAlign = RiffGet16(fmt, 12);
+    info.bitsPerSample = RiffGet16(fmt, 14);
     quint16 tag = info.formatTag;
     if (tag == kExtensible) {
         if (fmt.size() < 26)
             return QStringLiteral("its extensible format chunk is too short");
-        tag = get16(fmt, 24); // the first two bytes of the sub-format GUID
+        tag = RiffGet16(fmt, 24); // the first two bytes of the sub-format GUID
     }
     if (tag != kPcm && tag != kFloat && tag != kALaw && tag != kMuLaw)
         return QStringLiteral("its samples are compressed (format %1), not PCM").arg(tag);
@@ -116,20 +110,20 @@ WavInfo ReadWavInfo(const QString& fileSpec) {
         return failed(info, fileSpec, QStringLiteral("it does not begin with RIFF WAVE"));
     bool haveFormat = false;
     for (;;) {
-        const QByteArray chunk = f.read(8);
-        if (chunk.size() < 8)
+        RiffChunkHeader chunk;
+        if (!ReadRiffChunkHeader(f, chunk))
             return failed(info, fileSpec,
                           haveFormat ? QStringLiteral("it has no data chunk")
                                      : QStringLiteral("it has no format chunk"));
-        const quint32 size = get32(chunk, 4);
-        if (chunk.startsWith("fmt ")) {
+        const quint32 size = chunk.size;
+        if (chunk.id == "fmt ") {
             const QString why = readFormat(f.read(qMin<quint32>(size, 1024)), info);
             if (!why.isEmpty())
                 return failed(info, fileSpec, why);
             haveFormat = true;
-            if (!f.seek(f.pos() - qMin<quint32>(size, 1024) + size + (size % 2)))
+            if (!f.seek(f.pos() - qMin<quint32>(size, 1024) + chunk.paddedSize()))
                 return failed(info, fileSpec, QStringLiteral("its format chunk is cut short"));
-        } else if (chunk.startsWith("data")) {
+        } else if (chunk.id == "data") {
             if (!haveFormat)
                 return failed(info, fileSpec,
                               QStringLiteral("its samples come before their format"));
@@ -142,7 +136,7 @@ WavInfo ReadWavInfo(const QString& fileSpec) {
             info.durationMs =
                 bytes * 1000 / (qint64(info.samplesPerSecond) * qint64(info.blockAlign));
             return info;
-        } else if (!f.seek(f.pos() + qint64(size) + (size % 2)) || f.pos() > f.size()) {
+        } else if (!f.seek(f.pos() + chunk.paddedSize()) || f.pos() > f.size()) {
             return failed(info, fileSpec, QStringLiteral("a chunk runs past the end of the file"));
         }
     }

@@ -1,31 +1,14 @@
 #include "render/AviContents.h"
 
+#include "platform/RiffChunk.h"
+
 #include <QFile>
-#include <QtEndian>
 
 #include <algorithm>
 
 namespace cq {
 
 namespace {
-
-struct ChunkHeader {
-    QByteArray id;
-    qint64 size = 0;
-};
-
-bool readHeader(QFile& f, ChunkHeader& h) {
-    const QByteArray b = f.read(8);
-    if (b.size() < 8)
-        return false;
-    h.id = b.left(4);
-    h.size = qFromLittleEndian<quint32>(b.constData() + 4);
-    return true;
-}
-
-quint32 get32(const QByteArray& b, qsizetype at) {
-    return at + 4 <= b.size() ? qFromLittleEndian<quint32>(b.constData() + at) : 0;
-}
 
 bool isVideoChunk(const QByteArray& id) {
     // "00dc" compressed, "00db" uncompressed video.
@@ -45,15 +28,15 @@ void readStreamHeaders(const QByteArray& hdrl, QList<AviStream>& streams) {
     qsizetype at = 0;
     while (at + 8 <= hdrl.size()) {
         const QByteArray id = hdrl.mid(at, 4);
-        const qsizetype size = get32(hdrl, at + 4);
+        const qsizetype size = RiffGet32(hdrl, at + 4);
         const qsizetype body = at + 8;
         if (id == "LIST" && hdrl.mid(body, 4) == "strl" && hdrl.mid(body + 4, 4) == "strh") {
             const qsizetype strh = body + 12;
             AviStream s;
             s.type = hdrl.mid(strh, 4);
-            s.scale = get32(hdrl, strh + 20);
-            s.rate = get32(hdrl, strh + 24);
-            s.sampleSize = get32(hdrl, strh + 44);
+            s.scale = RiffGet32(hdrl, strh + 20);
+            s.rate = RiffGet32(hdrl, strh + 24);
+            s.sampleSize = RiffGet32(hdrl, strh + 44);
             streams << s;
         }
         at = body + size + (size & 1);
@@ -64,10 +47,10 @@ void readStreamHeaders(const QByteArray& hdrl, QList<AviStream>& streams) {
 // when one of them runs past the end.
 bool countMovi(QFile& f, qint64 end, AviContents& c) {
     while (f.pos() + 8 <= end) {
-        ChunkHeader h;
-        if (!readHeader(f, h))
+        RiffChunkHeader h;
+        if (!ReadRiffChunkHeader(f, h))
             return false;
-        const qint64 next = f.pos() + h.size + (h.size & 1);
+        const qint64 next = f.pos() + h.paddedSize();
         if (f.pos() + h.size > end)
             return false;
         if (h.id == "LIST") {
@@ -121,8 +104,8 @@ AviContents ReadAviContents(const QString& fileSpec) {
     bool sawMovi = false;
     // One RIFF "AVI " and, past 1 GB, further RIFF "AVIX" extensions, back to back.
     while (f.pos() < fileSize) {
-        ChunkHeader riff;
-        if (!readHeader(f, riff) || riff.id != "RIFF")
+        RiffChunkHeader riff;
+        if (!ReadRiffChunkHeader(f, riff) || riff.id != "RIFF")
             return problem(c, QStringLiteral("no RIFF chunk at byte %1").arg(f.pos()));
         const qint64 riffEnd = f.pos() + riff.size;
         if (riffEnd > fileSize)
@@ -132,8 +115,8 @@ AviContents ReadAviContents(const QString& fileSpec) {
         if (form != "AVI " && form != "AVIX")
             return problem(c, QStringLiteral("it is no AVI file"));
         while (f.pos() + 8 <= riffEnd) {
-            ChunkHeader h;
-            readHeader(f, h);
+            RiffChunkHeader h;
+            ReadRiffChunkHeader(f, h);
             const qint64 end = f.pos() + h.size;
             if (end > riffEnd)
                 return problem(c, QStringLiteral("a chunk runs past its RIFF"));
