@@ -5,9 +5,7 @@
 #include "platform/TextFiles.h"
 
 #include <QDir>
-#include <QEventLoop>
 #include <QFileInfo>
-#include <QTimer>
 
 namespace cq {
 
@@ -70,18 +68,6 @@ void PicturesWebPage::writePage(bool cancelled, const QStringList& failedPicture
 void PicturesWebPage::cancel() {
     m_pending = false;
     m_maker->cancel();
-}
-
-void PicturesWebPage::waitForFinished() {
-    while (m_busy) {
-        QEventLoop loop;
-        connect(this, &PicturesWebPage::pageWritten, &loop, &QEventLoop::quit);
-        QTimer::singleShot(0, &loop, [this, &loop] {
-            if (!m_busy)
-                loop.quit();
-        });
-        loop.exec();
-    }
 }
 
 } // namespace cq

@@ -24,8 +24,6 @@ public:
 
     void cancel();
     bool isBusy() const { return m_busy; }
-    // Returns when the current refresh (and one that waits behind it) has written its page.
-    void waitForFinished();
     QString rememberedPicturesPath() const { return m_rememberedPath; }
     QString pageFileSpec() const { return m_paths.gstrPicturesPageFileSpec; }
     ThumbnailMaker& maker() { return *m_maker; }

@@ -5,7 +5,6 @@
 #include "platform/ShellQuote.h"
 
 #include <QDir>
-#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QThread>
@@ -154,14 +153,6 @@ void ThumbnailMaker::onRunnerFinished() {
         }
     }
     emit finished(m_cancelled);
-}
-
-void ThumbnailMaker::waitForFinished() {
-    if (!isRunning())
-        return;
-    QEventLoop loop;
-    connect(this, &ThumbnailMaker::finished, &loop, &QEventLoop::quit);
-    loop.exec();
 }
 
 void ThumbnailMaker::cancel() {

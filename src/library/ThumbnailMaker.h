@@ -44,8 +44,6 @@ public:
     // Starts making the thumbnails; false when there is nothing to do, no picture tool, or one
     // run is going on.
     bool start(const QList<ThumbnailJob>& jobs);
-    // Returns when every script has ended; the event loop keeps running meanwhile.
-    void waitForFinished();
     void cancel();
     bool isRunning() const { return m_running > 0; }
     bool wasCancelled() const { return m_cancelled; }

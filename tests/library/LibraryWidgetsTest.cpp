@@ -66,7 +66,8 @@ protected:
         window->resize(1300, 800);
         window->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-        window->mediaBrowser().picturesPage().waitForFinished();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !window->mediaBrowser().picturesPage().isBusy(); },
+                                    60000));
     }
 
     template <typename T> T* child(const char* name) {
@@ -135,7 +136,8 @@ TEST_F(LibraryWindow, ThumbnailPageShowsAndAThumbnailClickShowsThePicture) {
     // A picture added since gets its thumbnail the next time the page is shown.
     MakePicture(JoinPath(pictures, "added.jpg"), 640, 480);
     QTest::mouseClick(viewPics, Qt::LeftButton);
-    window->mediaBrowser().picturesPage().waitForFinished();
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return !window->mediaBrowser().picturesPage().isBusy(); }, 60000));
     EXPECT_TRUE(
         QFileInfo::exists(app.file(QString::fromUtf8("SmallPics/Zoë's & <Trip>/added.jpg"))));
     EXPECT_TRUE(thumbs->toHtml().contains("added.jpg"));
@@ -168,7 +170,8 @@ TEST_F(LibraryWindow, AVideoThumbnailPlaysInTheDisplayPlaceAndIsLogged) {
     ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
     ASSERT_TRUE(window->mediaBrowser().Dir1_Change(MediaBrowser::kPicturesTab, pictures));
     QTest::mouseClick(child<QPushButton>("cmdViewPics"), Qt::LeftButton);
-    window->mediaBrowser().picturesPage().waitForFinished();
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return !window->mediaBrowser().picturesPage().isBusy(); }, 60000));
     auto* thumbs = child<PageViewer>("WebBrowserPics");
     QTRY_VERIFY(thumbs->toHtml().contains("surf clip.avi"));
     const QPoint at = AnchorPoint(thumbs, "surf clip.avi");

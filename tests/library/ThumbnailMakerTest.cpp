@@ -13,6 +13,8 @@
 #include <QImageReader>
 #include <QThread>
 
+#include <QTest>
+
 #include <gtest/gtest.h>
 
 using namespace cq;
@@ -65,7 +67,7 @@ TEST_F(Thumbnails, AreMadeForRealOnlyWhenMissingOrOlderThanThePicture) {
     QObject::connect(&maker, &ThumbnailMaker::progress,
                      [&](int done, int) { progress.append(done); });
     ASSERT_TRUE(maker.start(PlanThumbnails(folder, names, thumbs)));
-    maker.waitForFinished();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !maker.isRunning(); }, 60000));
     EXPECT_FALSE(maker.wasCancelled());
     EXPECT_TRUE(maker.failedPictures().isEmpty())
         << maker.failedPictures().join(u'|').toStdString();
@@ -113,7 +115,7 @@ TEST_F(Thumbnails, UnreadablePicturesGetNoneAndThePageStillShowsEveryEntry) {
                          failed = failures;
                      });
     pages.PreLoadPicsIntoBrowser(folder, entries);
-    pages.waitForFinished();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !pages.isBusy(); }, 60000));
     EXPECT_FALSE(cancelled);
     failed.sort();
     EXPECT_EQ(failed,
@@ -144,7 +146,7 @@ TEST_F(Thumbnails, CancelStopsTheRunAndLeavesNoHalfThumbnails) {
             maker.cancel();
     });
     ASSERT_TRUE(maker.start(PlanThumbnails(folder, names, thumbs)));
-    maker.waitForFinished();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !maker.isRunning(); }, 60000));
     EXPECT_TRUE(maker.wasCancelled());
     const QStringList made = QDir(thumbs).entryList(QDir::Files | QDir::Hidden);
     EXPECT_LT(made.size(), 40);
