@@ -18,8 +18,10 @@ cq_audio_start() {
     fi
     pactl set-default-sink speakers
     pactl set-default-source testmic
+    # The feed keeps a quarter of a second queued at the server: with the tests running two at a
+    # time, a feeder that waits for the processor must not leave the microphone silent.
     ( ffmpeg -hide_banner -loglevel error -re -f lavfi -i "sine=frequency=440:sample_rate=44100" \
-        -f s16le -ac 1 -ar 44100 - | pacat -d micfeed --latency-msec=20 --raw --format=s16le --rate=44100 --channels=1 ) \
+        -f s16le -ac 1 -ar 44100 - | pacat -d micfeed --latency-msec=250 --raw --format=s16le --rate=44100 --channels=1 ) \
         >/dev/null 2>&1 &
     CQ_FEEDER_PID=$!
     # The first recording stream of a fresh server waits ~1.5 s for its first sound; take

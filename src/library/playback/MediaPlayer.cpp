@@ -108,8 +108,11 @@ double MediaPlayer::currentPosition() const {
 
 void MediaPlayer::setCurrentPosition(double seconds) {
     const double old = currentPosition();
-    m_player->setPosition(static_cast<qint64>(std::max(0.0, seconds) * 1000.0 + 0.5));
-    emit positionChange(old, currentPosition());
+    const qint64 ms = static_cast<qint64>(std::max(0.0, seconds) * 1000.0 + 0.5);
+    m_player->setPosition(ms);
+    // The place asked for, not the player's clock read back: a playing clock has moved on by
+    // the time it is read, by a millisecond or more on a busy machine.
+    emit positionChange(old, double(ms) / 1000.0);
 }
 
 double MediaPlayer::duration() const {
