@@ -2,6 +2,7 @@
 
 #include "platform/RiffChunk.h"
 
+#include <QBuffer>
 #include <QFile>
 
 #include <algorithm>
@@ -24,22 +25,22 @@ int streamOf(const QByteArray& id) {
 
 // The hdrl list, read whole (it is a few kilobytes): one strl list per stream, each starting
 // with its strh header.
-void readStreamHeaders(const QByteArray& hdrl, QList<AviStream>& streams) {
-    qsizetype at = 0;
-    while (at + 8 <= hdrl.size()) {
-        const QByteArray id = hdrl.mid(at, 4);
-        const qsizetype size = RiffGet32(hdrl, at + 4);
-        const qsizetype body = at + 8;
-        if (id == "LIST" && hdrl.mid(body, 4) == "strl" && hdrl.mid(body + 4, 4) == "strh") {
-            const qsizetype strh = body + 12;
-            AviStream s;
-            s.type = hdrl.mid(strh, 4);
-            s.scale = RiffGet32(hdrl, strh + 20);
-            s.rate = RiffGet32(hdrl, strh + 24);
-            s.sampleSize = RiffGet32(hdrl, strh + 44);
-            streams << s;
-        }
-        at = body + size + (size & 1);
+void readStreamHeaders(QByteArray hdrl, QList<AviStream>& streams) {
+    QBuffer buffer(&hdrl);
+    buffer.open(QIODevice::ReadOnly);
+    RiffChunkHeader h;
+    while (ReadRiffChunkHeader(buffer, h)) {
+        const QByteArray body = buffer.read(h.paddedSize());
+        if (h.id != "LIST" || !body.startsWith("strlstrh"))
+            continue;
+        // The strh fields start after "strl", "strh" and the strh chunk's size.
+        const QByteArray strh = body.mid(12);
+        AviStream s;
+        s.type = strh.left(4);
+        s.scale = RiffGet32(strh, 20);
+        s.rate = RiffGet32(strh, 24);
+        s.sampleSize = RiffGet32(strh, 44);
+        streams << s;
     }
 }
 

@@ -47,6 +47,7 @@ PieceScheduler::PieceScheduler(const RenderInputs& in, const RenderPlan& plan, Q
         m_runners << runner;
         m_watchdogs << watchdog;
         m_busy << Run{};
+        m_runClocks << QElapsedTimer();
     }
 }
 
@@ -123,23 +124,21 @@ void PieceScheduler::startNext(int runner) {
             end(Ending::Finished);
         return;
     }
-    Run run = m_queue.takeFirst();
-    run.clock.start();
+    const Run run = m_queue.takeFirst();
     m_busy[runner] = run;
+    m_runClocks[runner].start();
     QList<RenderSegment> segments;
     qint64 frames = 0;
-    QStringList numbers;
     for (int i : run.segments) {
         segments << m_plan.segments[i];
         frames += m_plan.segments[i].frames;
-        numbers << QString::number(m_plan.segments[i].number);
     }
     const QString line = run.black              ? segments.first().blackLine
                          : segments.size() == 1 ? segments.first().line
                                                 : BatchLine(m_in, segments);
     emit logLine(
         QStringLiteral("pieces %1%2: %3")
-            .arg(numbers.join(u','), run.black ? QStringLiteral(" (black)") : QString(), line));
+            .arg(pieceNumbers(run), run.black ? QStringLiteral(" (black)") : QString(), line));
     m_watchdogs[runner]->start(watchdogMs(frames));
     m_runners[runner]->startScript(line, scriptFile(runner));
 }
@@ -155,12 +154,9 @@ void PieceScheduler::runFinished(int runner, const RunResult& result) {
             end(Ending::Cancelled);
         return;
     }
-    QStringList numbers;
-    for (int i : run.segments)
-        numbers << QString::number(m_plan.segments[i].number);
     emit logLine(QStringLiteral("pieces %1 ended after %2 ms")
-                     .arg(numbers.join(u','))
-                     .arg(run.clock.elapsed()));
+                     .arg(pieceNumbers(run))
+                     .arg(m_runClocks[runner].elapsed()));
     for (int i : run.segments) {
         const RenderSegment& s = m_plan.segments[i];
         // ffmpeg can end well after a write error: the file itself decides.
@@ -196,6 +192,13 @@ void PieceScheduler::pieceFailed(int index, bool wasBlack, const QString& reason
     m_failedItems << s.source;
     m_failureReasons << reason;
     m_queue.prepend(Run{{index}, true});
+}
+
+QString PieceScheduler::pieceNumbers(const Run& run) const {
+    QStringList numbers;
+    for (int i : run.segments)
+        numbers << QString::number(m_plan.segments[i].number);
+    return numbers.join(u',');
 }
 
 bool PieceScheduler::anyRunnerBusy() const {

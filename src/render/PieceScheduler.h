@@ -47,7 +47,6 @@ private:
     struct Run {
         QList<int> segments; // indexes into the plan; empty when the runner is idle
         bool black = false;  // the stand-in of an item that could not be rendered
-        QElapsedTimer clock; // since the run started
     };
 
     void queueNeededPieces();
@@ -57,6 +56,8 @@ private:
     enum class Ending { Finished, Failed, Cancelled };
     void end(Ending ending);
     bool anyRunnerBusy() const;
+    // "3,9": the plan's numbers of a run's pieces, for the log.
+    QString pieceNumbers(const Run& run) const;
     QString scriptFile(int runner) const;
 
     const RenderInputs& m_in;
@@ -65,9 +66,10 @@ private:
     QString m_scriptPrefix;
     QList<ToolRunner*> m_runners;
     QList<QTimer*> m_watchdogs;
-    QList<Run> m_busy;     // per runner
-    QList<Run> m_queue;    // runs still to start
-    QList<int> m_attempts; // per segment
+    QList<QElapsedTimer> m_runClocks; // per runner, since its run started
+    QList<Run> m_busy;                // per runner
+    QList<Run> m_queue;               // runs still to start
+    QList<int> m_attempts;            // per segment
     QStringList m_failedItems;
     QStringList m_failureReasons;
     QString m_failure;

@@ -79,11 +79,12 @@ QString segmentOutput(const RenderInputs& in, const RenderSegment& s, int inputI
     }
     // Passthrough keeps the still's gaps as gaps; the AVI muxer fills each with an empty chunk.
     // Its frames count in the output's own time base, so no frame's time is rounded away.
-    const QString timing = s.kind == u"Video" ? QStringLiteral(" -r ") + rate
-                                              : QStringLiteral(" -fps_mode passthrough -r ") + rate;
+    const QString timing =
+        s.kind == u"Video" ? QString() : QStringLiteral(" -fps_mode passthrough");
     return QStringLiteral("-map %1:v -vf ").arg(inputIndex) + ShellQuote(filter) +
-           QStringLiteral(" -frames:v ") + QString::number(s.frames) + timing + u' ' +
-           FfmpegDialect::PieceEncoderOptions() + QStringLiteral(" -y ") + ShellQuote(s.partial);
+           QStringLiteral(" -frames:v ") + QString::number(s.frames) + timing +
+           QStringLiteral(" -r ") + rate + u' ' + FfmpegDialect::PieceEncoderOptions() +
+           QStringLiteral(" -y ") + ShellQuote(s.partial);
 }
 
 QString validate(const RenderInputs& in) {
