@@ -101,8 +101,9 @@ TEST(MainWindow, EveryControlIsNamedInTheAccessibilityTree) {
         EXPECT_FALSE(iface->text(QAccessible::Name).isEmpty())
             << widget->metaObject()->className() << " " << widget->objectName().toStdString();
         // A button that shows only a picture says what it does in its tooltip too.
-        if (button && button->text().isEmpty())
+        if (button && button->text().isEmpty()) {
             EXPECT_FALSE(button->toolTip().isEmpty()) << widget->objectName().toStdString();
+        }
         if (!widget->toolTip().isEmpty()) {
             EXPECT_EQ(iface->text(QAccessible::Description), widget->toolTip())
                 << widget->objectName().toStdString();

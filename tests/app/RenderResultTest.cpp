@@ -10,6 +10,7 @@
 #include "studio/StudioSettings.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
+#include "support/TestRows.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/widgets/TimelineStudio.h"
 
@@ -145,16 +146,9 @@ TEST(RenderResult, HeldPicturesPlayForTheirWholeTime) {
                             "sine=frequency=440:duration=3", "-ac", "1", "-y", voice});
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     StudioSettings studio;
-    auto row = [&](int count, const QString& at, const QString& file) {
-        EventRow r;
-        r.mediaCount = count;
-        r.mediaType = QStringLiteral("Pictures");
-        r.timeLine = at;
-        r.fileSpec = app.file(file);
-        return r;
-    };
     RenderJob job(StudioRenderInputs(paths, studio,
-                                     {row(1, "0.000", "red.jpg"), row(2, "1.500", "blue.jpg")},
+                                     {test::Row(1, "Pictures", "0.000", app.file("red.jpg")),
+                                      test::Row(2, "Pictures", "1.500", app.file("blue.jpg"))},
                                      voice, 3000, {}),
                   LocateFfprobe(paths), app.file("SystemMediaGen"));
     const RenderReport report = job.runToEnd();

@@ -2,6 +2,7 @@
 #include "studio/AppPaths.h"
 #include "support/LiveProcesses.h"
 #include "support/StudioWindow.h"
+#include "support/TestRows.h"
 
 #include <QProcess>
 #include <QPushButton>
@@ -27,14 +28,8 @@ TEST(WindowClosedMidRender, TakesEveryToolOfTheRenderWithIt) {
     RenderPanel& panel = window->renderPanel();
     panel.setQuiet(true);
     panel.setLengthProvider([] { return qint64(300000); });
-    panel.setRowsProvider([video] {
-        EventRow r;
-        r.mediaCount = 1;
-        r.mediaType = QStringLiteral("Video");
-        r.timeLine = QStringLiteral("0.000");
-        r.fileSpec = video;
-        return QList<EventRow>{r};
-    });
+    panel.setRowsProvider(
+        [video] { return QList<EventRow>{test::Row(1, "Video", "0.000", video)}; });
     QTest::mouseClick(panel.findChild<QPushButton*>("cmdRender"), Qt::LeftButton);
     const QByteArray folder = app.path().toUtf8();
     ASSERT_TRUE(

@@ -17,15 +17,21 @@ void write(const QString& file, const QByteArray& text) {
     ASSERT_TRUE(WriteWholeFile(text, file)) << file.toStdString();
 }
 
-} // namespace
-
-TEST(BrowserLookup, FollowsTheDesktopsAssociationsAndOnlyInstalledEntries) {
-    QTemporaryDir dir;
+// A desktop whose home, configuration, data and programs all lie in the folder.
+QProcessEnvironment desktopIn(const QTemporaryDir& dir) {
     QProcessEnvironment env;
     env.insert("HOME", dir.path());
     env.insert("XDG_CONFIG_DIRS", dir.filePath("etc"));
     env.insert("XDG_DATA_DIRS", dir.filePath("usr"));
     env.insert("PATH", dir.filePath("bin"));
+    return env;
+}
+
+} // namespace
+
+TEST(BrowserLookup, FollowsTheDesktopsAssociationsAndOnlyInstalledEntries) {
+    QTemporaryDir dir;
+    QProcessEnvironment env = desktopIn(dir);
     EXPECT_EQ(FindWebBrowserHandler(env), "");
 
     // A default whose desktop entry is not installed opens nothing.
@@ -52,11 +58,7 @@ TEST(BrowserLookup, FollowsTheDesktopsAssociationsAndOnlyInstalledEntries) {
 
 TEST(BrowserLookup, TheSystemsBrowserAlternativeServesWhenNoTypeIsAssociated) {
     QTemporaryDir dir;
-    QProcessEnvironment env;
-    env.insert("HOME", dir.path());
-    env.insert("XDG_CONFIG_DIRS", dir.filePath("etc"));
-    env.insert("XDG_DATA_DIRS", dir.filePath("usr"));
-    env.insert("PATH", dir.filePath("bin"));
+    QProcessEnvironment env = desktopIn(dir);
     const QString program = dir.filePath("bin/x-www-browser");
     write(program, "#!/bin/sh\n");
     EXPECT_EQ(FindWebBrowserHandler(env), "");

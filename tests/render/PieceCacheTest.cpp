@@ -1,5 +1,5 @@
 #include "RenderTestMedia.h"
-#include "TestRows.h"
+#include "support/TestRows.h"
 
 #include "platform/ToolLocator.h"
 #include "platform/ToolRunner.h"

@@ -69,8 +69,9 @@ TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
     EXPECT_NEAR(times.last(), 4.0 - step, step);
     for (qsizetype i = 0; i < times.size(); ++i) {
         ASSERT_NEAR(times[i] / step, std::round(times[i] / step), 0.05) << "frame " << i;
-        if (i > 0)
+        if (i > 0) {
             ASSERT_GT(times[i], times[i - 1] + step / 2) << "frame " << i;
+        }
     }
     EXPECT_EQ(ReadAviContents(out).videoFrames, 120);
     EXPECT_LT(times.size(), 80) << "the stills' held frames were encoded one by one";

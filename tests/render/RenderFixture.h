@@ -1,7 +1,7 @@
 #pragma once
 
 #include "RenderTestMedia.h"
-#include "TestRows.h"
+#include "support/TestRows.h"
 
 #include "platform/WavFormat.h"
 #include "render/RenderJob.h"

@@ -6,6 +6,7 @@
 #include "studio/AppPaths.h"
 #include "studio/StudioSettings.h"
 #include "support/TestAppFolder.h"
+#include "support/TestRows.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -34,14 +35,8 @@ protected:
         ASSERT_TRUE(media.voice(paths.gstrRecordedAudioFileSpec, seconds));
         const QString pic = app.file("red.jpg");
         ASSERT_TRUE(media.solidPicture(pic, "red", 320, 240));
-        panel.setRowsProvider([pic] {
-            EventRow r;
-            r.mediaCount = 1;
-            r.mediaType = QStringLiteral("Pictures");
-            r.timeLine = QStringLiteral("1.000");
-            r.fileSpec = pic;
-            return QList<EventRow>{r};
-        });
+        panel.setRowsProvider(
+            [pic] { return QList<EventRow>{test::Row(1, "Pictures", "1.000", pic)}; });
     }
 
     test::TestAppFolder app;

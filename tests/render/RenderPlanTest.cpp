@@ -1,7 +1,7 @@
 #include "render/RenderPlan.h"
-#include "TestRows.h"
 #include "platform/ShellQuote.h"
 #include "render/FfmpegDialect.h"
+#include "support/TestRows.h"
 
 #include <gtest/gtest.h>
 

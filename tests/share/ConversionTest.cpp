@@ -144,9 +144,11 @@ TEST(ConversionCommand, SizeCaptionsAreNormalisedAndBadSizesIgnored) {
     EXPECT_EQ(NormalizeFrameSize("320X240"), "320x240");
     for (const QString bad : {"", "Other", "641x480", "0x0", "640x480; rm -rf /", "99999x2"})
         EXPECT_TRUE(NormalizeFrameSize(bad).isEmpty()) << bad.toStdString();
+    ConversionSettings mp4;
+    mp4.outputFormat = "MP4";
+    mp4.frameSize = "160x120 ";
     const QStringList args =
-        ConvertFileForCellPhones("ffmpeg", "/w/a.avi", "/w/a.MP4", "", {"MP4", "160x120 "})
-            .arguments;
+        ConvertFileForCellPhones("ffmpeg", "/w/a.avi", "/w/a.MP4", "", mp4).arguments;
     EXPECT_EQ(args.at(args.indexOf("-s") + 1), "160x120");
 }
 
