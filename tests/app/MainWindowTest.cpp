@@ -1,4 +1,3 @@
-#include "app/widgets/KeepAwake.h"
 #include "app/widgets/frmClipquill.h"
 #include "support/FifoWatch.h"
 #include "support/StudioWindow.h"
@@ -81,13 +80,6 @@ TEST(MainWindow, AFifoInPlaceOfTheSplashPictureIsNeverOpened) {
     ASSERT_NE(pictureWait, nullptr);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !pictureWait->isActive(); }, 10000));
     EXPECT_EQ(fifos.stop(), QStringList());
-}
-
-TEST(MainWindow, KeepAwakeTimerTicksEveryFiftySeconds) {
-    test::TestAppFolder app;
-    auto w = test::OpenStudio(app);
-    EXPECT_TRUE(w->keepAwake().tmrMoveMouseToPreventScreenSaver().isActive());
-    EXPECT_EQ(w->keepAwake().tmrMoveMouseToPreventScreenSaver().interval(), 50000);
 }
 
 TEST(MainWindow, EveryControlIsNamedInTheAccessibilityTree) {

@@ -49,7 +49,6 @@ TEST(TimelineWidgets, TheWindowCarriesTheControlsWithTheirTextsAndNames) {
     ASSERT_NE(label, nullptr);
     EXPECT_EQ(label->text(), "Recording");
     EXPECT_TRUE(label->isHidden());
-    EXPECT_EQ(w->timeline().recordingPanel()->tmrRecording().interval(), 700);
 
     auto* events = w->findChild<QPushButton*>("cmdEvents");
     auto* grid = w->findChild<EventGridView*>("MSFlexGrid1");
