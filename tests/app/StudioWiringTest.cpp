@@ -157,7 +157,6 @@ TEST(StudioWiring, WithoutAnySoundInputStartUpSaysNoMicrophoneWasFound) {
         EXPECT_TRUE(box->text().startsWith("No microphone was found")) << box->text().toStdString();
         EXPECT_FALSE(box->text().contains("You may still record sound"));
         box->close();
-        QTest::qWait(50);
         button(*w, "cmdRecordVoiceEmail")->click();
         EXPECT_FALSE(w->recordingState().gblnRecording) << "record refuses";
         return;

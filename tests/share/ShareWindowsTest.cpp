@@ -58,44 +58,16 @@ template <typename T> T* Child(QObject* parent, const char* name) {
 }
 
 bool WaitForFile(const QString& path) {
-    for (int i = 0; i < 100 && !QFile::exists(path); ++i)
-        QTest::qWait(50);
-    return QFile::exists(path);
+    return QTest::qWaitFor([&] { return QFile::exists(path); }, 20000);
 }
 
 } // namespace
 
-TEST(ConvertAndEmailWindow, ShowsEveryControlWithItsCaption) {
+TEST(ConvertAndEmailWindow, ListsTheFormatsPresetsAndTheCarriersOfTheFileBeforeTheBuiltInOnes) {
     test::TestAppFolder app(false);
     test::WriteFile(app.file("System/MMSServerList.txt"), "Acme Mobile;mms.acme.example\r\n");
     frmConvertAndEmail w(AppPaths::forFolder(app.path()));
     EXPECT_EQ(w.windowTitle(), "Convert and Email Clip");
-    const QList<QPair<const char*, QString>> captions{
-        {"lblPresets", "Presets"},
-        {"lblSelectFileFormat", "Select File Format"},
-        {"lblCellCarrier", "Cell Carrier"},
-        {"lblPhoneNumber", "Enter Phone Number"},
-        {"lblAddMMSServer", "Don't See Your Cell Carrier MMS Server?"},
-        {"lblSendClip", "Send Clip to CellPhone or other Mobile Device?"},
-        {"lblConvertHint", "...then Select a File Format other than AVI"},
-        {"lblSendHint", "...then Enter a Phone Number, Select the Carrier, and then click the "
-                        "Email button"},
-        {"fraConvert", "Convert first?"},
-        {"fraVideoRes", "Video Resolution"},
-        {"optScreenRes_0", "160x120 "},
-        {"optScreenRes_5", "Other"},
-        {"cmdAddMMSServer", "Add MMS Server"},
-        {"cmdConvertOnly", "Convert Only"},
-        {"cmdEmail", "Convert and Email"},
-        {"cmdClose", "&Close"}};
-    for (const auto& [name, caption] : captions) {
-        QWidget* control = Child<QWidget>(&w, name);
-        ASSERT_NE(control, nullptr);
-        const QString text = control->property("text").isValid()
-                                 ? control->property("text").toString()
-                                 : control->property("title").toString();
-        EXPECT_EQ(text, caption) << name;
-    }
     EXPECT_NE(Child<QPushButton>(&w, "cmdEmail")->toolTip().indexOf("phone niumber"), -1);
     auto* formats = Child<QListWidget>(&w, "lstConvertToFormat");
     ASSERT_EQ(formats->count(), 10);
@@ -286,7 +258,6 @@ TEST(SharePanel, EmailHandsTheClipToTheEmailerCompanion) {
     Child<QPushButton>(&panel, "cmdEmail")->click();
     EXPECT_TRUE(responder.texts.isEmpty()) << responder.texts.join('|').toStdString();
     ASSERT_TRUE(WaitForFile(xdgEmail.log()));
-    QTest::qWait(200); // the stub finishes writing
     const QStringList args = xdgEmail.arguments();
     ASSERT_FALSE(args.isEmpty());
     EXPECT_EQ(args.last(), paths.gstrFinalMixAVIFileSpec);

@@ -12,9 +12,11 @@ StubProgram::StubProgram(const QString& name, int exitCode) : m_oldPath(qgetenv(
     const QString script = m_dir.path() + u'/' + name;
     QFile file(script);
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    // The log is written under another name and renamed: whoever sees it sees it whole.
     file.write(QStringLiteral("#!/bin/sh\n"
-                              ": > '%1'\n"
-                              "for a in \"$@\"; do printf '%s\\0' \"$a\" >> '%1'; done\n"
+                              ": > '%1.part'\n"
+                              "for a in \"$@\"; do printf '%s\\0' \"$a\" >> '%1.part'; done\n"
+                              "mv -f '%1.part' '%1'\n"
                               "exit %2\n")
                    .arg(log())
                    .arg(exitCode)

@@ -8,7 +8,8 @@
 namespace cq::test {
 
 // A stand-in program placed first on PATH for the life of the object. Each run writes its
-// arguments, NUL-separated, to log() and exits with the given code.
+// arguments, NUL-separated, to log() and exits with the given code. The log appears whole, in
+// one rename, so a test may read it as soon as it exists.
 class StubProgram {
 public:
     StubProgram(const QString& name, int exitCode = 0);
