@@ -1,11 +1,11 @@
 // Measures a render against one ffmpeg run that makes the same video with a filter graph, at two
 // output sizes, a render again after one item changed, and (with --long) the lengths of a
 // 10-minute message of 100 items. Prints each figure against its goal, from one run.
+#include "app/StudioRender.h"
 #include "platform/ShellQuote.h"
 #include "platform/ToolLocator.h"
 #include "platform/ToolRunner.h"
 #include "platform/WavFormat.h"
-#include "render/FfmpegDialect.h"
 #include "render/RenderJob.h"
 #include "studio/AppPaths.h"
 #include "studio/StudioSettings.h"
@@ -102,7 +102,7 @@ QList<EventRow> hundredEvents(const Inputs& in) {
 // concatenated and mixed with the voice.
 QStringList baselineArguments(const QList<EventRow>& rows, const QString& voice, qint64 voiceMs,
                               const QString& size, const QString& black, const QString& out) {
-    const QSize s = FfmpegDialect::ParseFrameSize(size);
+    const QSize s = ParseFrameSize(size);
     const double fps = 30000.0 / 1001.0;
     const QString fit = QStringLiteral("scale=%1:%2:force_original_aspect_ratio=decrease:"
                                        "force_divisible_by=2,"
@@ -175,13 +175,17 @@ double childCpuSeconds() {
     return u.ru_utime.tv_sec + u.ru_stime.tv_sec + (u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
 }
 
+RenderInputs inputsFor(const AppPaths& paths, const QList<EventRow>& rows, const QString& voice,
+                       const QString& size) {
+    StudioSettings studio;
+    studio.gstrVideoRes = size;
+    return StudioRenderRequest(paths, studio, rows, voice, WavDurationMs(voice), {}).inputs;
+}
+
 double timeRender(const AppPaths& paths, const QList<EventRow>& rows, const QString& voice,
                   const QString& size, RenderReport* report) {
     QDir(paths.gstrTempFilesDirectory).removeRecursively();
-    StudioSettings studio;
-    studio.gstrVideoRes = size;
-    RenderJob job(StudioRenderInputs(paths, studio, rows, voice, WavDurationMs(voice), {}),
-                  LocateFfprobe(paths), paths.appFolder + "/SystemMediaGen");
+    RenderJob job(inputsFor(paths, rows, voice, size));
     QElapsedTimer t;
     t.start();
     *report = job.runToEnd();
@@ -268,11 +272,7 @@ int main(int argc, char** argv) {
                 "-frames:v", "1", "-update", "1", "-q:v", "3", "-y", in.pictures[3]});
         RenderReport again;
         const double changed = [&] {
-            StudioSettings studio;
-            studio.gstrVideoRes = size;
-            RenderJob job(
-                StudioRenderInputs(paths, studio, ten, in.voice, WavDurationMs(in.voice), {}),
-                LocateFfprobe(paths), paths.appFolder + "/SystemMediaGen");
+            RenderJob job(inputsFor(paths, ten, in.voice, size));
             QElapsedTimer t;
             t.start();
             again = job.runToEnd();

@@ -1,10 +1,10 @@
 #include "app/CommandLine.h"
 
+#include "app/CommandLineRender.h"
 #include "app/InstallationCheck.h"
 #include "app/Startup.h"
 #include "app/widgets/frmClipquill.h"
 #include "platform/TerminationSignals.h"
-#include "render/CommandLineRender.h"
 #include "studio/AppFolder.h"
 
 #include "Version.h"

@@ -1,46 +1,27 @@
 #include "render/PieceCache.h"
 
 #include "platform/TextFiles.h"
-#include "render/AviContents.h"
+#include "render/RenderContainer.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QSet>
 
 #include <cstdio>
 
 namespace cq {
 
-namespace {
-
-// The source's size and time tell a file that was changed under the same name.
-QString sourceFingerprint(const QString& source) {
-    const QFileInfo fi(source);
-    return QString::number(fi.size()) + u' ' +
-           QString::number(fi.lastModified().toMSecsSinceEpoch());
-}
-
-bool writeAtomically(const QString& fileSpec, const QByteArray& bytes) {
-    QSaveFile f(fileSpec);
-    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size() && f.commit();
-}
-
-} // namespace
-
-PieceCache::PieceCache(QString folder) : m_folder(std::move(folder)) {}
+PieceCache::PieceCache(QString folder, const RenderContainer& container)
+    : m_folder(std::move(folder)), m_container(container) {}
 
 QString PieceCache::keyFileOf(const RenderSegment& s) {
-    QString key = s.piece;
-    key.chop(4); // ".avi"
-    return key + QStringLiteral(".key");
+    const QFileInfo piece(s.piece);
+    return piece.path() + u'/' + piece.completeBaseName() + QStringLiteral(".key");
 }
 
 QString PieceCache::keyText(const RenderSegment& s, qint64 pieceBytes) {
-    return s.recipe + u'\n' + sourceFingerprint(s.source) + u'\n' +
-           QStringLiteral("bytes=%1 frames=%2\n").arg(pieceBytes).arg(s.frames);
+    return s.recipe.text() + QStringLiteral("bytes=%1 frames=%2\n").arg(pieceBytes).arg(s.frames);
 }
 
 bool PieceCache::isReusable(const RenderSegment& s) const {
@@ -49,7 +30,7 @@ bool PieceCache::isReusable(const RenderSegment& s) const {
         return false;
     if (ReadFileToBytes(keyFileOf(s)) != keyText(s, piece.size()).toUtf8())
         return false;
-    return ReadAviContents(s.piece).holds(s.frames);
+    return m_container.pieceProblem(s.piece, s.frames).isEmpty();
 }
 
 void PieceCache::forget(const RenderSegment& s) const {
@@ -59,20 +40,15 @@ void PieceCache::forget(const RenderSegment& s) const {
 }
 
 QString PieceCache::accept(const RenderSegment& s, bool withKey) const {
-    const AviContents made = ReadAviContents(s.partial);
-    if (!made.complete)
-        return QStringLiteral("the piece \"%1\" is damaged: %2").arg(s.partial, made.problem);
-    if (made.videoFrames != s.frames)
-        return QStringLiteral("the piece \"%1\" has %2 of its %3 frames")
-            .arg(s.partial)
-            .arg(made.videoFrames)
-            .arg(s.frames);
+    const QString problem = m_container.pieceProblem(s.partial, s.frames);
+    if (!problem.isEmpty())
+        return problem;
     QFile::remove(keyFileOf(s));
     // rename(2) replaces an older piece in one step; QFile::rename would refuse to.
     if (std::rename(QFile::encodeName(s.partial).constData(),
                     QFile::encodeName(s.piece).constData()) != 0)
         return QStringLiteral("the piece \"%1\" could not be moved into place").arg(s.partial);
-    if (withKey && !writeAtomically(keyFileOf(s), keyText(s, QFileInfo(s.piece).size()).toUtf8()))
+    if (withKey && !WriteWholeFile(keyText(s, QFileInfo(s.piece).size()).toUtf8(), keyFileOf(s)))
         QFile::remove(keyFileOf(s)); // without its key the piece is simply made again next time
     return {};
 }
@@ -80,12 +56,12 @@ QString PieceCache::accept(const RenderSegment& s, bool withKey) const {
 int PieceCache::removeAllBut(const QStringList& keptPieces) const {
     QSet<QString> kept;
     for (const QString& piece : keptPieces) {
-        const QString name = QFileInfo(piece).fileName();
-        kept << name;
-        kept << name.left(name.size() - 4) + QStringLiteral(".key");
+        const QFileInfo fi(piece);
+        kept << fi.fileName();
+        kept << fi.completeBaseName() + QStringLiteral(".key");
     }
     int removed = 0;
-    const QStringList patterns{QStringLiteral("*.avi"), QStringLiteral("*.key"),
+    const QStringList patterns{QStringLiteral("*.") + m_container.suffix(), QStringLiteral("*.key"),
                                QStringLiteral("*.part")};
     const QDir dir(m_folder);
     for (const QString& name : dir.entryList(patterns, QDir::Files | QDir::Hidden)) {

@@ -7,15 +7,17 @@
 
 namespace cq {
 
+class RenderContainer;
+
 // The pieces a render keeps in its work space for the next render. A piece counts only when it
 // is complete: ffmpeg writes it under a temporary name, it is checked (every planned frame,
-// whole chunks), renamed into place, and its key written last. The key names what the piece
-// was made from and what it was (size and frames), so a piece damaged later is made again.
+// whole), renamed into place, and its key written last. The key holds the piece's recipe and
+// what the piece was (size and frames), so a piece damaged later is made again.
 class PieceCache {
 public:
-    explicit PieceCache(QString folder);
+    PieceCache(QString folder, const RenderContainer& container);
 
-    // True when the piece is there, whole, and was made from the same item as it is now.
+    // True when the piece is there, whole, and was made from the same recipe.
     bool isReusable(const RenderSegment& segment) const;
     // Removes the piece, its key and any partial file: it is about to be made again.
     void forget(const RenderSegment& segment) const;
@@ -33,6 +35,7 @@ private:
     static QString keyText(const RenderSegment& segment, qint64 pieceBytes);
 
     QString m_folder;
+    const RenderContainer& m_container;
 };
 
 } // namespace cq

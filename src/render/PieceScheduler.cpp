@@ -1,6 +1,8 @@
 #include "render/PieceScheduler.h"
 
 #include "platform/ToolRunner.h"
+#include "render/FullDisk.h"
+#include "render/PieceLines.h"
 
 #include <QFile>
 #include <QSet>
@@ -29,10 +31,10 @@ int watchdogMs(qint64 frames) {
 
 } // namespace
 
-PieceScheduler::PieceScheduler(const RenderInputs& in, const RenderPlan& plan, QString scriptPrefix,
-                               int parallelism, QObject* parent)
-    : QObject(parent), m_in(in), m_plan(plan), m_cache(in.workFolder),
-      m_scriptPrefix(std::move(scriptPrefix)) {
+PieceScheduler::PieceScheduler(const RenderInputs& in, const RenderPlan& plan,
+                               const RenderSpace& space, int parallelism, QObject* parent)
+    : QObject(parent), m_in(in), m_plan(plan), m_space(space),
+      m_cache(space.folder, *in.container) {
     for (int i = 0; i < std::max(1, parallelism); ++i) {
         auto* runner = new ToolRunner(this);
         runner->setKillGraceMilliseconds(500);
@@ -57,7 +59,7 @@ PieceScheduler::~PieceScheduler() {
 }
 
 QString PieceScheduler::scriptFile(int runner) const {
-    return m_scriptPrefix + QStringLiteral("%1.sh").arg(runner + 1);
+    return m_space.scriptPrefix + QStringLiteral("%1.sh").arg(runner + 1);
 }
 
 void PieceScheduler::start() {
@@ -89,14 +91,18 @@ void PieceScheduler::queueNeededPieces() {
             continue;
         }
         m_cache.forget(s);
+        if (!s.sourceProblem.isEmpty()) {
+            showBlack(i, s.sourceProblem);
+            continue;
+        }
         // ffmpeg 5.1 spins without end when a video input shares a run with looped stills;
         // pieces of one video share a run, which decodes the video once for all of them.
-        if (s.kind != u"Video") {
+        if (s.kind != SegmentKind::Video) {
             stills << i;
             continue;
         }
         const auto same = std::find_if(m_queue.begin(), m_queue.end(), [&](const Run& run) {
-            return m_plan.segments[run.segments.first()].source == s.source &&
+            return !run.black && m_plan.segments[run.segments.first()].source == s.source &&
                    run.segments.size() < kMaxPiecesPerRun;
         });
         if (same != m_queue.end())
@@ -104,10 +110,13 @@ void PieceScheduler::queueNeededPieces() {
         else
             m_queue << Run{{i}, false};
     }
-    // A still costs little beside the start of an ffmpeg run, now that only a few of its frames
-    // are encoded: the stills share as few runs as keep the cores busy, one per core that no
-    // video run holds, so that every core starts at once. No run grows so long that the progress
-    // stands still.
+    queueStills(stills);
+}
+
+// A still costs little beside the start of an ffmpeg run, now that only a few of its frames are
+// encoded: the stills share as few runs as keep the cores busy, one per core that no video run
+// holds, so that every core starts at once. No run grows so long that the progress stands still.
+void PieceScheduler::queueStills(const QList<int>& stills) {
     const qsizetype runs = std::max<qsizetype>(1, m_runners.size() - qsizetype(m_queue.size()));
     const qsizetype batch =
         std::clamp<qsizetype>((stills.size() + runs - 1) / runs, 1, kMaxPiecesPerRun);
@@ -133,9 +142,8 @@ void PieceScheduler::startNext(int runner) {
         segments << m_plan.segments[i];
         frames += m_plan.segments[i].frames;
     }
-    const QString line = run.black              ? segments.first().blackLine
-                         : segments.size() == 1 ? segments.first().line
-                                                : BatchLine(m_in, segments);
+    const QString line =
+        run.black ? StandInLine(m_in, segments.first()) : PieceRunLine(m_in, segments);
     emit logLine(
         QStringLiteral("pieces %1%2: %3")
             .arg(pieceNumbers(run), run.black ? QStringLiteral(" (black)") : QString(), line));
@@ -165,6 +173,11 @@ void PieceScheduler::runFinished(int runner, const RunResult& result) {
             m_framesDone += s.frames;
             continue;
         }
+        m_failure = FullDiskProblem(result.errorText, m_space.folder);
+        if (!m_failure.isEmpty()) {
+            emit logLine(QStringLiteral("piece %1: %2").arg(s.number).arg(problem));
+            return end(Ending::Failed);
+        }
         pieceFailed(i, run.black,
                     result.ok() ? problem : runProblem(result) + QStringLiteral("; ") + problem);
         if (!m_running)
@@ -178,7 +191,8 @@ void PieceScheduler::pieceFailed(int index, bool wasBlack, const QString& reason
     const RenderSegment& s = m_plan.segments[index];
     emit logLine(QStringLiteral("piece %1 (%2) failed: %3").arg(s.number).arg(s.source, reason));
     QFile::remove(s.partial);
-    if (wasBlack || (s.kind == u"Black" && m_attempts[index] + 1 >= kAttemptsBeforeBlack)) {
+    if (wasBlack ||
+        (s.kind == SegmentKind::Black && m_attempts[index] + 1 >= kAttemptsBeforeBlack)) {
         m_failure = QStringLiteral("Even black could not be rendered from \"%1\": %2")
                         .arg(m_in.blackPicture, reason);
         end(Ending::Failed);
@@ -188,8 +202,12 @@ void PieceScheduler::pieceFailed(int index, bool wasBlack, const QString& reason
         m_queue.prepend(Run{{index}, false}); // on its own: one bad file fails a whole run
         return;
     }
-    // The item shows black for its time, so everything after it keeps its place.
-    m_failedItems << s.source;
+    showBlack(index, reason);
+}
+
+// The item shows black for its time, so everything after it keeps its place.
+void PieceScheduler::showBlack(int index, const QString& reason) {
+    m_failedItems << m_plan.segments[index].source;
     m_failureReasons << reason;
     m_queue.prepend(Run{{index}, true});
 }

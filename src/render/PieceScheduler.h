@@ -18,14 +18,16 @@ struct RunResult;
 // Makes the pieces a plan needs that the cache cannot give: still pictures several to one ffmpeg
 // run, videos alone, as many runs at once as there are cores. A piece that fails its run or its
 // check is made again on its own once; if that fails too, the item shows black for its time and
-// its file is named in failedItems(). Ends with exactly one of finished, failed or cancelled.
+// its file is named in failedItems(). A source that is no regular file is never handed to ffmpeg:
+// it shows black at once. A write that fails for lack of space fails the render. Ends with
+// exactly one of finished, failed or cancelled.
 class PieceScheduler : public QObject {
     Q_OBJECT
 public:
     static constexpr qsizetype kMaxPiecesPerRun = 24;
     static constexpr int kAttemptsBeforeBlack = 2;
 
-    PieceScheduler(const RenderInputs& in, const RenderPlan& plan, QString scriptPrefix,
+    PieceScheduler(const RenderInputs& in, const RenderPlan& plan, const RenderSpace& space,
                    int parallelism, QObject* parent = nullptr);
     ~PieceScheduler() override;
 
@@ -50,6 +52,8 @@ private:
     };
 
     void queueNeededPieces();
+    void queueStills(const QList<int>& stills);
+    void showBlack(int index, const QString& reason);
     void startNext(int runner);
     void runFinished(int runner, const RunResult& result);
     void pieceFailed(int index, bool wasBlack, const QString& reason);
@@ -62,8 +66,8 @@ private:
 
     const RenderInputs& m_in;
     const RenderPlan& m_plan;
+    const RenderSpace m_space; // a copy: the scripts are removed when the job is gone
     PieceCache m_cache;
-    QString m_scriptPrefix;
     QList<ToolRunner*> m_runners;
     QList<QTimer*> m_watchdogs;
     QList<QElapsedTimer> m_runClocks; // per runner, since its run started

@@ -1,92 +1,90 @@
 #pragma once
 
+#include "render/RenderInputs.h"
 #include "render/RenderPlan.h"
 #include "render/RenderReport.h"
 #include "render/RenderWorkspace.h"
 
 #include <QElapsedTimer>
-#include <QList>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
 namespace cq {
 
+class MixStep;
 class PieceScheduler;
-class ToolRunner;
-struct RunResult;
+class ResultCheck;
+class SoundProbe;
+struct MeasuredResult;
 
-// Runs a render in steps that never block the window: it takes a work space of its own, probes
-// which videos have sound, has the pieces made (PieceScheduler), joins them by stream copy and
-// mixes in the voice, then measures the result. Only a result whose lengths match the voice
-// replaces the previous one; cancel stops every tool within a second.
+// Runs a render in steps that never block the window, each a unit of its own with its inputs and
+// its result: which videos have sound (probe), what to make (plan), the pieces, the join and the
+// mix with the voice, the check of the result's lengths against the voice, and the move of the
+// result into place. Only a result whose lengths match the voice replaces the previous one;
+// cancel stops every tool within a second. The inputs never change once the job exists.
 class RenderJob : public QObject {
     Q_OBJECT
 public:
+    enum class Step { Probe, Plan, Pieces, Mix, Verify, Publish };
     // Lengths of the result may differ from the voice by this much.
     static constexpr qint64 kToleranceMs = 200;
 
-    RenderJob(RenderInputs inputs, QString ffprobe, QString scriptFolder,
-              QObject* parent = nullptr);
+    explicit RenderJob(RenderInputs inputs, QObject* parent = nullptr);
     ~RenderJob() override;
 
     void start();
     void cancel();
     bool isRunning() const { return m_running; }
-    const RenderPlan& plan() const { return m_plan; }
     const RenderInputs& inputs() const { return m_in; }
+    const RenderSpace& space() const { return m_space; }
+    const QSet<QString>& videosWithSound() const { return m_videosWithSound; }
+    const RenderPlan& plan() const { return m_plan; }
     const RenderReport& report() const { return m_report; }
     // Runs the job to its end while the event loop keeps running; for callers without a window.
     RenderReport runToEnd();
 
-    void setParallelism(int runners) { m_parallelism = std::max(1, runners); }
-
 signals:
+    void stepStarted(cq::RenderJob::Step step);
     void progressChanged(int percent);
     void statusChanged(const QString& text);
     void finished(const cq::RenderReport& report);
 
 private:
-    bool takeWorkspace();
-    void probeNextVideo();
-    void startPieces();
-    void startMix();
-    void onMixOutput(const QString& line);
-    void startMeasure();
-    void measureVideo();
-    void onSoundProbed(const RunResult& result);
-    void judgeLengths();
+    void runStep(Step step);
+    void stepDone();
+    bool prepare();
+    void probe();
+    void makePlan();
+    void makePieces();
+    void mix();
+    void verify();
+    void judge(const MeasuredResult& measured);
     void publish();
+    void stopSteps();
+    void fail(const QString& message);
     void finish(RenderReport::Outcome outcome, const QString& message);
     void setProgress(int percent);
     void log(const QString& line);
     QString writeLog();
-    QString scriptFile() const;
 
-    RenderInputs m_in;
+    const RenderInputs m_in;
+    RenderWorkspace m_workspace;
+    RenderSpace m_space;
+    QSet<QString> m_videosWithSound;
     RenderPlan m_plan;
     RenderReport m_report;
-    RenderWorkspace m_workspace;
-    QString m_ffprobe;
-    QString m_scriptFolder;
-    ToolRunner* m_runner = nullptr;
+    Step m_step = Step::Probe;
+    SoundProbe* m_probe = nullptr;
     PieceScheduler* m_pieces = nullptr;
-    QStringList m_videosToProbe;
-    int m_parallelism = 2;
+    MixStep* m_mix = nullptr;
+    ResultCheck* m_check = nullptr;
     bool m_running = false;
     bool m_cancelling = false;
     int m_lastPercent = -1;
     QStringList m_log;
     QElapsedTimer m_clock;
 };
-
-// The inputs of a render of the studio's work folder: paths of the application folder, the
-// output size and rate, the rows and the voice.
-struct AppPaths;
-struct StudioSettings;
-RenderInputs StudioRenderInputs(const AppPaths& paths, const StudioSettings& studio,
-                                const QList<EventRow>& rows, const QString& voiceFile,
-                                qint64 recordingMs, const QString& output);
-QString LocateFfprobe(const AppPaths& paths);
 
 } // namespace cq

@@ -1,3 +1,4 @@
+#include "app/StudioRender.h"
 #include "app/widgets/KeepAwake.h"
 #include "app/widgets/MediaStation.h"
 #include "app/widgets/frmClipquill.h"
@@ -144,11 +145,11 @@ TEST(RenderResult, HeldPicturesPlayForTheirWholeTime) {
                             "sine=frequency=440:duration=3", "-ac", "1", "-y", voice});
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     StudioSettings studio;
-    RenderJob job(StudioRenderInputs(paths, studio,
-                                     {test::Row(1, "Pictures", "0.000", app.file("red.jpg")),
-                                      test::Row(2, "Pictures", "1.500", app.file("blue.jpg"))},
-                                     voice, 3000, {}),
-                  LocateFfprobe(paths), app.file("SystemMediaGen"));
+    RenderJob job(StudioRenderRequest(paths, studio,
+                                      {test::Row(1, "Pictures", "0.000", app.file("red.jpg")),
+                                       test::Row(2, "Pictures", "1.500", app.file("blue.jpg"))},
+                                      voice, 3000, {})
+                      .inputs);
     const RenderReport report = job.runToEnd();
     ASSERT_TRUE(report.ok()) << report.message.toStdString();
 

@@ -1,5 +1,7 @@
+#include "app/StudioRender.h"
 #include "render/widgets/RenderPanel.h"
 #include "studio/AppPaths.h"
+#include "studio/StudioSettings.h"
 #include "support/LiveProcesses.h"
 #include "support/StudioWindow.h"
 #include "support/TestRows.h"
@@ -27,9 +29,10 @@ TEST(WindowClosedMidRender, TakesEveryToolOfTheRenderWithIt) {
                          "-ac", "1", "-c:a", "pcm_s16le", paths.gstrRecordedAudioFileSpec}));
     RenderPanel& panel = window->renderPanel();
     panel.setQuiet(true);
-    panel.setLengthProvider([] { return qint64(300000); });
-    panel.setRowsProvider(
-        [video] { return QList<EventRow>{test::Row(1, "Video", "0.000", video)}; });
+    panel.setRequestProvider([&paths, video] {
+        return StudioRenderRequest(paths, StudioSettings{}, {test::Row(1, "Video", "0.000", video)},
+                                   paths.gstrRecordedAudioFileSpec, 300000, {});
+    });
     QTest::mouseClick(panel.findChild<QPushButton*>("cmdRender"), Qt::LeftButton);
     const QByteArray folder = app.path().toUtf8();
     ASSERT_TRUE(

@@ -46,10 +46,14 @@ TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
                    Row(5, "Video", "3.800", mute)},
                   voice);
     // The probe for sound is the job's: the window does not wait for it.
-    EXPECT_TRUE(in.videosWithSound.isEmpty());
-    RenderInputs used;
-    const RenderReport report = render(in, &used);
-    EXPECT_EQ(used.videosWithSound, QSet<QString>({clip}));
+    RenderJob job(in);
+    QList<RenderJob::Step> steps;
+    QObject::connect(&job, &RenderJob::stepStarted, [&](RenderJob::Step s) { steps << s; });
+    const RenderReport report = job.runToEnd();
+    EXPECT_EQ(job.videosWithSound(), QSet<QString>({clip}));
+    using Step = RenderJob::Step;
+    EXPECT_EQ(steps, QList<Step>({Step::Probe, Step::Plan, Step::Pieces, Step::Mix, Step::Verify,
+                                  Step::Publish}));
     ASSERT_EQ(report.outcome, RenderReport::Outcome::Rendered) << report.message.toStdString();
     EXPECT_TRUE(report.ok()) << report.message.toStdString();
     const QString out = paths.gstrFinalMixAVIFileSpec;
@@ -156,7 +160,9 @@ TEST_F(RenderEndToEnd, CancelStopsQuicklyAndKeepsThePreviousResult) {
     test::WriteFile(paths.gstrFinalMixAVIFileSpec, previous);
     studio.gstrVideoRes = QStringLiteral("640X480");
 
-    RenderJob job(inputsFor(rows, voice), LocateFfprobe(paths), app.file("SystemMediaGen"));
+    RenderJob job(inputsFor(rows, voice));
+    QList<RenderJob::Step> steps;
+    QObject::connect(&job, &RenderJob::stepStarted, [&](RenderJob::Step s) { steps << s; });
     QElapsedTimer sinceCancel;
     QObject::connect(&job, &RenderJob::progressChanged, &job, [&](int percent) {
         if (percent > 0 && !sinceCancel.isValid()) {
@@ -171,6 +177,8 @@ TEST_F(RenderEndToEnd, CancelStopsQuicklyAndKeepsThePreviousResult) {
     EXPECT_EQ(ReadFileToBytes(paths.gstrFinalMixAVIFileSpec), previous);
     EXPECT_FALSE(QFileInfo::exists(job.plan().partialOutput));
     EXPECT_FALSE(job.plan().partialOutput.isEmpty());
+    ASSERT_FALSE(steps.isEmpty());
+    EXPECT_EQ(steps.last(), RenderJob::Step::Pieces); // nothing is mixed after a cancel
     EXPECT_TRUE(ReadFileToString(report.logFile).contains("cancel"));
 }
 

@@ -3,6 +3,7 @@
 #include "RenderTestMedia.h"
 #include "support/TestRows.h"
 
+#include "app/StudioRender.h"
 #include "platform/WavFormat.h"
 #include "render/RenderJob.h"
 #include "studio/AppPaths.h"
@@ -29,15 +30,15 @@ protected:
     QString mediaFile(const QString& name) const { return app.file("media/" + name); }
 
     RenderInputs inputsFor(const QList<EventRow>& rows, const QString& voice) const {
-        return StudioRenderInputs(paths, studio, rows, voice, WavDurationMs(voice), {});
+        const RenderRequest request =
+            StudioRenderRequest(paths, studio, rows, voice, WavDurationMs(voice), {});
+        EXPECT_TRUE(request.ok()) << request.problem.toStdString();
+        return request.inputs;
     }
 
-    RenderReport render(const RenderInputs& in, RenderInputs* used = nullptr) {
-        RenderJob job(in, LocateFfprobe(paths), app.file("SystemMediaGen"));
-        const RenderReport report = job.runToEnd();
-        if (used)
-            *used = job.inputs();
-        return report;
+    RenderReport render(const RenderInputs& in) {
+        RenderJob job(in);
+        return job.runToEnd();
     }
 
     // The item on screen just after each time, and the one just before it.

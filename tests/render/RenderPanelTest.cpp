@@ -1,5 +1,6 @@
 #include "RenderTestMedia.h"
 
+#include "app/StudioRender.h"
 #include "app/widgets/frmClipquill.h"
 #include "render/widgets/RenderPanel.h"
 #include "render/widgets/RenderProgressDialog.h"
@@ -35,8 +36,11 @@ protected:
         ASSERT_TRUE(media.voice(paths.gstrRecordedAudioFileSpec, seconds));
         const QString pic = app.file("red.jpg");
         ASSERT_TRUE(media.solidPicture(pic, "red", 320, 240));
-        panel.setRowsProvider(
-            [pic] { return QList<EventRow>{test::Row(1, "Pictures", "1.000", pic)}; });
+        panel.setRequestProvider([this, pic, seconds] {
+            return StudioRenderRequest(paths, studio, {test::Row(1, "Pictures", "1.000", pic)},
+                                       paths.gstrRecordedAudioFileSpec, qRound64(seconds * 1000),
+                                       {});
+        });
     }
 
     test::TestAppFolder app;

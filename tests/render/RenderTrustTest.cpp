@@ -94,14 +94,11 @@ TEST_F(RenderEndToEnd, APieceDamagedAfterItWasMadeIsMadeAgain) {
         rows << Row(i + 1, "Pictures", QString::number(i) + ".000", pic);
     }
     const RenderInputs in = inputsFor(rows, voice);
-    RenderInputs used;
-    ASSERT_TRUE(render(in, &used).ok());
+    RenderJob first(in);
+    ASSERT_TRUE(first.runToEnd().ok());
 
     // A crash or a disk error cuts the blue piece short after its key was written.
-    RenderInputs planned = in;
-    planned.workFolder = paths.gstrTempFilesDirectory + "/Render1";
-    const RenderPlan plan = BuildRenderPlan(planned);
-    QFile piece(plan.segments[1].piece);
+    QFile piece(first.plan().segments[1].piece);
     ASSERT_TRUE(piece.exists());
     ASSERT_TRUE(piece.resize(piece.size() / 2));
 
@@ -125,8 +122,8 @@ TEST_F(RenderEndToEnd, TwoRendersAtOnceInOneFolderBothComeOutRight) {
         blueRows << Row(i + 1, "Pictures", QString::number(i) + ".000", blue);
     }
     // The same output too: each result is complete, whichever lands last.
-    RenderJob red(inputsFor(redRows, voice), LocateFfprobe(paths), app.file("SystemMediaGen"));
-    RenderJob blue(inputsFor(blueRows, voice), LocateFfprobe(paths), app.file("SystemMediaGen"));
+    RenderJob red(inputsFor(redRows, voice));
+    RenderJob blue(inputsFor(blueRows, voice));
     int open = 2;
     QEventLoop loop;
     for (RenderJob* job : {&red, &blue})
@@ -139,7 +136,7 @@ TEST_F(RenderEndToEnd, TwoRendersAtOnceInOneFolderBothComeOutRight) {
     loop.exec();
     ASSERT_TRUE(red.report().ok()) << red.report().message.toStdString();
     ASSERT_TRUE(blue.report().ok()) << blue.report().message.toStdString();
-    EXPECT_NE(red.inputs().workFolder, blue.inputs().workFolder);
+    EXPECT_NE(red.space().folder, blue.space().folder);
     const QString shown = ColourName(media.colourAt(paths.gstrFinalMixAVIFileSpec, 0.5));
     for (double at : {1.5, 2.5})
         EXPECT_EQ(ColourName(media.colourAt(paths.gstrFinalMixAVIFileSpec, at)), shown);
@@ -157,8 +154,13 @@ TEST_F(RenderEndToEnd, AResultOfTheWrongLengthNeverReplacesThePreviousOne) {
     // The recording says 4 s, the voice holds 2 s: the result cannot match.
     RenderInputs in = inputsFor({Row(1, "Pictures", "0.000", red)}, voice);
     in.recordingMs = 4000;
-    const RenderReport report = render(in);
+    RenderJob job(in);
+    QList<RenderJob::Step> steps;
+    QObject::connect(&job, &RenderJob::stepStarted, [&](RenderJob::Step s) { steps << s; });
+    const RenderReport report = job.runToEnd();
     EXPECT_EQ(report.outcome, RenderReport::Outcome::Failed);
+    ASSERT_FALSE(steps.isEmpty());
+    EXPECT_EQ(steps.last(), RenderJob::Step::Verify); // never published
     EXPECT_EQ(ReadFileToBytes(paths.gstrFinalMixAVIFileSpec), previous);
     EXPECT_TRUE(report.message.contains("2.0")) << report.message.toStdString();
     EXPECT_TRUE(report.message.contains(paths.gstrFinalMixAVIFileSpec));

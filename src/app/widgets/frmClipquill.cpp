@@ -1,6 +1,7 @@
 #include "app/widgets/frmClipquill.h"
 
 #include "Version.h"
+#include "app/StudioRender.h"
 #include "app/widgets/KeepAwake.h"
 #include "app/widgets/MediaStation.h"
 #include "app/widgets/StudioDisplay.h"
@@ -158,9 +159,11 @@ QLayout* frmClipquill::buildTimeline(QWidget* central) {
 }
 
 void frmClipquill::connectRender() {
-    m_renderPanel->setRowsProvider([this] { return m_timeline->grid().rows(); });
-    m_renderPanel->setLengthProvider(
-        [this] { return qRound64(m_recording.gdblRecordingLength * 1000.0); });
+    m_renderPanel->setRequestProvider([this] {
+        return StudioRenderRequest(m_paths, m_studio, m_timeline->grid().rows(),
+                                   m_paths.gstrRecordedAudioFileSpec,
+                                   qRound64(m_recording.gdblRecordingLength * 1000.0), {});
+    });
     // The rendered video takes the display place's player; the players let go of the files
     // a new render replaces.
     connect(m_renderPanel, &RenderPanel::playRenderedRequested, this,

@@ -1,6 +1,5 @@
 #include "render/widgets/RenderPanel.h"
 
-#include "platform/WavFormat.h"
 #include "render/widgets/RenderProgressDialog.h"
 #include "studio/AppPaths.h"
 #include "studio/StudioSettings.h"
@@ -48,11 +47,6 @@ RenderPanel::RenderPanel(const AppPaths& paths, StudioSettings& studio, QWidget*
     layout->addWidget(m_cmdRender);
     layout->addWidget(m_cmdPlayRendered);
     layout->addWidget(m_chkVideoSound);
-
-    // Without a recorder, the length is the recorded voice's own.
-    m_length = [this] {
-        return WavDurationMs(m_paths.gstrRecordedAudioFileSpec);
-    };
 }
 
 RenderPanel::~RenderPanel() = default;
@@ -60,13 +54,17 @@ RenderPanel::~RenderPanel() = default;
 void RenderPanel::cmdRender_Click() {
     if (m_job && m_job->isRunning())
         return;
+    const RenderRequest request =
+        m_request ? m_request()
+                  : RenderRequest{{}, QStringLiteral("The studio has nothing to render.")};
+    if (!request.ok()) {
+        RenderReport refused;
+        refused.message = request.problem;
+        return onFinished(refused);
+    }
     emit releaseFilesRequested();
-    const QList<EventRow> rows = m_rows ? m_rows() : QList<EventRow>{};
-    const qint64 length = m_length ? m_length() : 0;
     delete m_job;
-    m_job = new RenderJob(
-        StudioRenderInputs(m_paths, m_studio, rows, m_paths.gstrRecordedAudioFileSpec, length, {}),
-        LocateFfprobe(m_paths), m_paths.appFolder + QStringLiteral("/SystemMediaGen"), this);
+    m_job = new RenderJob(request.inputs, this);
 
     m_progress = new RenderProgressDialog(this);
     connect(m_job, &RenderJob::progressChanged, m_progress, &RenderProgressDialog::setPercent);

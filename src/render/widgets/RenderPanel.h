@@ -1,7 +1,6 @@
 #pragma once
 
 #include "render/RenderJob.h"
-#include "studio/EventRow.h"
 
 #include <QWidget>
 
@@ -16,20 +15,17 @@ struct AppPaths;
 struct StudioSettings;
 class RenderProgressDialog;
 
-// The Render button and the button that plays the result. The grid's rows and the length of
-// the recording come from providers, so the recorder's grid plugs in without this panel
-// knowing it.
+// The Render button and the button that plays the result. What to render comes whole from a
+// provider, so the studio's paths, settings and grid plug in without this panel knowing them.
 class RenderPanel : public QWidget {
     Q_OBJECT
 public:
-    using RowsProvider = std::function<QList<EventRow>()>;
-    using LengthProvider = std::function<qint64()>; // the recording's length in ms
+    using RequestProvider = std::function<RenderRequest()>;
 
     RenderPanel(const AppPaths& paths, StudioSettings& studio, QWidget* parent = nullptr);
     ~RenderPanel() override;
 
-    void setRowsProvider(RowsProvider provider) { m_rows = std::move(provider); }
-    void setLengthProvider(LengthProvider provider) { m_length = std::move(provider); }
+    void setRequestProvider(RequestProvider provider) { m_request = std::move(provider); }
     // Message boxes are skipped (tests); the outcome is still in lastReport().
     void setQuiet(bool quiet) { m_quiet = quiet; }
 
@@ -51,8 +47,7 @@ private:
 
     const AppPaths& m_paths;
     StudioSettings& m_studio;
-    RowsProvider m_rows;
-    LengthProvider m_length;
+    RequestProvider m_request;
     QPushButton* m_cmdRender = nullptr;
     QPushButton* m_cmdPlayRendered = nullptr;
     RenderProgressDialog* m_progress = nullptr;

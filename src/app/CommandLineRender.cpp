@@ -1,7 +1,7 @@
-#include "render/CommandLineRender.h"
+#include "app/CommandLineRender.h"
 
+#include "app/StudioRender.h"
 #include "platform/WavFormat.h"
-#include "render/FfmpegDialect.h"
 #include "render/RenderJob.h"
 #include "studio/AppPaths.h"
 #include "studio/StudioSettings.h"
@@ -40,18 +40,18 @@ int RunCommandLineRender(const AppPaths& paths, StudioSettings studio,
                        u'\n');
         return 2;
     }
-    const qint64 recordingMs = wav.durationMs;
     if (!options.size.isEmpty())
         studio.gstrVideoRes = options.size;
-    if (!FfmpegDialect::ParseFrameSize(studio.gstrVideoRes).isValid()) {
-        print(err, FfmpegDialect::FrameSizeProblem(studio.gstrVideoRes) + u'\n');
-        return 2;
-    }
     const QString output =
         options.output.isEmpty() ? QString() : QFileInfo(options.output).absoluteFilePath();
+    const RenderRequest request =
+        StudioRenderRequest(paths, studio, timeline.rows, voice, wav.durationMs, output);
+    if (!request.ok()) {
+        print(err, request.problem + u'\n');
+        return 2;
+    }
 
-    RenderJob job(StudioRenderInputs(paths, studio, timeline.rows, voice, recordingMs, output),
-                  LocateFfprobe(paths), paths.appFolder + QStringLiteral("/SystemMediaGen"));
+    RenderJob job(request.inputs);
     QObject::connect(&job, &RenderJob::statusChanged,
                      [err](const QString& text) { print(err, text + u'\n'); });
     QObject::connect(&job, &RenderJob::progressChanged, [err](int percent) {

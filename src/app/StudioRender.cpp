@@ -1,0 +1,90 @@
+#include "app/StudioRender.h"
+
+#include "platform/ToolLocator.h"
+#include "studio/AppPaths.h"
+#include "studio/StudioSettings.h"
+
+#include <QRegularExpression>
+
+#include <numeric>
+
+namespace cq {
+
+namespace {
+constexpr int kMinSide = 16;
+constexpr int kMaxSide = 4096;
+} // namespace
+
+QSize ParseFrameSize(const QString& gstrVideoRes) {
+    static const QRegularExpression re(
+        QRegularExpression::anchoredPattern(QStringLiteral("([0-9]{1,5})[xX]([0-9]{1,5})")));
+    const QRegularExpressionMatch m = re.match(gstrVideoRes);
+    if (!m.hasMatch())
+        return {};
+    const int w = m.captured(1).toInt();
+    const int h = m.captured(2).toInt();
+    if (w < kMinSide || h < kMinSide || w > kMaxSide || h > kMaxSide || w % 2 || h % 2)
+        return {};
+    return {w, h};
+}
+
+QString FrameSizeProblem(const QString& gstrVideoRes) {
+    return QStringLiteral("\"%1\" is not a frame size; use WIDTHXHEIGHT with even numbers from "
+                          "%2 to %3, for example 320X240.")
+        .arg(gstrVideoRes)
+        .arg(kMinSide)
+        .arg(kMaxSide);
+}
+
+FrameRate ParseFrameRate(const QString& gstrFrameRate) {
+    static const QRegularExpression plain(QRegularExpression::anchoredPattern(
+        QStringLiteral("([0-9]{1,3})(?:\\.([0-9]{1,3})|/([0-9]{1,5}))?")));
+    const QString text = gstrFrameRate.trimmed();
+    const QRegularExpressionMatch m = plain.match(text);
+    if (text == u"29.97" || !m.hasMatch())
+        return FrameRate::ntsc();
+    qint64 num = m.captured(1).toLongLong();
+    qint64 den = 1;
+    if (m.hasCaptured(2)) {
+        const QString fraction = m.captured(2);
+        for (qsizetype i = 0; i < fraction.size(); ++i)
+            den *= 10;
+        num = num * den + fraction.toLongLong();
+    } else if (m.hasCaptured(3)) {
+        den = m.captured(3).toLongLong();
+    }
+    if (num <= 0 || den <= 0)
+        return FrameRate::ntsc();
+    const qint64 common = std::gcd(num, den);
+    return {num / common, den / common};
+}
+
+QString LocateFfprobe(const AppPaths& paths) {
+    return LocateFfprobeBesideFfmpeg(paths.gstrFFMPEGFileSpec).path;
+}
+
+RenderRequest StudioRenderRequest(const AppPaths& paths, const StudioSettings& studio,
+                                  const QList<EventRow>& rows, const QString& voiceFile,
+                                  qint64 recordingMs, const QString& output) {
+    RenderRequest request;
+    RenderInputs& in = request.inputs;
+    in.frameSize = ParseFrameSize(studio.gstrVideoRes);
+    if (!in.frameSize.isValid())
+        request.problem = FrameSizeProblem(studio.gstrVideoRes);
+    in.frameRate = ParseFrameRate(studio.gstrFrameRate);
+    in.rows = rows;
+    in.recordingMs = recordingMs;
+    in.voiceFile = voiceFile;
+    in.workFolder = paths.gstrTempFilesDirectory;
+    in.scriptFolder = paths.appFolder + QStringLiteral("/SystemMediaGen");
+    in.blackPicture = paths.blackPictureFileSpec;
+    in.ffmpeg = LocateFfmpeg(paths.gstrFFMPEGFileSpec);
+    in.ffprobe = LocateFfprobe(paths);
+    in.keepVideoSound = studio.keepVideoSound;
+    in.output = !output.isEmpty() ? output
+                : rows.isEmpty()  ? paths.gstrFinalMixMP3FileSpec
+                                  : paths.gstrFinalMixAVIFileSpec;
+    return request;
+}
+
+} // namespace cq

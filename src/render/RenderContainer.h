@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+
+namespace cq {
+
+struct FrameRate;
+
+// How a still picture is held for its frames in a piece: the filters after the picture is fitted
+// into the frame, and the output options that keep its timing and its length.
+struct StillHold {
+    QString filter;
+    QString outputOptions;
+};
+
+// The lengths of a result as read from the file itself; -1 where a stream is missing.
+struct ResultLengths {
+    bool complete = false;
+    QString problem; // why the file cannot be measured; empty when it is complete
+    qint64 videoMs = -1;
+    qint64 audioMs = -1;
+};
+
+// What depends on the container of the result. The pieces are made in the result's own codec
+// and container, so the join only copies them: how a still is held, how a piece is checked and
+// read back for the join, and how the finished result is measured all follow from it.
+class RenderContainer {
+public:
+    virtual ~RenderContainer() = default;
+
+    // The file name suffix of pieces and results, without the dot.
+    virtual QString suffix() const = 0;
+    // The encoder and muxer options of a piece, from "-an" to its format.
+    virtual QString pieceEncoderOptions() const = 0;
+    virtual StillHold stillHold(qint64 frames, const FrameRate& rate) const = 0;
+    // Why a piece file is not a whole piece of exactly this many frames; empty when it is.
+    // Reads the file: for a worker thread or a short file.
+    virtual QString pieceProblem(const QString& file, qint64 frames) const = 0;
+    // The options before "-i LIST" that read the pieces back, in order, from a concat list.
+    virtual QString joinInputOptions() const = 0;
+    // The result's streams: the joined video copied, the sound encoded.
+    virtual QString resultEncoderOptions() const = 0;
+    // Reads the whole result; blocking, so it runs on a worker thread.
+    virtual ResultLengths measure(const QString& file) const = 0;
+};
+
+} // namespace cq

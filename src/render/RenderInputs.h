@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/ToolLocator.h"
+#include "render/AviContainer.h"
+#include "render/FrameRate.h"
+#include "studio/EventRow.h"
+
+#include <QList>
+#include <QSize>
+#include <QString>
+
+#include <memory>
+
+namespace cq {
+
+// Everything a render reads, handed over whole by whoever starts it; a render never changes it.
+struct RenderInputs {
+    QList<EventRow> rows;
+    qint64 recordingMs = 0; // the voice's length
+    QString voiceFile;      // RecordedAudio.wav
+    QString workFolder;     // where the render takes a work space of its own
+    QString scriptFolder;   // where the scripts of its runs are written
+    QString blackPicture;   // the lead-in, and the stand-in of any item that fails
+    ToolLocation ffmpeg;    // not found(): the render says what to install
+    QString ffprobe;        // empty: ffmpeg's own description measures a sound-only result
+    QSize frameSize{320, 240};
+    FrameRate frameRate;
+    QString output; // FinalMix.avi, or FinalMix.mp3 for a recording without events
+    bool keepVideoSound = false;
+    std::shared_ptr<const RenderContainer> container = MakeAviContainer();
+};
+
+// Inputs as the studio hands them over, or why they cannot be rendered at all.
+struct RenderRequest {
+    RenderInputs inputs;
+    QString problem;
+
+    bool ok() const { return problem.isEmpty(); }
+};
+
+// Where one run of a render works, once it has taken its work space.
+struct RenderSpace {
+    QString folder;        // pieces, their keys, the join list
+    QString partialOutput; // the result is written here, renamed to the output once it passed
+    QString scriptPrefix;  // scripts of this render's runs start with it
+};
+
+} // namespace cq
