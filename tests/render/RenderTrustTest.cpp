@@ -68,7 +68,10 @@ TEST_F(RenderEndToEnd, AFullDiskLeavesNoPieceThatCountsAndKeepsThePreviousResult
         full = render(in);
     }
     EXPECT_EQ(full.outcome, RenderReport::Outcome::Failed);
-    EXPECT_FALSE(full.message.isEmpty());
+    // The user learns that space ran out, and where; not that some piece is damaged.
+    EXPECT_TRUE(full.message.contains("lack of space")) << full.message.toStdString();
+    EXPECT_TRUE(full.message.contains(paths.gstrTempFilesDirectory)) << full.message.toStdString();
+    EXPECT_FALSE(full.message.contains("damaged")) << full.message.toStdString();
     EXPECT_EQ(ReadFileToBytes(paths.gstrFinalMixAVIFileSpec), previous);
     // Whatever is in the work space with a key is whole.
     const QString space = paths.gstrTempFilesDirectory + "/Render1";
@@ -243,4 +246,52 @@ TEST_F(RenderEndToEnd, HostileCommandLineValuesAreRefusedAtOnce) {
     EXPECT_LT(clock.elapsed(), 20000);
     EXPECT_TRUE(r.errorText.contains("not a regular file")) << r.errorText.toStdString();
     EXPECT_FALSE(r.errorText.contains("Render log")) << r.errorText.toStdString();
+}
+
+// No tool is ever handed a FIFO (it would wait for a writer), a device or a folder: such an item
+// shows black with the reason at once, like an unreadable file, also when its sound is asked for.
+TEST_F(RenderEndToEnd, SourcesThatAreNoRegularFilesShowBlackAtOnce) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString red = mediaFile("red.jpg");
+    const QString fifo = mediaFile("fifo.jpg");
+    const QString fifoVideo = mediaFile("fifo.avi");
+    const QString folder = mediaFile("folder.avi");
+    ASSERT_TRUE(media.voice(voice, 4.0));
+    ASSERT_TRUE(media.solidPicture(red, "red", 320, 240));
+    for (const QString& f : {fifo, fifoVideo})
+        ASSERT_EQ(mkfifo(QFile::encodeName(f).constData(), 0600), 0);
+    ASSERT_TRUE(QDir().mkpath(folder));
+    studio.keepVideoSound = true;
+    const RenderInputs in =
+        inputsFor({Row(1, "Pictures", "0.000", red), Row(2, "Pictures", "1.000", fifo),
+                   Row(3, "Video", "2.000", fifoVideo), Row(4, "Video", "3.000", folder)},
+                  voice);
+    QElapsedTimer clock;
+    clock.start();
+    const RenderReport report = render(in);
+    ASSERT_EQ(report.outcome, RenderReport::Outcome::Rendered) << report.message.toStdString();
+    EXPECT_LT(clock.elapsed(), 30000);
+    EXPECT_EQ(report.failedItems, QStringList({fifo, fifoVideo, folder}));
+    EXPECT_TRUE(report.message.contains("FIFO")) << report.message.toStdString();
+    EXPECT_TRUE(report.message.contains("folder")) << report.message.toStdString();
+    expectSequence(paths.gstrFinalMixAVIFileSpec,
+                   {{0.0, "red"}, {1.0, "black"}, {2.0, "black"}, {3.0, "black"}});
+}
+
+// ffmpeg reads its list of pieces line by line: a line end in the work folder's name must not
+// split a piece's line.
+TEST_F(RenderEndToEnd, AWorkFolderWithALineEndInItsNameRenders) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString red = mediaFile("red.jpg");
+    const QString blue = mediaFile("blue.jpg");
+    ASSERT_TRUE(media.voice(voice, 2.0));
+    ASSERT_TRUE(media.solidPicture(red, "red", 320, 240));
+    ASSERT_TRUE(media.solidPicture(blue, "blue", 320, 240));
+    RenderInputs in =
+        inputsFor({Row(1, "Pictures", "0.000", red), Row(2, "Pictures", "1.000", blue)}, voice);
+    in.workFolder = app.file("Clip\nquill 'x'/ClipquillTempFiles");
+    in.output = in.workFolder + "/FinalMix.avi";
+    const RenderReport report = render(in);
+    ASSERT_TRUE(report.ok()) << report.message.toStdString();
+    expectSequence(in.output, {{0.0, "red"}, {1.0, "blue"}});
 }
