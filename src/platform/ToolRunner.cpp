@@ -2,11 +2,14 @@
 
 #include "platform/ScriptFile.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QPointer>
 
 #include <csignal>
+#include <cstdlib>
 #include <sys/prctl.h>
 #include <sys/types.h>
 #include <unistd.h>
@@ -22,12 +25,17 @@ constexpr qsizetype kMaxKeptOutput = 4 * 1024 * 1024;
 // pipe whose write end only the studio holds (the script's stdin, never written). The guard's
 // read returns when that pipe closes, that is when the studio dies, however it dies; the guard
 // then kills the whole group. Signals meant for the script do not stop the guard. The script
-// itself and its tools read /dev/null.
-const QString kGuardedStart =
-    QStringLiteral("exec 3<&0 </dev/null\n"
-                   "{ trap '' HUP INT TERM; read -r _ <&3; kill -KILL 0; } >/dev/null 2>&1 &\n"
-                   "exec 3<&-\n"
-                   "exec /bin/sh \"$0\"\n");
+// itself and its tools read /dev/null. Given a private temporary folder ($1), the guard first
+// leaves a remover in a session of its own, which outlives the group and deletes the folder once
+// the killed tools have gone.
+const QString kGuardedStart = QStringLiteral(
+    "exec 3<&0 </dev/null\n"
+    "{ trap '' HUP INT TERM; read -r _ <&3\n"
+    "  [ -z \"$1\" ] || setsid /bin/sh -c '(sleep 1; rm -rf -- \"$0\"; sleep 2; rm -rf -- "
+    "\"$0\") &' \"$1\"\n"
+    "  kill -KILL 0; } >/dev/null 2>&1 </dev/null &\n"
+    "exec 3<&-\n"
+    "exec /bin/sh \"$0\"\n");
 
 // Splits off every complete line (CR or LF ends one) and leaves the rest in partial.
 QStringList takeLines(QByteArray& partial) {
@@ -44,6 +52,15 @@ QStringList takeLines(QByteArray& partial) {
     return lines;
 }
 
+// Removes the folder now, and again a little later for what a dying tool wrote meanwhile: a
+// killed group's members go a moment after the signal.
+void RemoveFolderSoon(const QString& folder, int attempts = 20) {
+    if (QDir(folder).removeRecursively() || attempts <= 0 || !QCoreApplication::instance())
+        return;
+    QTimer::singleShot(100, QCoreApplication::instance(),
+                       [folder, attempts] { RemoveFolderSoon(folder, attempts - 1); });
+}
+
 } // namespace
 
 ToolRunner::ToolRunner(QObject* parent) : QObject(parent) {
@@ -56,31 +73,71 @@ ToolRunner::~ToolRunner() {
     if (m_running && !m_handOver)
         signalGroup(SIGKILL);
     releaseProcess();
+    removeTemporaryFolder();
+}
+
+bool ToolRunner::makeTemporaryFolder() {
+    removeTemporaryFolder();
+    if (m_workSpace.isEmpty())
+        return true;
+    QDir().mkpath(m_workSpace);
+    QByteArray name =
+        QFile::encodeName(QDir(m_workSpace).absoluteFilePath(temporaryFolderPrefix() + "XXXXXX"));
+    if (!::mkdtemp(name.data()))
+        return false;
+    m_temporaryFolder = QFile::decodeName(name);
+    return true;
+}
+
+void ToolRunner::removeTemporaryFolder() {
+    if (!m_temporaryFolder.isEmpty())
+        RemoveFolderSoon(m_temporaryFolder);
+    m_temporaryFolder.clear();
+}
+
+bool ToolRunner::failToStart(const QString& why) {
+    removeTemporaryFolder();
+    m_result = {RunResult::Outcome::Failed, -1, why};
+    const RunResult result = m_result;
+    emit finished(result);
+    return false;
 }
 
 bool ToolRunner::startScript(const QString& script, const QString& scriptFileSpec) {
     if (m_running)
         return false;
-    const QString file = QFileInfo(scriptFileSpec).absoluteFilePath();
-    if (!SaveScriptToFile(script, file)) {
-        m_result = {RunResult::Outcome::Failed, -1,
-                    QStringLiteral("The script \"%1\" could not be written.").arg(scriptFileSpec)};
-        const RunResult result = m_result;
-        emit finished(result);
-        return false;
-    }
-    return startProcess(shell(), {QStringLiteral("-c"), kGuardedStart, file}, Kind::Script);
+    if (!makeTemporaryFolder())
+        return failToStart(
+            QStringLiteral("No temporary folder could be made in \"%1\".").arg(m_workSpace));
+    const QString file = scriptFileSpec.isEmpty()
+                             ? QDir(m_temporaryFolder).filePath(QStringLiteral("run.sh"))
+                             : QFileInfo(scriptFileSpec).absoluteFilePath();
+    if (!SaveScriptToFile(script, file))
+        return failToStart(QStringLiteral("The script \"%1\" could not be written.").arg(file));
+    return startProcess(shell(), {QStringLiteral("-c"), kGuardedStart, file, m_temporaryFolder},
+                        Kind::Script);
+}
+
+bool ToolRunner::startScript(const QString& script) {
+    if (m_workSpace.isEmpty() && !m_running)
+        return failToStart(QStringLiteral("The script has no work space to be written to."));
+    return startScript(script, QString());
 }
 
 bool ToolRunner::startProgram(const QString& program, const QStringList& arguments) {
     if (m_running)
         return false;
+    if (!makeTemporaryFolder())
+        return failToStart(
+            QStringLiteral("No temporary folder could be made in \"%1\".").arg(m_workSpace));
     return startProcess(program, arguments, Kind::Program);
 }
 
 bool ToolRunner::startHandOver(const QString& program, const QStringList& arguments) {
     if (m_running)
         return false;
+    // What it hands over to lives on and must not find its temporary folder gone.
+    removeTemporaryFolder();
     return startProcess(program, arguments, Kind::HandOver);
 }
 
@@ -92,6 +149,12 @@ bool ToolRunner::startProcess(const QString& program, const QStringList& argumen
     m_process->setProgram(program);
     m_process->setArguments(arguments);
     m_process->setInputChannelMode(QProcess::ManagedInputChannel);
+    if (!m_temporaryFolder.isEmpty()) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("TMPDIR"), m_temporaryFolder);
+        environment.insert(QStringLiteral("MAGICK_TEMPORARY_PATH"), m_temporaryFolder);
+        m_process->setProcessEnvironment(environment);
+    }
     const pid_t studio = ::getpid();
     m_process->setChildProcessModifier([studio, handOver] {
         // A group of its own, so that cancel reaches every tool the script started.
@@ -282,6 +345,7 @@ void ToolRunner::finish(RunResult result) {
     if (m_process)
         m_process->closeWriteChannel();
     m_killTimer.stop();
+    removeTemporaryFolder();
     m_running = false;
     m_pid = 0;
     m_result = result;

@@ -36,8 +36,21 @@ public:
     explicit ToolRunner(QObject* parent = nullptr);
     ~ToolRunner() override;
 
+    // Gives every later script and program run a temporary folder of its own inside the given
+    // folder (made when missing): TMPDIR and MAGICK_TEMPORARY_PATH point there, and it goes when
+    // the run ends, however it ends (finished, failed, cancelled, the runner destroyed, the
+    // studio killed). Empty: runs use the common temporary folder.
+    void setTemporaryFolderIn(const QString& workSpace) { m_workSpace = workSpace; }
+    // The current run's private temporary folder; empty when there is none.
+    QString temporaryFolder() const { return m_temporaryFolder; }
+    // Every private temporary folder's name begins with this; what a killed studio left behind
+    // is found by it.
+    static QString temporaryFolderPrefix() { return QStringLiteral("cq-run-"); }
+
     // Writes the script (LF line ends) and starts /bin/sh on it.
     bool startScript(const QString& script, const QString& scriptFileSpec);
+    // The same with the script file in the run's private temporary folder.
+    bool startScript(const QString& script);
     // Starts a program with arguments directly; no shell sees them.
     bool startProgram(const QString& program, const QStringList& arguments);
     // Starts a program that hands the user's work to another of the user's programs (xdg-email
@@ -72,6 +85,9 @@ signals:
 
 private:
     enum class Kind { Script, Program, HandOver };
+    bool makeTemporaryFolder();
+    void removeTemporaryFolder();
+    bool failToStart(const QString& why);
     bool startProcess(const QString& program, const QStringList& arguments, Kind kind);
     void releaseProcess();
     // Runs a handler of the process's signals; the runner may be gone when it returns.
@@ -96,6 +112,8 @@ private:
     bool m_cancelRequested = false;
     int m_delivering = 0; // > 0 while one of the process's signals is being handled
     int m_killGraceMs = 3000;
+    QString m_workSpace;
+    QString m_temporaryFolder;
 };
 
 } // namespace cq
