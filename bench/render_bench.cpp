@@ -4,6 +4,7 @@
 #include "app/StudioRender.h"
 #include "platform/ShellQuote.h"
 #include "platform/ToolLocator.h"
+#include "platform/ToolPool.h"
 #include "platform/ToolRunner.h"
 #include "platform/WavFormat.h"
 #include "render/RenderJob.h"
@@ -185,7 +186,8 @@ RenderInputs inputsFor(const AppPaths& paths, const QList<EventRow>& rows, const
 double timeRender(const AppPaths& paths, const QList<EventRow>& rows, const QString& voice,
                   const QString& size, RenderReport* report) {
     QDir(paths.gstrTempFilesDirectory).removeRecursively();
-    RenderJob job(inputsFor(paths, rows, voice, size));
+    ToolPool pool;
+    RenderJob job(inputsFor(paths, rows, voice, size), pool);
     QElapsedTimer t;
     t.start();
     *report = job.runToEnd();
@@ -272,7 +274,8 @@ int main(int argc, char** argv) {
                 "-frames:v", "1", "-update", "1", "-q:v", "3", "-y", in.pictures[3]});
         RenderReport again;
         const double changed = [&] {
-            RenderJob job(inputsFor(paths, ten, in.voice, size));
+            ToolPool pool;
+            RenderJob job(inputsFor(paths, ten, in.voice, size), pool);
             QElapsedTimer t;
             t.start();
             again = job.runToEnd();

@@ -1,6 +1,7 @@
 #include "app/CommandLineRender.h"
 
 #include "app/StudioRender.h"
+#include "platform/ToolPool.h"
 #include "platform/WavFormat.h"
 #include "render/RenderJob.h"
 #include "studio/AppPaths.h"
@@ -51,7 +52,8 @@ int RunCommandLineRender(const AppPaths& paths, StudioSettings studio,
         return 2;
     }
 
-    RenderJob job(request.inputs);
+    ToolPool pool;
+    RenderJob job(request.inputs, pool);
     QObject::connect(&job, &RenderJob::statusChanged,
                      [err](const QString& text) { print(err, text + u'\n'); });
     QObject::connect(&job, &RenderJob::progressChanged, [err](int percent) {

@@ -1,12 +1,11 @@
 #include "render/PieceScheduler.h"
 
-#include "platform/ToolRunner.h"
+#include "platform/ToolPool.h"
 #include "render/FullDisk.h"
 #include "render/PieceLines.h"
 
 #include <QFile>
 #include <QSet>
-#include <QTimer>
 
 #include <algorithm>
 
@@ -25,41 +24,22 @@ QString runProblem(const RunResult& r) {
 }
 
 // Far past any honest run time a run is stopped, and its pieces count as failed.
-int watchdogMs(qint64 frames) {
+int timeLimitMs(qint64 frames) {
     return int(std::min<qint64>(60000 + frames * 50, 3600000));
 }
 
 } // namespace
 
 PieceScheduler::PieceScheduler(const RenderInputs& in, const RenderPlan& plan,
-                               const RenderSpace& space, int parallelism, QObject* parent)
-    : QObject(parent), m_in(in), m_plan(plan), m_space(space),
+                               const RenderSpace& space, ToolPool& pool, QObject* parent)
+    : QObject(parent), m_in(in), m_plan(plan), m_space(space), m_pool(pool),
       m_cache(space.folder, *in.container) {
-    for (int i = 0; i < std::max(1, parallelism); ++i) {
-        auto* runner = new ToolRunner(this);
-        runner->setKillGraceMilliseconds(500);
-        connect(runner, &ToolRunner::finished, this,
-                [this, i](const RunResult& r) { runFinished(i, r); });
-        auto* watchdog = new QTimer(this);
-        watchdog->setSingleShot(true);
-        connect(watchdog, &QTimer::timeout, this, [this, runner] {
-            emit logLine(QStringLiteral("a piece run did not end in time and was stopped"));
-            runner->cancel();
-        });
-        m_runners << runner;
-        m_watchdogs << watchdog;
-        m_busy << Run{};
-        m_runClocks << QElapsedTimer();
-    }
+    connect(&m_pool, &ToolPool::taskStarted, this, &PieceScheduler::onStarted);
+    connect(&m_pool, &ToolPool::taskFinished, this, &PieceScheduler::onFinished);
 }
 
 PieceScheduler::~PieceScheduler() {
-    for (int i = 0; i < m_runners.size(); ++i)
-        QFile::remove(scriptFile(i));
-}
-
-QString PieceScheduler::scriptFile(int runner) const {
-    return m_space.scriptPrefix + QStringLiteral("%1.sh").arg(runner + 1);
+    cancelRuns();
 }
 
 void PieceScheduler::start() {
@@ -67,16 +47,18 @@ void PieceScheduler::start() {
         return;
     m_running = true;
     m_attempts = QList<int>(m_plan.segments.size(), 0);
-    queueNeededPieces();
+    const QList<Run> runs = neededRuns();
     emit progress(m_framesDone, m_framesTotal);
-    for (int i = 0; i < m_runners.size() && m_running; ++i)
-        startNext(i);
+    if (m_runs.isEmpty() && runs.isEmpty())
+        return end(Ending::Finished);
+    for (const Run& run : runs)
+        submit(run);
 }
 
-void PieceScheduler::queueNeededPieces() {
-    // Each piece once, even when one picture at one length appears several times.
-    QSet<QString> seen;
+QList<PieceScheduler::Run> PieceScheduler::neededRuns() {
+    QList<Run> runs;
     QList<int> stills;
+    QSet<QString> seen; // each piece once, even when one picture at one length comes again
     for (int i = 0; i < m_plan.segments.size(); ++i) {
         const RenderSegment& s = m_plan.segments[i];
         if (seen.contains(s.piece))
@@ -101,70 +83,81 @@ void PieceScheduler::queueNeededPieces() {
             stills << i;
             continue;
         }
-        const auto same = std::find_if(m_queue.begin(), m_queue.end(), [&](const Run& run) {
-            return !run.black && m_plan.segments[run.segments.first()].source == s.source &&
+        const auto same = std::find_if(runs.begin(), runs.end(), [&](const Run& run) {
+            return m_plan.segments[run.segments.first()].source == s.source &&
                    run.segments.size() < kMaxPiecesPerRun;
         });
-        if (same != m_queue.end())
+        if (same != runs.end())
             same->segments << i;
         else
-            m_queue << Run{{i}, false};
+            runs << Run{{i}, false, {}};
     }
-    queueStills(stills);
+    addStillRuns(stills, runs);
+    return runs;
 }
 
 // A still costs little beside the start of an ffmpeg run, now that only a few of its frames are
-// encoded: the stills share as few runs as keep the cores busy, one per core that no video run
-// holds, so that every core starts at once. No run grows so long that the progress stands still.
-void PieceScheduler::queueStills(const QList<int>& stills) {
-    const qsizetype runs = std::max<qsizetype>(1, m_runners.size() - qsizetype(m_queue.size()));
+// encoded: the stills share as few runs as keep the pool's slots busy, one per slot that no
+// video run holds, so that every slot starts at once. No run grows so long that the progress
+// stands still.
+void PieceScheduler::addStillRuns(const QList<int>& stills, QList<Run>& runs) const {
+    const qsizetype freeSlots = std::max<qsizetype>(1, m_pool.maxRunning() - runs.size());
     const qsizetype batch =
-        std::clamp<qsizetype>((stills.size() + runs - 1) / runs, 1, kMaxPiecesPerRun);
+        std::clamp<qsizetype>((stills.size() + freeSlots - 1) / freeSlots, 1, kMaxPiecesPerRun);
     for (qsizetype i = 0; i < stills.size(); i += batch)
-        m_queue << Run{stills.mid(i, batch), false};
+        runs << Run{stills.mid(i, batch), false, {}};
 }
 
-void PieceScheduler::startNext(int runner) {
-    if (!m_running || m_cancelling)
-        return;
-    if (m_queue.isEmpty()) {
-        m_busy[runner] = {};
-        if (!anyRunnerBusy())
-            end(Ending::Finished);
-        return;
-    }
-    const Run run = m_queue.takeFirst();
-    m_busy[runner] = run;
-    m_runClocks[runner].start();
+void PieceScheduler::submit(const Run& run) {
     QList<RenderSegment> segments;
+    QStringList sources;
     qint64 frames = 0;
     for (int i : run.segments) {
         segments << m_plan.segments[i];
         frames += m_plan.segments[i].frames;
+        sources << (run.black ? m_in.blackPicture : m_plan.segments[i].source);
     }
-    const QString line =
-        run.black ? StandInLine(m_in, segments.first()) : PieceRunLine(m_in, segments);
-    emit logLine(
-        QStringLiteral("pieces %1%2: %3")
-            .arg(pieceNumbers(run), run.black ? QStringLiteral(" (black)") : QString(), line));
-    m_watchdogs[runner]->start(watchdogMs(frames));
-    m_runners[runner]->startScript(line, scriptFile(runner));
+    ToolTask task;
+    task.script = run.black ? StandInLine(m_in, segments.first()) : PieceRunLine(m_in, segments);
+    task.inputFiles = sources;
+    task.workSpace = m_space.folder;
+    task.timeoutMs = timeLimitMs(frames);
+    emit logLine(QStringLiteral("pieces %1%2: %3")
+                     .arg(pieceNumbers(run), run.black ? QStringLiteral(" (black)") : QString(),
+                          task.script));
+    m_runs.insert(m_pool.submit(task), run);
 }
 
-void PieceScheduler::runFinished(int runner, const RunResult& result) {
-    m_watchdogs[runner]->stop();
-    const Run run = m_busy[runner];
-    m_busy[runner] = {};
+void PieceScheduler::onStarted(int id) {
+    const auto run = m_runs.find(id);
+    if (run != m_runs.end())
+        run->clock.start();
+}
+
+void PieceScheduler::onFinished(int id, const RunResult& result) {
+    const auto found = m_runs.constFind(id);
+    if (found == m_runs.constEnd())
+        return; // another job's task, or one of a run that ended
+    const Run run = *found;
+    m_runs.erase(found);
     if (!m_running)
         return;
     if (m_cancelling) {
-        if (!anyRunnerBusy())
+        if (m_runs.isEmpty())
             end(Ending::Cancelled);
         return;
     }
     emit logLine(QStringLiteral("pieces %1 ended after %2 ms")
                      .arg(pieceNumbers(run))
-                     .arg(m_runClocks[runner].elapsed()));
+                     .arg(run.clock.isValid() ? run.clock.elapsed() : 0));
+    if (!takePieces(run, result))
+        return;
+    emit progress(m_framesDone, m_framesTotal);
+    if (m_runs.isEmpty())
+        end(Ending::Finished);
+}
+
+bool PieceScheduler::takePieces(const Run& run, const RunResult& result) {
     for (int i : run.segments) {
         const RenderSegment& s = m_plan.segments[i];
         // ffmpeg can end well after a write error: the file itself decides.
@@ -176,18 +169,18 @@ void PieceScheduler::runFinished(int runner, const RunResult& result) {
         m_failure = FullDiskProblem(result.errorText, m_space.folder);
         if (!m_failure.isEmpty()) {
             emit logLine(QStringLiteral("piece %1: %2").arg(s.number).arg(problem));
-            return end(Ending::Failed);
+            end(Ending::Failed);
+            return false;
         }
-        pieceFailed(i, run.black,
-                    result.ok() ? problem : runProblem(result) + QStringLiteral("; ") + problem);
-        if (!m_running)
-            return;
+        if (!pieceFailed(i, run.black,
+                         result.ok() ? problem
+                                     : runProblem(result) + QStringLiteral("; ") + problem))
+            return false;
     }
-    emit progress(m_framesDone, m_framesTotal);
-    startNext(runner);
+    return true;
 }
 
-void PieceScheduler::pieceFailed(int index, bool wasBlack, const QString& reason) {
+bool PieceScheduler::pieceFailed(int index, bool wasBlack, const QString& reason) {
     const RenderSegment& s = m_plan.segments[index];
     emit logLine(QStringLiteral("piece %1 (%2) failed: %3").arg(s.number).arg(s.source, reason));
     QFile::remove(s.partial);
@@ -196,20 +189,20 @@ void PieceScheduler::pieceFailed(int index, bool wasBlack, const QString& reason
         m_failure = QStringLiteral("Even black could not be rendered from \"%1\": %2")
                         .arg(m_in.blackPicture, reason);
         end(Ending::Failed);
-        return;
+        return false;
     }
-    if (++m_attempts[index] < kAttemptsBeforeBlack) {
-        m_queue.prepend(Run{{index}, false}); // on its own: one bad file fails a whole run
-        return;
-    }
-    showBlack(index, reason);
+    if (++m_attempts[index] < kAttemptsBeforeBlack)
+        submit(Run{{index}, false, {}}); // on its own: one bad file fails a whole run
+    else
+        showBlack(index, reason);
+    return true;
 }
 
 // The item shows black for its time, so everything after it keeps its place.
 void PieceScheduler::showBlack(int index, const QString& reason) {
     m_failedItems << m_plan.segments[index].source;
     m_failureReasons << reason;
-    m_queue.prepend(Run{{index}, true});
+    submit(Run{{index}, true, {}});
 }
 
 QString PieceScheduler::pieceNumbers(const Run& run) const {
@@ -219,32 +212,29 @@ QString PieceScheduler::pieceNumbers(const Run& run) const {
     return numbers.join(u',');
 }
 
-bool PieceScheduler::anyRunnerBusy() const {
-    return std::any_of(m_busy.begin(), m_busy.end(),
-                       [](const Run& r) { return !r.segments.isEmpty(); });
-}
-
 void PieceScheduler::cancel() {
     if (!m_running || m_cancelling)
         return;
     m_cancelling = true;
-    m_queue.clear();
-    if (!anyRunnerBusy())
+    if (m_runs.isEmpty())
         return end(Ending::Cancelled);
-    for (ToolRunner* r : m_runners)
-        if (r->isRunning())
-            r->cancel();
+    // Each run's end still comes from the pool; the last one ends the cancel.
+    for (int id : m_runs.keys())
+        m_pool.cancel(id);
+}
+
+void PieceScheduler::cancelRuns() {
+    const QList<int> ids = m_runs.keys();
+    m_runs.clear();
+    for (int id : ids)
+        m_pool.cancel(id);
 }
 
 void PieceScheduler::end(Ending ending) {
     if (!m_running)
         return;
     m_running = false;
-    for (QTimer* w : m_watchdogs)
-        w->stop();
-    for (ToolRunner* r : m_runners)
-        if (r->isRunning())
-            r->cancel();
+    cancelRuns();
     if (ending == Ending::Failed)
         emit failed(m_failure);
     else if (ending == Ending::Cancelled)

@@ -4,23 +4,22 @@
 #include "render/RenderPlan.h"
 
 #include <QElapsedTimer>
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QStringList>
 
-class QTimer;
-
 namespace cq {
 
-class ToolRunner;
+class ToolPool;
 struct RunResult;
 
-// Makes the pieces a plan needs that the cache cannot give: still pictures several to one ffmpeg
-// run, videos alone, as many runs at once as there are cores. A piece that fails its run or its
-// check is made again on its own once; if that fails too, the item shows black for its time and
-// its file is named in failedItems(). A source that is no regular file is never handed to ffmpeg:
-// it shows black at once. A write that fails for lack of space fails the render. Ends with
-// exactly one of finished, failed or cancelled.
+// Makes the pieces a plan needs that the cache cannot give, through the shared tool pool: still
+// pictures several to one ffmpeg run, videos alone, the runs spread over as many slots as the
+// pool has. A piece that fails its run or its check is made again on its own once; if that
+// fails too, the item shows black for its time and its file is named in failedItems(). A source
+// that is no regular file is never handed to ffmpeg: it shows black at once. A write that fails
+// for lack of space fails the render. Ends with exactly one of finished, failed or cancelled.
 class PieceScheduler : public QObject {
     Q_OBJECT
 public:
@@ -28,7 +27,7 @@ public:
     static constexpr int kAttemptsBeforeBlack = 2;
 
     PieceScheduler(const RenderInputs& in, const RenderPlan& plan, const RenderSpace& space,
-                   int parallelism, QObject* parent = nullptr);
+                   ToolPool& pool, QObject* parent = nullptr);
     ~PieceScheduler() override;
 
     void start();
@@ -47,33 +46,33 @@ signals:
 
 private:
     struct Run {
-        QList<int> segments; // indexes into the plan; empty when the runner is idle
+        QList<int> segments; // indexes into the plan
         bool black = false;  // the stand-in of an item that could not be rendered
+        QElapsedTimer clock; // since the pool started it
     };
 
-    void queueNeededPieces();
-    void queueStills(const QList<int>& stills);
+    QList<Run> neededRuns();
+    void addStillRuns(const QList<int>& stills, QList<Run>& runs) const;
+    void submit(const Run& run);
+    void onStarted(int id);
+    void onFinished(int id, const RunResult& result);
+    // False when the render cannot go on.
+    bool takePieces(const Run& run, const RunResult& result);
+    bool pieceFailed(int index, bool wasBlack, const QString& reason);
     void showBlack(int index, const QString& reason);
-    void startNext(int runner);
-    void runFinished(int runner, const RunResult& result);
-    void pieceFailed(int index, bool wasBlack, const QString& reason);
     enum class Ending { Finished, Failed, Cancelled };
     void end(Ending ending);
-    bool anyRunnerBusy() const;
+    void cancelRuns();
     // "3,9": the plan's numbers of a run's pieces, for the log.
     QString pieceNumbers(const Run& run) const;
-    QString scriptFile(int runner) const;
 
     const RenderInputs& m_in;
     const RenderPlan& m_plan;
-    const RenderSpace m_space; // a copy: the scripts are removed when the job is gone
+    const RenderSpace m_space;
+    ToolPool& m_pool;
     PieceCache m_cache;
-    QList<ToolRunner*> m_runners;
-    QList<QTimer*> m_watchdogs;
-    QList<QElapsedTimer> m_runClocks; // per runner, since its run started
-    QList<Run> m_busy;                // per runner
-    QList<Run> m_queue;               // runs still to start
-    QList<int> m_attempts;            // per segment
+    QHash<int, Run> m_runs; // submitted to the pool, by task id
+    QList<int> m_attempts;  // per segment
     QStringList m_failedItems;
     QStringList m_failureReasons;
     QString m_failure;

@@ -14,7 +14,6 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
-#include <QThread>
 
 #include <array>
 #include <cerrno>
@@ -52,8 +51,8 @@ QString outcomeWord(RenderReport::Outcome outcome) {
 
 } // namespace
 
-RenderJob::RenderJob(RenderInputs inputs, QObject* parent)
-    : QObject(parent), m_in(std::move(inputs)), m_workspace(m_in.workFolder) {
+RenderJob::RenderJob(RenderInputs inputs, ToolPool& pool, QObject* parent)
+    : QObject(parent), m_in(std::move(inputs)), m_pool(pool), m_workspace(m_in.workFolder) {
     qRegisterMetaType<cq::RenderReport>();
 }
 
@@ -185,8 +184,7 @@ void RenderJob::makePieces() {
     if (m_plan.audioOnly)
         return stepDone();
     emit statusChanged(QStringLiteral("Rendering %1 pieces").arg(m_plan.segments.size()));
-    m_pieces =
-        new PieceScheduler(m_in, m_plan, m_space, std::max(1, QThread::idealThreadCount()), this);
+    m_pieces = new PieceScheduler(m_in, m_plan, m_space, m_pool, this);
     connect(m_pieces, &PieceScheduler::logLine, this, &RenderJob::log);
     connect(m_pieces, &PieceScheduler::progress, this, [this](qint64 done, qint64 total) {
         setProgress(int(kPiecesShare * done / std::max<qint64>(1, total)));

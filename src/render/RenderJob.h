@@ -17,13 +17,15 @@ class MixStep;
 class PieceScheduler;
 class ResultCheck;
 class SoundProbe;
+class ToolPool;
 struct MeasuredResult;
 
 // Runs a render in steps that never block the window, each a unit of its own with its inputs and
 // its result: which videos have sound (probe), what to make (plan), the pieces, the join and the
 // mix with the voice, the check of the result's lengths against the voice, and the move of the
 // result into place. Only a result whose lengths match the voice replaces the previous one;
-// cancel stops every tool within a second. The inputs never change once the job exists.
+// cancel stops every tool within a second. The inputs never change once the job exists. The
+// pieces are made through the shared tool pool, which must outlive the job.
 class RenderJob : public QObject {
     Q_OBJECT
 public:
@@ -31,7 +33,7 @@ public:
     // Lengths of the result may differ from the voice by this much.
     static constexpr qint64 kToleranceMs = 200;
 
-    explicit RenderJob(RenderInputs inputs, QObject* parent = nullptr);
+    RenderJob(RenderInputs inputs, ToolPool& pool, QObject* parent = nullptr);
     ~RenderJob() override;
 
     void start();
@@ -70,6 +72,7 @@ private:
     QString writeLog();
 
     const RenderInputs m_in;
+    ToolPool& m_pool;
     RenderWorkspace m_workspace;
     RenderSpace m_space;
     QSet<QString> m_videosWithSound;

@@ -1,14 +1,12 @@
 #include "render/RenderPlan.h"
 
+#include "platform/RegularFiles.h"
 #include "platform/ShellQuote.h"
 #include "platform/TimeCode.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
-
-#include <sys/stat.h>
 
 namespace cq {
 
@@ -168,15 +166,11 @@ QStringList RenderPlan::distinctPieces() const {
 }
 
 QString SourceProblem(const QString& file) {
-    struct stat st {};
-    if (::stat(QFile::encodeName(file).constData(), &st) != 0 || S_ISREG(st.st_mode))
+    const FileKind kind = KindOfFile(file);
+    if (kind == FileKind::Regular || kind == FileKind::Missing)
         return {};
-    const QString what = S_ISFIFO(st.st_mode)   ? QStringLiteral("a FIFO")
-                         : S_ISDIR(st.st_mode)  ? QStringLiteral("a folder")
-                         : S_ISSOCK(st.st_mode) ? QStringLiteral("a socket")
-                                                : QStringLiteral("a device");
     return QStringLiteral("\"%1\" is %2, not a regular file, so no tool was given it")
-        .arg(file, what);
+        .arg(file, WhyNotARegularFile(file));
 }
 
 QString PartialOutputOf(const QString& output, const QString& tag) {

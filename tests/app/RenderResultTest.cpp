@@ -5,6 +5,7 @@
 #include "library/playback/MediaPlayer.h"
 #include "library/playback/widgets/VideoPlayerWidget.h"
 #include "library/widgets/DisplayPlace.h"
+#include "platform/ToolPool.h"
 #include "render/RenderJob.h"
 #include "render/widgets/RenderPanel.h"
 #include "studio/AppPaths.h"
@@ -145,11 +146,13 @@ TEST(RenderResult, HeldPicturesPlayForTheirWholeTime) {
                             "sine=frequency=440:duration=3", "-ac", "1", "-y", voice});
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     StudioSettings studio;
+    ToolPool pool;
     RenderJob job(StudioRenderRequest(paths, studio,
                                       {test::Row(1, "Pictures", "0.000", app.file("red.jpg")),
                                        test::Row(2, "Pictures", "1.500", app.file("blue.jpg"))},
                                       voice, 3000, {})
-                      .inputs);
+                      .inputs,
+                  pool);
     const RenderReport report = job.runToEnd();
     ASSERT_TRUE(report.ok()) << report.message.toStdString();
 

@@ -46,7 +46,7 @@ TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
                    Row(5, "Video", "3.800", mute)},
                   voice);
     // The probe for sound is the job's: the window does not wait for it.
-    RenderJob job(in);
+    RenderJob job(in, pool);
     QList<RenderJob::Step> steps;
     QObject::connect(&job, &RenderJob::stepStarted, [&](RenderJob::Step s) { steps << s; });
     const RenderReport report = job.runToEnd();
@@ -160,7 +160,7 @@ TEST_F(RenderEndToEnd, CancelStopsQuicklyAndKeepsThePreviousResult) {
     test::WriteFile(paths.gstrFinalMixAVIFileSpec, previous);
     studio.gstrVideoRes = QStringLiteral("640X480");
 
-    RenderJob job(inputsFor(rows, voice));
+    RenderJob job(inputsFor(rows, voice), pool);
     QList<RenderJob::Step> steps;
     QObject::connect(&job, &RenderJob::stepStarted, [&](RenderJob::Step s) { steps << s; });
     QElapsedTimer sinceCancel;

@@ -4,6 +4,7 @@
 #include "support/TestRows.h"
 
 #include "app/StudioRender.h"
+#include "platform/ToolPool.h"
 #include "platform/WavFormat.h"
 #include "render/RenderJob.h"
 #include "studio/AppPaths.h"
@@ -37,7 +38,7 @@ protected:
     }
 
     RenderReport render(const RenderInputs& in) {
-        RenderJob job(in);
+        RenderJob job(in, pool);
         return job.runToEnd();
     }
 
@@ -53,6 +54,7 @@ protected:
         }
     }
 
+    ToolPool pool; // before the jobs, which it outlives
     test::TestAppFolder app;
     AppPaths paths;
     StudioSettings studio;

@@ -2,6 +2,7 @@
 
 #include "app/StudioRender.h"
 #include "app/widgets/frmClipquill.h"
+#include "platform/ToolPool.h"
 #include "render/widgets/RenderPanel.h"
 #include "render/widgets/RenderProgressDialog.h"
 #include "studio/AppPaths.h"
@@ -47,7 +48,8 @@ protected:
     AppPaths paths;
     StudioSettings studio;
     test::RenderTestMedia media;
-    RenderPanel panel{paths, studio};
+    ToolPool pool;
+    RenderPanel panel{paths, studio, pool};
 };
 
 } // namespace

@@ -97,7 +97,7 @@ TEST_F(RenderEndToEnd, APieceDamagedAfterItWasMadeIsMadeAgain) {
         rows << Row(i + 1, "Pictures", QString::number(i) + ".000", pic);
     }
     const RenderInputs in = inputsFor(rows, voice);
-    RenderJob first(in);
+    RenderJob first(in, pool);
     ASSERT_TRUE(first.runToEnd().ok());
 
     // A crash or a disk error cuts the blue piece short after its key was written.
@@ -125,8 +125,8 @@ TEST_F(RenderEndToEnd, TwoRendersAtOnceInOneFolderBothComeOutRight) {
         blueRows << Row(i + 1, "Pictures", QString::number(i) + ".000", blue);
     }
     // The same output too: each result is complete, whichever lands last.
-    RenderJob red(inputsFor(redRows, voice));
-    RenderJob blue(inputsFor(blueRows, voice));
+    RenderJob red(inputsFor(redRows, voice), pool);
+    RenderJob blue(inputsFor(blueRows, voice), pool);
     int open = 2;
     QEventLoop loop;
     for (RenderJob* job : {&red, &blue})
@@ -157,7 +157,7 @@ TEST_F(RenderEndToEnd, AResultOfTheWrongLengthNeverReplacesThePreviousOne) {
     // The recording says 4 s, the voice holds 2 s: the result cannot match.
     RenderInputs in = inputsFor({Row(1, "Pictures", "0.000", red)}, voice);
     in.recordingMs = 4000;
-    RenderJob job(in);
+    RenderJob job(in, pool);
     QList<RenderJob::Step> steps;
     QObject::connect(&job, &RenderJob::stepStarted, [&](RenderJob::Step s) { steps << s; });
     const RenderReport report = job.runToEnd();

@@ -10,6 +10,7 @@
 #include "library/widgets/DisplayPlace.h"
 #include "library/widgets/MediaBrowser.h"
 #include "platform/Folders.h"
+#include "platform/ToolPool.h"
 #include "render/RenderJob.h"
 #include "render/widgets/RenderPanel.h"
 #include "share/widgets/SharePanel.h"
@@ -32,6 +33,7 @@
 #include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QThread>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -59,6 +61,7 @@ frmClipquill::frmClipquill(WindowlessStartup startup, QWidget* parent)
       m_startupProblems(std::move(startup.problems)) {
     setObjectName(QStringLiteral("frmClipquill"));
     m_keepAwake = new KeepAwake(this);
+    m_tools = new ToolPool(QThread::idealThreadCount(), this);
     buildLayout();
     setWindowTitle(windowTitleText());
     QTimer::singleShot(0, m_timeline, &TimelineStudio::checkInputDevice);
@@ -93,7 +96,7 @@ void frmClipquill::buildLayout() {
 
     m_topBar->addWidget(sizeLabel);
     m_topBar->addWidget(m_cboVideoRes);
-    m_renderPanel = new RenderPanel(m_paths, m_studio, central);
+    m_renderPanel = new RenderPanel(m_paths, m_studio, *m_tools, central);
     m_topBar->addWidget(m_renderPanel);
     m_topBar->addStretch(1);
     m_topBar->addWidget(m_cmdSaveDirectories);

@@ -28,6 +28,7 @@ class SharePanel;
 class StudioDisplay;
 class TabPictureList;
 class TimelineStudio;
+class ToolPool;
 
 // The studio's main window. It owns the program's state (paths, directory settings, studio
 // settings, recording state) and hands it to the subsystems it assembles.
@@ -77,6 +78,7 @@ private:
     QStringList m_startupProblems;
 
     KeepAwake* m_keepAwake = nullptr;
+    ToolPool* m_tools = nullptr; // every batch of tool runs of the studio goes through it
 
     QHBoxLayout* m_topBar = nullptr;
     QComboBox* m_cboVideoRes = nullptr;

@@ -15,8 +15,9 @@
 
 namespace cq {
 
-RenderPanel::RenderPanel(const AppPaths& paths, StudioSettings& studio, QWidget* parent)
-    : QWidget(parent), m_paths(paths), m_studio(studio) {
+RenderPanel::RenderPanel(const AppPaths& paths, StudioSettings& studio, ToolPool& pool,
+                         QWidget* parent)
+    : QWidget(parent), m_paths(paths), m_studio(studio), m_pool(pool) {
     setObjectName(QStringLiteral("RenderPanel"));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -64,7 +65,7 @@ void RenderPanel::cmdRender_Click() {
     }
     emit releaseFilesRequested();
     delete m_job;
-    m_job = new RenderJob(request.inputs, this);
+    m_job = new RenderJob(request.inputs, m_pool, this);
 
     m_progress = new RenderProgressDialog(this);
     connect(m_job, &RenderJob::progressChanged, m_progress, &RenderProgressDialog::setPercent);

@@ -14,6 +14,7 @@ namespace cq {
 struct AppPaths;
 struct StudioSettings;
 class RenderProgressDialog;
+class ToolPool;
 
 // The Render button and the button that plays the result. What to render comes whole from a
 // provider, so the studio's paths, settings and grid plug in without this panel knowing them.
@@ -22,7 +23,9 @@ class RenderPanel : public QWidget {
 public:
     using RequestProvider = std::function<RenderRequest()>;
 
-    RenderPanel(const AppPaths& paths, StudioSettings& studio, QWidget* parent = nullptr);
+    // pool: where the render runs its pieces; it must outlive the panel.
+    RenderPanel(const AppPaths& paths, StudioSettings& studio, ToolPool& pool,
+                QWidget* parent = nullptr);
     ~RenderPanel() override;
 
     void setRequestProvider(RequestProvider provider) { m_request = std::move(provider); }
@@ -47,6 +50,7 @@ private:
 
     const AppPaths& m_paths;
     StudioSettings& m_studio;
+    ToolPool& m_pool;
     RequestProvider m_request;
     QPushButton* m_cmdRender = nullptr;
     QPushButton* m_cmdPlayRendered = nullptr;
