@@ -37,21 +37,23 @@ QString FrameSizeProblem(const QString& gstrVideoRes) {
 }
 
 FrameRate ParseFrameRate(const QString& gstrFrameRate) {
+    // A whole or decimal number of frames per second, or a fraction such as 24000/1001.
     static const QRegularExpression plain(QRegularExpression::anchoredPattern(
-        QStringLiteral("([0-9]{1,3})(?:\\.([0-9]{1,3})|/([0-9]{1,5}))?")));
+        QStringLiteral("([0-9]{1,3})(?:\\.([0-9]{1,3}))?|([0-9]{1,6})/([0-9]{1,5})")));
     const QString text = gstrFrameRate.trimmed();
     const QRegularExpressionMatch m = plain.match(text);
     if (text == u"29.97" || !m.hasMatch())
         return FrameRate::ntsc();
-    qint64 num = m.captured(1).toLongLong();
+    qint64 num = 0;
     qint64 den = 1;
-    if (m.hasCaptured(2)) {
+    if (m.hasCaptured(3)) {
+        num = m.captured(3).toLongLong();
+        den = m.captured(4).toLongLong();
+    } else {
         const QString fraction = m.captured(2);
         for (qsizetype i = 0; i < fraction.size(); ++i)
             den *= 10;
-        num = num * den + fraction.toLongLong();
-    } else if (m.hasCaptured(3)) {
-        den = m.captured(3).toLongLong();
+        num = m.captured(1).toLongLong() * den + fraction.toLongLong();
     }
     if (num <= 0 || den <= 0)
         return FrameRate::ntsc();

@@ -14,6 +14,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
+#include <QMetaObject>
 
 #include <array>
 #include <cerrno>
@@ -276,7 +277,12 @@ void RenderJob::cancel() {
     // The pieces' runs end first, so that no half-written piece stays behind.
     if (m_pieces && m_pieces->isRunning())
         return m_pieces->cancel();
-    finish(RenderReport::Outcome::Cancelled, cancelledText());
+    stopSteps();
+    // The end is reported from the event loop, as every other end of a step is: whoever cancels
+    // learns of it by the finished signal, never from inside its own call.
+    QMetaObject::invokeMethod(
+        this, [this] { finish(RenderReport::Outcome::Cancelled, cancelledText()); },
+        Qt::QueuedConnection);
 }
 
 void RenderJob::fail(const QString& message) {
