@@ -32,10 +32,10 @@ int timeLimitMs(qint64 frames) {
 
 PieceScheduler::PieceScheduler(const RenderInputs& in, const RenderPlan& plan,
                                const RenderSpace& space, ToolPool& pool, QObject* parent)
-    : QObject(parent), m_in(in), m_plan(plan), m_space(space), m_pool(pool),
+    : QObject(parent), m_in(in), m_plan(plan), m_space(space), m_pool(&pool),
       m_cache(space.folder, *in.container) {
-    connect(&m_pool, &ToolPool::taskStarted, this, &PieceScheduler::onStarted);
-    connect(&m_pool, &ToolPool::taskFinished, this, &PieceScheduler::onFinished);
+    connect(&pool, &ToolPool::taskStarted, this, &PieceScheduler::onStarted);
+    connect(&pool, &ToolPool::taskFinished, this, &PieceScheduler::onFinished);
 }
 
 PieceScheduler::~PieceScheduler() {
@@ -101,7 +101,7 @@ QList<PieceScheduler::Run> PieceScheduler::neededRuns() {
 // video run holds, so that every slot starts at once. No run grows so long that the progress
 // stands still.
 void PieceScheduler::addStillRuns(const QList<int>& stills, QList<Run>& runs) const {
-    const qsizetype freeSlots = std::max<qsizetype>(1, m_pool.maxRunning() - runs.size());
+    const qsizetype freeSlots = std::max<qsizetype>(1, m_pool->maxRunning() - runs.size());
     const qsizetype batch =
         std::clamp<qsizetype>((stills.size() + freeSlots - 1) / freeSlots, 1, kMaxPiecesPerRun);
     for (qsizetype i = 0; i < stills.size(); i += batch)
@@ -125,7 +125,7 @@ void PieceScheduler::submit(const Run& run) {
     emit logLine(QStringLiteral("pieces %1%2: %3")
                      .arg(pieceNumbers(run), run.black ? QStringLiteral(" (black)") : QString(),
                           task.script));
-    m_runs.insert(m_pool.submit(task), run);
+    m_runs.insert(m_pool->submit(task), run);
 }
 
 void PieceScheduler::onStarted(int id) {
@@ -216,18 +216,20 @@ void PieceScheduler::cancel() {
     if (!m_running || m_cancelling)
         return;
     m_cancelling = true;
-    if (m_runs.isEmpty())
+    if (m_runs.isEmpty() || !m_pool)
         return end(Ending::Cancelled);
     // Each run's end still comes from the pool; the last one ends the cancel.
     for (int id : m_runs.keys())
-        m_pool.cancel(id);
+        if (m_pool)
+            m_pool->cancel(id);
 }
 
 void PieceScheduler::cancelRuns() {
     const QList<int> ids = m_runs.keys();
     m_runs.clear();
     for (int id : ids)
-        m_pool.cancel(id);
+        if (m_pool)
+            m_pool->cancel(id);
 }
 
 void PieceScheduler::end(Ending ending) {

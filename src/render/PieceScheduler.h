@@ -7,6 +7,7 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 
 namespace cq {
@@ -69,7 +70,9 @@ private:
     const RenderInputs& m_in;
     const RenderPlan& m_plan;
     const RenderSpace m_space;
-    ToolPool& m_pool;
+    // Watched: a window may delete its pool before the panel that holds this job; the pool's
+    // runners then stop the tools themselves.
+    QPointer<ToolPool> m_pool;
     PieceCache m_cache;
     QHash<int, Run> m_runs; // submitted to the pool, by task id
     QList<int> m_attempts;  // per segment
