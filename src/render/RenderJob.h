@@ -25,7 +25,7 @@ struct MeasuredResult;
 // mix with the voice, the check of the result's lengths against the voice, and the move of the
 // result into place. Only a result whose lengths match the voice replaces the previous one;
 // cancel stops every tool within a second. The inputs never change once the job exists. The
-// pieces are made through the shared tool pool, which must outlive the job.
+// pieces are made through the shared tool pool, beside the other batches of tool runs.
 class RenderJob : public QObject {
     Q_OBJECT
 public:

@@ -23,7 +23,7 @@ class RenderPanel : public QWidget {
 public:
     using RequestProvider = std::function<RenderRequest()>;
 
-    // pool: where the render runs its pieces; it must outlive the panel.
+    // pool: where the render runs its pieces, shared with the studio's other batches of runs.
     RenderPanel(const AppPaths& paths, StudioSettings& studio, ToolPool& pool,
                 QWidget* parent = nullptr);
     ~RenderPanel() override;
