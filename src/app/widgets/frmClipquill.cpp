@@ -9,6 +9,7 @@
 #include "library/widgets/DisplayPlace.h"
 #include "library/widgets/MediaBrowser.h"
 #include "platform/Folders.h"
+#include "platform/ToolPool.h"
 #include "render/RenderJob.h"
 #include "render/widgets/RenderPanel.h"
 #include "share/widgets/SharePanel.h"
@@ -31,6 +32,7 @@
 #include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QThread>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -58,6 +60,7 @@ frmClipquill::frmClipquill(WindowlessStartup startup, QWidget* parent)
       m_startupProblems(std::move(startup.problems)) {
     setObjectName(QStringLiteral("frmClipquill"));
     m_keepAwake = new KeepAwake(this);
+    m_toolPool = new ToolPool(QThread::idealThreadCount(), this);
     buildLayout();
     setWindowTitle(windowTitleText());
     QTimer::singleShot(0, m_timeline, &TimelineStudio::checkInputDevice);
@@ -105,8 +108,8 @@ void frmClipquill::buildLayout() {
     mediaLayout->setContentsMargins(0, 0, 0, 0);
     // The display place on top and the event grid under it, when the grid is shown.
     m_displayColumn = new QSplitter(Qt::Vertical, m_splitter);
-    m_media =
-        new MediaStation(m_paths, m_settings, m_studio, m_textList, m_mediaArea, m_displayColumn);
+    m_media = new MediaStation(m_paths, m_settings, m_studio, m_textList, *m_toolPool, m_mediaArea,
+                               m_displayColumn);
     m_display = new StudioDisplay(*m_media, m_studio, this);
     outer->addLayout(buildTimeline(central));
     m_display->connectTimeline(*m_timeline);

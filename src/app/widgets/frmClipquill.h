@@ -28,6 +28,7 @@ class SharePanel;
 class StudioDisplay;
 class TabPictureList;
 class TimelineStudio;
+class ToolPool;
 
 // The studio's main window. It owns the program's state (paths, directory settings, studio
 // settings, recording state) and hands it to the subsystems it assembles.
@@ -77,6 +78,8 @@ private:
     QStringList m_startupProblems;
 
     KeepAwake* m_keepAwake = nullptr;
+    // The one pool every batch of tool runs of this window shares.
+    ToolPool* m_toolPool = nullptr;
 
     QHBoxLayout* m_topBar = nullptr;
     QComboBox* m_cboVideoRes = nullptr;
