@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QPointer>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <sys/prctl.h>
@@ -81,8 +82,8 @@ bool ToolRunner::makeTemporaryFolder() {
     if (m_workSpace.isEmpty())
         return true;
     QDir().mkpath(m_workSpace);
-    QByteArray name =
-        QFile::encodeName(QDir(m_workSpace).absoluteFilePath(temporaryFolderPrefix() + "XXXXXX"));
+    const QString pattern = temporaryFolderPrefix() + QString::number(::getpid()) + "-XXXXXX";
+    QByteArray name = QFile::encodeName(QDir(m_workSpace).absoluteFilePath(pattern));
     if (!::mkdtemp(name.data()))
         return false;
     m_temporaryFolder = QFile::decodeName(name);
@@ -93,6 +94,24 @@ void ToolRunner::removeTemporaryFolder() {
     if (!m_temporaryFolder.isEmpty())
         RemoveFolderSoon(m_temporaryFolder);
     m_temporaryFolder.clear();
+}
+
+int ToolRunner::removeLeftTemporaryFolders(const QString& workSpace) {
+    const QDir dir(workSpace);
+    const QStringList folders = dir.entryList({temporaryFolderPrefix() + "*"},
+                                              QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden);
+    int removed = 0;
+    for (const QString& folder : folders) {
+        bool numeric = false;
+        const qint64 pid =
+            folder.mid(temporaryFolderPrefix().size()).section(u'-', 0, 0).toLongLong(&numeric);
+        // A studio that still runs (or a process that took its number since) keeps its folder.
+        const bool alive =
+            numeric && pid > 0 && (::kill(static_cast<pid_t>(pid), 0) == 0 || errno == EPERM);
+        if (!alive && QDir(dir.filePath(folder)).removeRecursively())
+            ++removed;
+    }
+    return removed;
 }
 
 bool ToolRunner::failToStart(const QString& why) {

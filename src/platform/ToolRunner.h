@@ -43,9 +43,12 @@ public:
     void setTemporaryFolderIn(const QString& workSpace) { m_workSpace = workSpace; }
     // The current run's private temporary folder; empty when there is none.
     QString temporaryFolder() const { return m_temporaryFolder; }
-    // Every private temporary folder's name begins with this; what a killed studio left behind
-    // is found by it.
+    // Every private temporary folder's name begins with this, followed by the studio's process
+    // id; what a killed studio left behind is found by it.
     static QString temporaryFolderPrefix() { return QStringLiteral("cq-run-"); }
+    // Removes the private temporary folders in the work space whose studio has ended; those of
+    // a studio still running stay. Returns how many went.
+    static int removeLeftTemporaryFolders(const QString& workSpace);
 
     // Writes the script (LF line ends) and starts /bin/sh on it.
     bool startScript(const QString& script, const QString& scriptFileSpec);
