@@ -100,8 +100,17 @@ QString PictureToolReason(const QString& errorText) {
 
 ThumbnailMaker::ThumbnailMaker(ToolPool& pool, const QString& convertPath, const QString& workSpace,
                                QObject* parent)
-    : QObject(parent), m_pool(pool), m_convertPath(convertPath), m_workSpace(workSpace) {
-    connect(&m_pool, &ToolPool::taskFinished, this, &ThumbnailMaker::onTaskFinished);
+    : QObject(parent), m_pool(&pool), m_convertPath(convertPath), m_workSpace(workSpace) {
+    connect(m_pool, &ToolPool::taskFinished, this, &ThumbnailMaker::onTaskFinished);
+}
+
+ThumbnailMaker::~ThumbnailMaker() {
+    if (!m_pool)
+        return;
+    m_pool->disconnect(this);
+    const QList<int> ids = m_tasks.keys();
+    for (int id : ids)
+        m_pool->cancel(id);
 }
 
 QList<ThumbnailJob> ThumbnailMaker::withoutKnownFailures(const QList<ThumbnailJob>& jobs) const {
@@ -134,7 +143,7 @@ QStringList ThumbnailMaker::failedPictures() const {
 }
 
 bool ThumbnailMaker::start(const QList<ThumbnailJob>& jobs) {
-    if (isRunning() || jobs.isEmpty() || m_convertPath.isEmpty())
+    if (isRunning() || jobs.isEmpty() || m_convertPath.isEmpty() || !m_pool)
         return false;
     m_jobs = jobs;
     m_reasons.clear();
@@ -147,7 +156,7 @@ bool ThumbnailMaker::start(const QList<ThumbnailJob>& jobs) {
         task.inputFiles = {m_jobs.at(i).picture};
         task.workSpace = m_workSpace;
         task.timeoutMs = kThumbnailTimeoutMs;
-        m_tasks.insert(m_pool.submit(task), i);
+        m_tasks.insert(m_pool->submit(task), i);
     }
     return true;
 }
@@ -190,7 +199,8 @@ void ThumbnailMaker::cancel() {
     // Cancelling a queued task reports it later, so the ids are taken first.
     const QList<int> ids = m_tasks.keys();
     for (int id : ids)
-        m_pool.cancel(id);
+        if (m_pool)
+            m_pool->cancel(id);
 }
 
 } // namespace cq

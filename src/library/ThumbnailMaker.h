@@ -7,6 +7,7 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 
@@ -40,6 +41,8 @@ public:
     // Each run's temporary folder goes into workSpace.
     ThumbnailMaker(ToolPool& pool, const QString& convertPath, const QString& workSpace,
                    QObject* parent = nullptr);
+    // Its tasks still queued or running in the pool are cancelled.
+    ~ThumbnailMaker() override;
 
     // Leaves out the pictures that failed before and have not changed since.
     QList<ThumbnailJob> withoutKnownFailures(const QList<ThumbnailJob>& jobs) const;
@@ -70,7 +73,7 @@ private:
     void onTaskFinished(int id, const RunResult& result);
     void end();
 
-    ToolPool& m_pool;
+    QPointer<ToolPool> m_pool; // the pool may go first when the window closes
     QString m_convertPath;
     QString m_workSpace;
     QList<ThumbnailJob> m_jobs;

@@ -227,4 +227,11 @@ TEST_F(Thumbnails, CancelStopsTheRunAndLeavesNoHalfThumbnails) {
     EXPECT_TRUE(maker.failures().isEmpty());
     EXPECT_TRUE(test::Eventually([&] { return leftInWorkSpace().isEmpty(); }, 5000))
         << leftInWorkSpace().join(u'|').toStdString();
+
+    // A maker that goes (its page closed) takes its work out of the shared pool with it.
+    auto gone = std::make_unique<ThumbnailMaker>(pool, convert, workSpace());
+    ASSERT_TRUE(gone->start(PlanThumbnails(folder, names, thumbs)));
+    gone.reset();
+    EXPECT_TRUE(test::Eventually([&] { return !pool.isBusy(); }, 10000));
+    EXPECT_GE(PlanThumbnails(folder, names, thumbs).size(), 30);
 }
