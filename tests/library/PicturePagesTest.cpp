@@ -76,6 +76,29 @@ TEST(PicturePages, ThumbnailPageHasTheLiteralPiecesAndAtMostAThousandAnchors) {
     EXPECT_FALSE(page.contains(QStringLiteral("p1000.jpg")));
 }
 
+TEST(PicturePages, TheNoteOfPicturesWithoutThumbnailStaysOneShortLine) {
+    QList<ThumbnailFailure> failures;
+    for (int i = 0; i < 7; ++i)
+        failures.append(
+            {QStringLiteral("/pics/Trip/p%1 <&>.jpg").arg(i),
+             i == 0 ? QString(200, u'x') : QStringLiteral("cache resources exhausted")});
+    const QString page =
+        BuildThumbnailPage("/pics/Trip", {"a.jpg"}, "/app/SmallPics/Trip", failures);
+    // The first five by name, a long reason cut short, names escaped, the rest counted.
+    EXPECT_TRUE(
+        page.contains("</a><P style=\"color: silver\">No thumbnail for p0 &lt;&amp;&gt;.jpg (" +
+                      QString(87, u'x') +
+                      "...); p1 &lt;&amp;&gt;.jpg (cache resources "
+                      "exhausted); p2"))
+        << page.toStdString();
+    EXPECT_TRUE(page.endsWith(
+        "; p4 &lt;&amp;&gt;.jpg (cache resources exhausted) and 2 more.</P></BODY></HTML>"))
+        << page.toStdString();
+    EXPECT_FALSE(page.contains("p5"));
+    // No failures: the page is exactly the anchors.
+    EXPECT_FALSE(BuildThumbnailPage("/pics/Trip", {"a.jpg"}, "/app/SmallPics/Trip").contains("<P"));
+}
+
 TEST(PicturePages, AltTextKeepsOnlyAsciiLettersOfTheNameWithoutItsExtension) {
     EXPECT_EQ(ThumbnailAltText(QStringLiteral("My Photo 2.jpg")), "MyPhoto");
     EXPECT_EQ(ThumbnailAltText(QString::fromUtf8("Zoë_[x].jpeg")), "Zox");
