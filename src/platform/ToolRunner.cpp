@@ -2,7 +2,6 @@
 
 #include "platform/ScriptFile.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
@@ -28,15 +27,16 @@ constexpr qsizetype kMaxKeptOutput = 4 * 1024 * 1024;
 // then kills the whole group. Signals meant for the script do not stop the guard. The script
 // itself and its tools read /dev/null. Given a private temporary folder ($1), the guard first
 // leaves a remover in a session of its own, which outlives the group and deletes the folder once
-// the killed tools have gone.
-const QString kGuardedStart = QStringLiteral(
-    "exec 3<&0 </dev/null\n"
-    "{ trap '' HUP INT TERM; read -r _ <&3\n"
-    "  [ -z \"$1\" ] || setsid /bin/sh -c '(sleep 1; rm -rf -- \"$0\"; sleep 2; rm -rf -- "
-    "\"$0\") &' \"$1\"\n"
-    "  kill -KILL 0; } >/dev/null 2>&1 </dev/null &\n"
-    "exec 3<&-\n"
-    "exec /bin/sh \"$0\"\n");
+// the killed tools have gone. The folder goes to it in the environment: the remover's command line
+// names nothing of the studio's, so it does not pass for one of the studio's tools.
+const QString kGuardedStart =
+    QStringLiteral("exec 3<&0 </dev/null\n"
+                   "{ trap '' HUP INT TERM; read -r _ <&3\n"
+                   "  [ -z \"$1\" ] || CQ_LEFT=\"$1\" setsid /bin/sh -c "
+                   "'(sleep 1; rm -rf -- \"$CQ_LEFT\"; sleep 2; rm -rf -- \"$CQ_LEFT\") &'\n"
+                   "  kill -KILL 0; } >/dev/null 2>&1 </dev/null &\n"
+                   "exec 3<&-\n"
+                   "exec /bin/sh \"$0\"\n");
 
 // Splits off every complete line (CR or LF ends one) and leaves the rest in partial.
 QStringList takeLines(QByteArray& partial) {
@@ -53,13 +53,24 @@ QStringList takeLines(QByteArray& partial) {
     return lines;
 }
 
-// Removes the folder now, and again a little later for what a dying tool wrote meanwhile: a
-// killed group's members go a moment after the signal.
-void RemoveFolderSoon(const QString& folder, int attempts = 20) {
-    if (QDir(folder).removeRecursively() || attempts <= 0 || !QCoreApplication::instance())
+// Removes the folder; when a tool of a killed group is still writing into it, a remover of its
+// own deletes it a moment later, when the group has gone. That also holds while the studio ends,
+// with no event loop left to try again. The remover gets the folder in its environment, so its
+// command line names nothing of the studio's.
+void RemoveFolderSoon(const QString& folder) {
+    if (QDir(folder).removeRecursively())
         return;
-    QTimer::singleShot(100, QCoreApplication::instance(),
-                       [folder, attempts] { RemoveFolderSoon(folder, attempts - 1); });
+    QProcess remover;
+    remover.setProgram(QStringLiteral("setsid"));
+    remover.setArguments({QStringLiteral("/bin/sh"), QStringLiteral("-c"),
+                          QStringLiteral("sleep 1; rm -rf -- \"$CQ_LEFT\"")});
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("CQ_LEFT"), folder);
+    remover.setProcessEnvironment(environment);
+    remover.setStandardInputFile(QProcess::nullDevice());
+    remover.setStandardOutputFile(QProcess::nullDevice());
+    remover.setStandardErrorFile(QProcess::nullDevice());
+    remover.startDetached();
 }
 
 } // namespace
