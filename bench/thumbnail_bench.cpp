@@ -3,6 +3,7 @@
 // thumbnail fresh). Usage: thumbnail_bench [convert]
 #include "library/FolderListing.h"
 #include "library/PicturesWebPage.h"
+#include "platform/ToolPool.h"
 #include "platform/ToolRunner.h"
 #include "studio/AppPaths.h"
 
@@ -97,7 +98,8 @@ int main(int argc, char** argv) {
     }
     const double sequential = Seconds(timer);
 
-    PicturesWebPage page(paths, convert);
+    ToolPool pool;
+    PicturesWebPage page(paths, pool, convert);
     timer.restart();
     page.RefreshPicturesWebPage(folder, entries);
     waitUntilWritten(page);

@@ -2,8 +2,10 @@
 
 #include "platform/Folders.h"
 #include "platform/TextFiles.h"
+#include "platform/ToolRunner.h"
 #include "text/TextListFile.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -13,6 +15,19 @@ XdgFolders XdgFolders::fromDesktop() {
     return {QStandardPaths::writableLocation(QStandardPaths::MoviesLocation),
             QStandardPaths::writableLocation(QStandardPaths::MusicLocation),
             QStandardPaths::writableLocation(QStandardPaths::PicturesLocation)};
+}
+
+void WindowlessStartup::removeLeftToolFolders(const AppPaths& paths) {
+    // The temporary folders of tool runs that a killed studio could not remove: the picture
+    // tool's next to its scripts, the render's in the work folder and its Render parts, a
+    // conversion's next to its output.
+    QStringList workSpaces{QFileInfo(paths.gstrImageMagickScriptFileSpec).absolutePath(),
+                           paths.gstrTempFilesDirectory};
+    const QDir work(paths.gstrTempFilesDirectory);
+    for (const QString& part : work.entryList({QStringLiteral("Render*")}, QDir::Dirs))
+        workSpaces << work.filePath(part);
+    for (const QString& workSpace : std::as_const(workSpaces))
+        ToolRunner::removeLeftTemporaryFolders(workSpace);
 }
 
 WindowlessStartup WindowlessStartup::run(const QString& appFolder, const XdgFolders& xdg) {
@@ -26,6 +41,7 @@ WindowlessStartup WindowlessStartup::run(const QString& appFolder, const XdgFold
     require(s.paths.gstrTempFilesDirectory);
     require(s.paths.gstrSmallPicsDirectory);
     require(s.paths.gstrSystemTempDirectory);
+    removeLeftToolFolders(s.paths);
 
     s.problems << s.settings.loadAtStartup(s.paths.gstrHarrowfinSetupFileSpec,
                                            s.paths.gstrClipquillSetupFileSpec, xdg.videos,

@@ -14,7 +14,8 @@ struct XdgFolders {
 
 // The part of start-up that needs no window: the work folders in their order, the directory
 // settings in their order, the projects folder, and the text list (written with the default
-// texts when missing). What went wrong is collected as sentences for the user; start-up goes on.
+// texts when missing), and the removal of what tools of a killed studio left in the work folders.
+// What went wrong is collected as sentences for the user; start-up goes on.
 struct WindowlessStartup {
     AppPaths paths;
     DirectorySettings settings;
@@ -22,6 +23,7 @@ struct WindowlessStartup {
     QStringList problems;
 
     static WindowlessStartup run(const QString& appFolder, const XdgFolders& xdg);
+    static void removeLeftToolFolders(const AppPaths& paths);
 };
 
 } // namespace cq

@@ -1,6 +1,7 @@
 #include "library/FolderListing.h"
 
 #include "library/MediaTyping.h"
+#include "platform/RegularFiles.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -20,12 +21,19 @@ bool IsReadableFolder(const QString& folder) {
     return info.isDir() && info.isReadable() && info.isExecutable();
 }
 
-QStringList ListMediaFiles(const QString& folder) {
+QStringList ListRegularFiles(const QString& folder, const QStringList& patterns) {
     QDir dir(folder);
-    dir.setNameFilters(MediaFilePatterns());
+    dir.setNameFilters(patterns);
     dir.setFilter(QDir::Files);
     dir.setSorting(QDir::Name | QDir::IgnoreCase);
-    return dir.entryList();
+    QStringList files = dir.entryList();
+    // QDir counts a link as a file whatever it leads to.
+    files.removeIf([&](const QString& name) { return !IsRegularFile(JoinPath(folder, name)); });
+    return files;
+}
+
+QStringList ListMediaFiles(const QString& folder) {
+    return ListRegularFiles(folder, MediaFilePatterns());
 }
 
 QStringList ListSubfolders(const QString& folder) {

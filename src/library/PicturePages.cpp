@@ -46,8 +46,33 @@ QString ThumbnailAltText(const QString& entry) {
     return alt;
 }
 
+namespace {
+
+constexpr int kNamedFailures = 5;
+constexpr int kReasonLength = 90;
+
+QString FailureNote(const QList<ThumbnailFailure>& failures) {
+    QStringList named;
+    for (const ThumbnailFailure& failure : failures.mid(0, kNamedFailures)) {
+        QString reason = failure.reason.simplified();
+        if (reason.size() > kReasonLength)
+            reason = reason.left(kReasonLength - 3) + QStringLiteral("...");
+        const QString name = failure.picture.mid(failure.picture.lastIndexOf(u'/') + 1);
+        named << name.toHtmlEscaped() + QStringLiteral(" (") + reason.toHtmlEscaped() +
+                     QStringLiteral(")");
+    }
+    QString note = QStringLiteral("<P style=\"color: silver\">No thumbnail for ") +
+                   named.join(QStringLiteral("; "));
+    if (failures.size() > kNamedFailures)
+        note += QStringLiteral(" and %1 more").arg(failures.size() - kNamedFailures);
+    return note + QStringLiteral(".</P>");
+}
+
+} // namespace
+
 QString BuildThumbnailPage(const QString& picturesFolder, const QStringList& entries,
-                           const QString& thumbnailFolder) {
+                           const QString& thumbnailFolder,
+                           const QList<ThumbnailFailure>& failures) {
     QString page = QStringLiteral("<HTML><BODY BGCOLOR = \"Black\">");
     const qsizetype count = std::min<qsizetype>(entries.size(), kMaxThumbnailAnchors);
     for (qsizetype i = 0; i < count; ++i) {
@@ -59,6 +84,8 @@ QString BuildThumbnailPage(const QString& picturesFolder, const QStringList& ent
                 QStringLiteral("\" style=\"border-style: none\" alt=\"") + ThumbnailAltText(entry) +
                 QStringLiteral("\"></a>");
     }
+    if (!failures.isEmpty())
+        page += FailureNote(failures);
     page += QStringLiteral("</BODY></HTML>");
     return page;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <QUrl>
@@ -25,9 +26,17 @@ QString FileSpecFromPageUrl(const QUrl& url);
 // The entry without its last four characters, keeping only the letters A-Z and a-z.
 QString ThumbnailAltText(const QString& entry);
 
-// The whole thumbnail page: one anchor per non-empty entry among the first 1000, in list order.
+// A picture that got no thumbnail, and why, in a few words.
+struct ThumbnailFailure {
+    QString picture; // full path
+    QString reason;
+};
+
+// The whole thumbnail page: one anchor per non-empty entry among the first 1000, in list order;
+// under them, when some pictures got no thumbnail, one short line that names them and says why.
 QString BuildThumbnailPage(const QString& picturesFolder, const QStringList& entries,
-                           const QString& thumbnailFolder);
+                           const QString& thumbnailFolder,
+                           const QList<ThumbnailFailure>& failures = {});
 
 // Whether a file gets a single-picture page: its last four characters, lower-cased, are
 // ".jpg", ".gif", ".bmp", ".png" or ".tif".

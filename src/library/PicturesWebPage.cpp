@@ -9,12 +9,15 @@
 
 namespace cq {
 
-PicturesWebPage::PicturesWebPage(const AppPaths& paths, const QString& convertPath, QObject* parent)
+PicturesWebPage::PicturesWebPage(const AppPaths& paths, ToolPool& pool, const QString& convertPath,
+                                 QObject* parent)
     : QObject(parent), m_paths(paths),
-      m_maker(new ThumbnailMaker(convertPath, paths.gstrImageMagickScriptFileSpec, this)) {
+      m_maker(new ThumbnailMaker(
+          pool, convertPath, QFileInfo(paths.gstrImageMagickScriptFileSpec).absolutePath(), this)) {
     connect(m_maker, &ThumbnailMaker::progress, this, &PicturesWebPage::progress);
-    connect(m_maker, &ThumbnailMaker::finished, this,
-            [this](bool cancelled) { writePage(cancelled, m_maker->failedPictures()); });
+    connect(m_maker, &ThumbnailMaker::finished, this, [this](bool cancelled) {
+        writePage(cancelled, m_knownFailures + m_maker->failures());
+    });
 }
 
 void PicturesWebPage::RefreshPicturesWebPage(const QString& picturesFolder,
@@ -43,14 +46,15 @@ void PicturesWebPage::begin() {
     m_pending = false;
     m_thumbnailFolder = ThumbnailFolderFor(m_paths.gstrSmallPicsDirectory, m_folder);
     MakeFolderPath(m_thumbnailFolder);
-    const QList<ThumbnailJob> jobs =
-        m_maker->withoutKnownFailures(PlanThumbnails(m_folder, m_entries, m_thumbnailFolder));
+    const QList<ThumbnailJob> planned = PlanThumbnails(m_folder, m_entries, m_thumbnailFolder);
+    m_knownFailures = m_maker->knownFailures(planned);
+    const QList<ThumbnailJob> jobs = m_maker->withoutKnownFailures(planned);
     emit started(static_cast<int>(jobs.size()));
     if (!m_maker->start(jobs))
-        writePage(false, {});
+        writePage(false, m_knownFailures);
 }
 
-void PicturesWebPage::writePage(bool cancelled, const QStringList& failedPictures) {
+void PicturesWebPage::writePage(bool cancelled, const QList<ThumbnailFailure>& failures) {
     m_busy = false;
     if (m_pending) {
         // Superseded: the page of the newer request is the one to write.
@@ -60,9 +64,9 @@ void PicturesWebPage::writePage(bool cancelled, const QStringList& failedPicture
     MakeFolderPath(QFileInfo(m_paths.gstrPicturesPageFileSpec).absolutePath());
     // The folder of the newest request, even when a cancel stopped it before it began.
     m_thumbnailFolder = ThumbnailFolderFor(m_paths.gstrSmallPicsDirectory, m_folder);
-    SaveTextToFile(BuildThumbnailPage(m_folder, m_entries, m_thumbnailFolder),
+    SaveTextToFile(BuildThumbnailPage(m_folder, m_entries, m_thumbnailFolder, failures),
                    m_paths.gstrPicturesPageFileSpec);
-    emit pageWritten(cancelled, failedPictures);
+    emit pageWritten(cancelled, failures);
 }
 
 void PicturesWebPage::cancel() {

@@ -10,12 +10,14 @@
 namespace cq {
 
 // Builds the thumbnail page of the Pictures tab: makes the thumbnails that are missing or out
-// of date, then writes the page. The work runs in the background; a new request while one runs
-// cancels it and follows it.
+// of date through the tool pool, then writes the page, which names the pictures that got no
+// thumbnail and why. The work runs in the background; a new request while one runs cancels it
+// and follows it.
 class PicturesWebPage : public QObject {
     Q_OBJECT
 public:
-    PicturesWebPage(const AppPaths& paths, const QString& convertPath, QObject* parent = nullptr);
+    PicturesWebPage(const AppPaths& paths, ToolPool& pool, const QString& convertPath,
+                    QObject* parent = nullptr);
 
     // Makes the thumbnails of the folder's entries and writes the thumbnail page.
     void RefreshPicturesWebPage(const QString& picturesFolder, const QStringList& entries);
@@ -32,11 +34,12 @@ signals:
     void progress(int done, int total);
     void started(int total);
     // The page was written (also after a cancel: it then links the thumbnails made so far).
-    void pageWritten(bool cancelled, const QStringList& failedPictures);
+    // The failures are those of the folder's pictures, also the ones known from before.
+    void pageWritten(bool cancelled, const QList<cq::ThumbnailFailure>& failures);
 
 private:
     void begin();
-    void writePage(bool cancelled, const QStringList& failedPictures);
+    void writePage(bool cancelled, const QList<ThumbnailFailure>& failures);
 
     const AppPaths& m_paths;
     ThumbnailMaker* m_maker = nullptr;
@@ -44,6 +47,7 @@ private:
     QString m_folder;
     QStringList m_entries;
     QString m_thumbnailFolder;
+    QList<ThumbnailFailure> m_knownFailures;
     bool m_busy = false;
     bool m_pending = false;
 };

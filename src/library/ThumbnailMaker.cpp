@@ -2,33 +2,48 @@
 
 #include "library/FolderListing.h"
 #include "library/MediaTyping.h"
+#include "platform/RegularFiles.h"
 #include "platform/ShellQuote.h"
 
-#include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QThread>
+#include <QRegularExpression>
 
 #include <algorithm>
 
 namespace cq {
 
 namespace {
-const QString kProgressMark = QStringLiteral("cq-thumbnail-done");
 
-// The temporary name keeps the picture's extension (the tool writes the format it names) but
-// nothing else of the picture's name.
-QString TemporaryName(const ThumbnailJob& job, int scriptIndex, int line) {
-    QString extension = GetFileExtension(QFileInfo(job.picture).fileName()).toLower();
+// A photo decodes within these; a picture whose pixels would not fit fails at once instead of
+// filling memory and then the disk with its pixel cache. 128 megapixels is a 14-k square.
+const QStringList kResourceLimits{"-limit", "memory", "256MiB", "-limit", "map",  "512MiB",
+                                  "-limit", "disk",   "1GiB",   "-limit", "area", "128MP"};
+// Far beyond any picture's time; a tool that hangs on one gives its slot back.
+constexpr int kThumbnailTimeoutMs = 120000;
+
+// The thumbnail keeps the picture's extension (the tool writes the format it names) but nothing
+// else of the picture's name.
+QString ThumbnailExtension(const ThumbnailJob& job) {
+    const QString extension = GetFileExtension(QFileInfo(job.picture).fileName()).toLower();
     const bool plain = std::all_of(extension.cbegin(), extension.cend(), [](QChar ch) {
         return ch.unicode() < 128 && ch.isLetterOrNumber();
     });
-    if (!plain || extension.isEmpty())
-        extension = QStringLiteral("jpg");
-    const QString folder = QFileInfo(job.thumbnail).absolutePath();
-    return JoinPath(folder,
-                    QStringLiteral(".cq-part-%1-%2.%3").arg(scriptIndex).arg(line).arg(extension));
+    return plain && !extension.isEmpty() ? extension : QStringLiteral("jpg");
 }
+
+// What the file itself tells, before what the tool said.
+QString FailureReason(const QString& picture, const QString& errorText) {
+    const QString notRegular = WhyNotARegularFile(picture);
+    if (!notRegular.isEmpty())
+        return QStringLiteral("not a regular file: %1").arg(notRegular);
+    const QFileInfo info(picture);
+    if (!info.isReadable())
+        return QStringLiteral("not readable");
+    if (info.size() == 0)
+        return QStringLiteral("an empty file");
+    return PictureToolReason(errorText);
+}
+
 } // namespace
 
 QList<ThumbnailJob> PlanThumbnails(const QString& picturesFolder, const QStringList& entries,
@@ -46,112 +61,134 @@ QList<ThumbnailJob> PlanThumbnails(const QString& picturesFolder, const QStringL
     return jobs;
 }
 
-QString BuildThumbnailScript(const QString& convertPath, const QList<ThumbnailJob>& jobs,
-                             int scriptIndex) {
-    QString script;
-    // Each tool call gets one core; the parallel scripts share out the rest.
-    script += QStringLiteral("MAGICK_THREAD_LIMIT=1\nexport MAGICK_THREAD_LIMIT\n");
-    int line = 0;
-    for (const ThumbnailJob& job : jobs) {
-        const QString part = TemporaryName(job, scriptIndex, line++);
-        // jpeg:size lets the JPEG decoder scale down while reading, which is most of the cost.
-        script +=
-            ShellCommandLine({convertPath, QStringLiteral("-define"),
-                              QStringLiteral("jpeg:size=268x200"), QStringLiteral("-[0]"),
-                              QStringLiteral("-resize"), QStringLiteral("134X100"), part}) +
-            QStringLiteral(" < ") + ShellQuote(job.picture) + QStringLiteral(" && ") +
-            ShellCommandLine({QStringLiteral("mv"), QStringLiteral("-f"), part, job.thumbnail}) +
-            QStringLiteral("; rm -f ") + ShellQuote(part) + QStringLiteral("; echo ") +
-            kProgressMark + u'\n';
-    }
-    return script;
+QString ThumbnailScript(const QString& convertPath, const ThumbnailJob& job) {
+    const QString part = QStringLiteral("\"$TMPDIR/thumbnail.%1\"").arg(ThumbnailExtension(job));
+    // One core per tool: the pool runs as many tools as there are cores. The exception log is
+    // what names the cause when a picture's reader gives up without saying why.
+    QStringList convert{convertPath, QStringLiteral("-debug"), QStringLiteral("Exception")};
+    convert << kResourceLimits;
+    // jpeg:size lets the JPEG decoder scale down while reading, which is most of the cost.
+    convert << QStringLiteral("-define") << QStringLiteral("jpeg:size=268x200")
+            << QStringLiteral("-[0]") << QStringLiteral("-resize") << QStringLiteral("134X100");
+    return QStringLiteral("MAGICK_THREAD_LIMIT=1\nexport MAGICK_THREAD_LIMIT\n") +
+           ShellCommandLine(convert) + u' ' + part + QStringLiteral(" < ") +
+           ShellQuote(job.picture) + QStringLiteral(" || exit\nmv -f ") + part + u' ' +
+           ShellQuote(job.thumbnail) + u'\n';
 }
 
-ThumbnailMaker::ThumbnailMaker(const QString& convertPath, const QString& scriptFileSpec,
+QString PictureToolReason(const QString& errorText) {
+    // "convert: no decode delegate for this image format `x' @ error/constitute.c/...", or in
+    // the exception log an indented line under its heading. The file named is the tool's
+    // temporary copy of standard input and tells the user nothing.
+    static const QRegularExpression kTail(QStringLiteral("\\s*`[^']*'.*$|\\s+@ .*$"));
+    static const QRegularExpression kTool(QStringLiteral("^[\\w.-]+: "));
+    QString fallback;
+    for (const QString& line : errorText.split(u'\n', Qt::SkipEmptyParts)) {
+        if (line.contains(QStringLiteral(" Exception ")) && line.contains(QStringLiteral("]: ")))
+            continue; // the heading of a logged exception
+        QString reason = line.trimmed().remove(kTool).remove(kTail).trimmed();
+        if (reason.isEmpty())
+            continue;
+        if (reason.startsWith(QStringLiteral("no images defined"))) {
+            fallback = QStringLiteral("the picture tool could not read it");
+            continue;
+        }
+        return reason;
+    }
+    return fallback.isEmpty() ? QStringLiteral("the picture tool made none") : fallback;
+}
+
+ThumbnailMaker::ThumbnailMaker(ToolPool& pool, const QString& convertPath, const QString& workSpace,
                                QObject* parent)
-    : QObject(parent), m_convertPath(convertPath), m_scriptFileSpec(scriptFileSpec),
-      m_parallel(std::max(1, QThread::idealThreadCount())) {}
+    : QObject(parent), m_pool(&pool), m_convertPath(convertPath), m_workSpace(workSpace) {
+    connect(m_pool, &ToolPool::taskFinished, this, &ThumbnailMaker::onTaskFinished);
+}
+
+ThumbnailMaker::~ThumbnailMaker() {
+    if (!m_pool)
+        return;
+    m_pool->disconnect(this);
+    const QList<int> ids = m_tasks.keys();
+    for (int id : ids)
+        m_pool->cancel(id);
+}
 
 QList<ThumbnailJob> ThumbnailMaker::withoutKnownFailures(const QList<ThumbnailJob>& jobs) const {
     QList<ThumbnailJob> kept;
     for (const ThumbnailJob& job : jobs) {
         const auto failed = m_failures.constFind(job.picture);
-        if (failed != m_failures.constEnd() &&
-            failed.value() == QFileInfo(job.picture).lastModified())
-            continue;
-        kept.append(job);
+        if (failed == m_failures.constEnd() ||
+            failed->modified != QFileInfo(job.picture).lastModified())
+            kept.append(job);
     }
     return kept;
 }
 
-QString ThumbnailMaker::scriptFileSpecFor(int index) const {
-    if (index == 0)
-        return m_scriptFileSpec;
-    const QFileInfo info(m_scriptFileSpec);
-    return JoinPath(
-        info.absolutePath(),
-        QStringLiteral("%1%2.%3").arg(info.completeBaseName()).arg(index + 1).arg(info.suffix()));
+QList<ThumbnailFailure> ThumbnailMaker::knownFailures(const QList<ThumbnailJob>& jobs) const {
+    QList<ThumbnailFailure> known;
+    for (const ThumbnailJob& job : jobs) {
+        const auto failed = m_failures.constFind(job.picture);
+        if (failed != m_failures.constEnd() &&
+            failed->modified == QFileInfo(job.picture).lastModified())
+            known.append({job.picture, failed->reason});
+    }
+    return known;
+}
+
+QStringList ThumbnailMaker::failedPictures() const {
+    QStringList pictures;
+    for (const ThumbnailFailure& failure : m_lastFailures)
+        pictures << failure.picture;
+    return pictures;
 }
 
 bool ThumbnailMaker::start(const QList<ThumbnailJob>& jobs) {
-    if (isRunning() || jobs.isEmpty() || m_convertPath.isEmpty())
+    if (isRunning() || jobs.isEmpty() || m_convertPath.isEmpty() || !m_pool)
         return false;
-    qDeleteAll(m_runners);
-    m_runners.clear();
     m_jobs = jobs;
+    m_reasons.clear();
+    m_lastFailures.clear();
     m_done = 0;
     m_cancelled = false;
-    m_lastFailures.clear();
-    const int scripts = std::min<int>(m_parallel, static_cast<int>(jobs.size()));
-    QList<QList<ThumbnailJob>> shares(scripts);
-    for (qsizetype i = 0; i < jobs.size(); ++i)
-        shares[i % scripts].append(jobs.at(i));
-    for (int i = 0; i < scripts; ++i) {
-        auto* runner = new ToolRunner(this);
-        m_runners.append(runner);
-        connect(runner, &ToolRunner::outputLine, this, [this](const QString& line) {
-            if (line == kProgressMark) {
-                ++m_done;
-                emit progress(m_done, totalCount());
-            }
-        });
-        connect(runner, &ToolRunner::finished, this, &ThumbnailMaker::onRunnerFinished);
+    for (int i = 0; i < m_jobs.size(); ++i) {
+        ToolTask task;
+        task.script = ThumbnailScript(m_convertPath, m_jobs.at(i));
+        task.inputFiles = {m_jobs.at(i).picture};
+        task.workSpace = m_workSpace;
+        task.timeoutMs = kThumbnailTimeoutMs;
+        m_tasks.insert(m_pool->submit(task), i);
     }
-    // Counted before any start: a script that cannot start reports its end at once.
-    m_running = scripts;
-    for (int i = 0; i < scripts; ++i)
-        m_runners.at(i)->startScript(BuildThumbnailScript(m_convertPath, shares.at(i), i),
-                                     scriptFileSpecFor(i));
     return true;
 }
 
-void ThumbnailMaker::onRunnerFinished() {
-    if (--m_running > 0)
+void ThumbnailMaker::onTaskFinished(int id, const RunResult& result) {
+    const auto task = m_tasks.constFind(id);
+    if (task == m_tasks.constEnd())
         return;
-    for (int i = 0; i < m_runners.size(); ++i)
-        QFile::remove(scriptFileSpecFor(i));
-    // A stopped script can leave the piece its tool was writing.
-    QStringList folders;
-    for (const ThumbnailJob& job : std::as_const(m_jobs)) {
-        const QString folder = QFileInfo(job.thumbnail).absolutePath();
-        if (!folders.contains(folder))
-            folders.append(folder);
+    const int job = task.value();
+    m_tasks.erase(task);
+    if (result.ok()) {
+        m_failures.remove(m_jobs.at(job).picture);
+        ++m_done;
+        emit progress(m_done, totalCount());
+    } else if (!result.cancelled()) {
+        m_reasons.insert(job, FailureReason(m_jobs.at(job).picture, result.errorText));
+        ++m_done;
+        emit progress(m_done, totalCount());
     }
-    for (const QString& folder : std::as_const(folders)) {
-        QDir dir(folder, QStringLiteral(".cq-part-*"), QDir::NoSort, QDir::Files | QDir::Hidden);
-        for (const QString& piece : dir.entryList())
-            dir.remove(piece);
+    if (m_tasks.isEmpty())
+        end();
+}
+
+void ThumbnailMaker::end() {
+    for (auto it = m_reasons.cbegin(); it != m_reasons.cend(); ++it) {
+        const QString& picture = m_jobs.at(it.key()).picture;
+        m_failures.insert(picture, {QFileInfo(picture).lastModified(), it.value()});
     }
-    if (!m_cancelled) {
-        for (const ThumbnailJob& job : m_jobs) {
-            const QFileInfo thumbnail(job.thumbnail);
-            const QDateTime changed = QFileInfo(job.picture).lastModified();
-            if (!thumbnail.exists() || thumbnail.lastModified() < changed) {
-                m_failures.insert(job.picture, changed);
-                m_lastFailures.append(job.picture);
-            }
-        }
-    }
+    QList<int> failed = m_reasons.keys();
+    std::sort(failed.begin(), failed.end());
+    for (int job : failed)
+        m_lastFailures.append({m_jobs.at(job).picture, m_reasons.value(job)});
     emit finished(m_cancelled);
 }
 
@@ -159,8 +196,11 @@ void ThumbnailMaker::cancel() {
     if (!isRunning())
         return;
     m_cancelled = true;
-    for (ToolRunner* runner : std::as_const(m_runners))
-        runner->cancel();
+    // Cancelling a queued task reports it later, so the ids are taken first.
+    const QList<int> ids = m_tasks.keys();
+    for (int id : ids)
+        if (m_pool)
+            m_pool->cancel(id);
 }
 
 } // namespace cq

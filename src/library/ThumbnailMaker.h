@@ -1,11 +1,13 @@
 #pragma once
 
-#include "platform/ToolRunner.h"
+#include "library/PicturePages.h"
+#include "platform/ToolPool.h"
 
 #include <QDateTime>
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 
@@ -21,53 +23,64 @@ struct ThumbnailJob {
 QList<ThumbnailJob> PlanThumbnails(const QString& picturesFolder, const QStringList& entries,
                                    const QString& thumbnailFolder);
 
-// One script line per job: the picture is read from standard input (so that the tool never
-// interprets its name), scaled to fit 134 x 100 and written under a temporary name that is then
-// renamed, so a cancelled or failed run never leaves a half-written thumbnail that looks fresh.
-// Each line ends by echoing a mark; the marks count the progress.
-QString BuildThumbnailScript(const QString& convertPath, const QList<ThumbnailJob>& jobs,
-                             int scriptIndex);
+// The script of one thumbnail: the picture is read from standard input (so that the tool never
+// interprets its name), scaled to fit 134 x 100 within resource limits that make a picture too
+// large to decode (a decompression bomb) fail at once, and written in the run's temporary folder
+// before it is moved into place, so a stopped run never leaves a half-written thumbnail.
+QString ThumbnailScript(const QString& convertPath, const ThumbnailJob& job);
 
-// Makes thumbnails with the picture tool, several at once: the jobs are shared out to one
-// script per core, each run by its own ToolRunner. Pictures the tool cannot read get no
-// thumbnail and are not tried again while they stay unchanged.
+// Why the picture tool made no thumbnail, in its own words, out of what it wrote to stderr.
+QString PictureToolReason(const QString& errorText);
+
+// Makes thumbnails through the tool pool, one task per picture, so they share the pool's slots
+// with every other batch of tools. Pictures that got none are reported with the reason and are
+// not tried again while they stay unchanged.
 class ThumbnailMaker : public QObject {
     Q_OBJECT
 public:
-    ThumbnailMaker(const QString& convertPath, const QString& scriptFileSpec,
+    // Each run's temporary folder goes into workSpace.
+    ThumbnailMaker(ToolPool& pool, const QString& convertPath, const QString& workSpace,
                    QObject* parent = nullptr);
+    // Its tasks still queued or running in the pool are cancelled.
+    ~ThumbnailMaker() override;
 
-    void setParallelJobs(int count) { m_parallel = std::max(1, count); }
     // Leaves out the pictures that failed before and have not changed since.
     QList<ThumbnailJob> withoutKnownFailures(const QList<ThumbnailJob>& jobs) const;
+    // The earlier failures among these jobs that still hold (the picture has not changed).
+    QList<ThumbnailFailure> knownFailures(const QList<ThumbnailJob>& jobs) const;
 
     // Starts making the thumbnails; false when there is nothing to do, no picture tool, or one
     // run is going on.
     bool start(const QList<ThumbnailJob>& jobs);
     void cancel();
-    bool isRunning() const { return m_running > 0; }
+    bool isRunning() const { return !m_tasks.isEmpty(); }
     bool wasCancelled() const { return m_cancelled; }
     int doneCount() const { return m_done; }
     int totalCount() const { return static_cast<int>(m_jobs.size()); }
-    // Pictures of the last run that got no thumbnail.
-    QStringList failedPictures() const { return m_lastFailures; }
+    // Pictures of the last run that got no thumbnail, in the order they were given.
+    QList<ThumbnailFailure> failures() const { return m_lastFailures; }
+    QStringList failedPictures() const;
 
 signals:
     void progress(int done, int total);
     void finished(bool cancelled);
 
 private:
-    void onRunnerFinished();
-    QString scriptFileSpecFor(int index) const;
+    struct KnownFailure {
+        QDateTime modified;
+        QString reason;
+    };
+    void onTaskFinished(int id, const RunResult& result);
+    void end();
 
+    QPointer<ToolPool> m_pool; // the pool may go first when the window closes
     QString m_convertPath;
-    QString m_scriptFileSpec;
-    int m_parallel = 1;
-    QList<ToolRunner*> m_runners;
+    QString m_workSpace;
     QList<ThumbnailJob> m_jobs;
-    QHash<QString, QDateTime> m_failures; // picture -> its modification time when it failed
-    QStringList m_lastFailures;
-    int m_running = 0;
+    QHash<int, int> m_tasks;       // running or queued task -> its job
+    QHash<int, QString> m_reasons; // job -> why it got no thumbnail
+    QHash<QString, KnownFailure> m_failures;
+    QList<ThumbnailFailure> m_lastFailures;
     int m_done = 0;
     bool m_cancelled = false;
 };

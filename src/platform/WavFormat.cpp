@@ -1,11 +1,10 @@
 #include "platform/WavFormat.h"
 
+#include "platform/RegularFiles.h"
 #include "platform/RiffChunk.h"
 
 #include <QFile>
 #include <QtEndian>
-
-#include <sys/stat.h>
 
 namespace cq {
 
@@ -28,11 +27,6 @@ constexpr quint16 kFloat = 3;
 constexpr quint16 kALaw = 6;
 constexpr quint16 kMuLaw = 7;
 constexpr quint16 kExtensible = 0xFFFE;
-
-bool isRegularFile(const QString& fileSpec) {
-    struct stat st {};
-    return ::stat(QFile::encodeName(fileSpec).constData(), &st) == 0 && S_ISREG(st.st_mode);
-}
 
 // Fills the sample format from a "fmt " chunk; returns why it is unusable, or nothing.
 QString readFormat(const QByteArray& fmt, WavInfo& info) {
@@ -98,7 +92,7 @@ QByteArray WavHeader(quint32 samplesPerSecond, quint16 channels, quint16 bitsPer
 
 WavInfo ReadWavInfo(const QString& fileSpec) {
     WavInfo info;
-    if (!isRegularFile(fileSpec))
+    if (!IsRegularFile(fileSpec))
         return failed(info, fileSpec,
                       QFile::exists(fileSpec) ? QStringLiteral("it is not a regular file")
                                               : QStringLiteral("it does not exist"));

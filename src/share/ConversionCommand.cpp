@@ -49,6 +49,7 @@ ToolCommand ConvertFileForCellPhones(const QString& ffmpegFileSpec, const QStrin
                                      const ConversionSettings& s) {
     ToolCommand command;
     command.program = ffmpegFileSpec;
+    command.inputFiles = {inputFile};
     QStringList& a = command.arguments;
     a << QStringLiteral("-nostdin") << QStringLiteral("-hide_banner") << QStringLiteral("-i")
       << FileArgument(inputFile);

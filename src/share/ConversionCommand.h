@@ -21,6 +21,8 @@ struct ConversionSettings {
 struct ToolCommand {
     QString program;
     QStringList arguments;
+    // Every file the program reads; each must be a regular file when the command starts.
+    QStringList inputFiles = {};
     // The same command as one /bin/sh line with every word quoted, for logs and messages.
     QString commandLine() const;
 };

@@ -21,7 +21,8 @@ public:
 
     // Starts converting into outputFileSpec, which the command writes. A file already there is
     // removed first, so that an earlier result never passes for this one's. False when a job
-    // is running already; a program that cannot start ends the job with failed.
+    // is running already; a program that cannot start, or an input that is not a regular file,
+    // ends the job with failed.
     bool start(const ToolCommand& command, const QString& outputFileSpec);
     // Stops ffmpeg and everything it started; the job ends with cancelled.
     void cancel();

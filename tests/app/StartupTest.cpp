@@ -157,3 +157,26 @@ TEST(CheckCommand, MissingToolsFailAndNameTheirPackages) {
     EXPECT_TRUE(run.out.contains("Debian package \"ffmpeg\""));
     EXPECT_TRUE(run.out.contains("Debian package \"imagemagick\""));
 }
+
+TEST(Startup, TemporaryFoldersOfToolsOfAKilledStudioGoThoseOfARunningOneStay) {
+    test::TestAppFolder app;
+    // The process number of a studio that has ended.
+    QProcess ended;
+    ended.start("/bin/true");
+    ASSERT_TRUE(ended.waitForFinished(10000));
+    const QString dead = QString::number(ended.processId());
+    const QString alive = QString::number(::getpid());
+    const QStringList left{"SystemMediaGen/cq-run-" + dead + "-a1b2c3/magick-XyZ",
+                           "ClipquillTempFiles/cq-run-" + dead + "-d4e5f6/tmp",
+                           "ClipquillTempFiles/Render2/cq-run-" + dead + "-g7h8i9/magick-1"};
+    const QStringList kept{"SystemMediaGen/cq-run-" + alive + "-j1k2l3/magick-2",
+                           "ClipquillTempFiles/Render2/piece 1.mpg", "SystemMediaGen/not-a-run/x"};
+    for (const QString& file : left + kept)
+        test::WriteFile(app.file(file), "x");
+    WindowlessStartup::run(app.path(), XdgFolders::fromDesktop());
+    for (const QString& file : left)
+        EXPECT_FALSE(QFileInfo::exists(QFileInfo(app.file(file)).absolutePath()))
+            << file.toStdString();
+    for (const QString& file : kept)
+        EXPECT_TRUE(QFileInfo::exists(app.file(file))) << file.toStdString();
+}

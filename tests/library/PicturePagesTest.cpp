@@ -10,6 +10,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
 using namespace cq;
 
 namespace {
@@ -68,6 +74,29 @@ TEST(PicturePages, ThumbnailPageHasTheLiteralPiecesAndAtMostAThousandAnchors) {
         "style=\"border-style: none\" alt=\"p\"></a><a href=\"/pics/Trip/p1.jpg\"")));
     EXPECT_TRUE(page.contains(QStringLiteral("p999.jpg")));
     EXPECT_FALSE(page.contains(QStringLiteral("p1000.jpg")));
+}
+
+TEST(PicturePages, TheNoteOfPicturesWithoutThumbnailStaysOneShortLine) {
+    QList<ThumbnailFailure> failures;
+    for (int i = 0; i < 7; ++i)
+        failures.append(
+            {QStringLiteral("/pics/Trip/p%1 <&>.jpg").arg(i),
+             i == 0 ? QString(200, u'x') : QStringLiteral("cache resources exhausted")});
+    const QString page =
+        BuildThumbnailPage("/pics/Trip", {"a.jpg"}, "/app/SmallPics/Trip", failures);
+    // The first five by name, a long reason cut short, names escaped, the rest counted.
+    EXPECT_TRUE(
+        page.contains("</a><P style=\"color: silver\">No thumbnail for p0 &lt;&amp;&gt;.jpg (" +
+                      QString(87, u'x') +
+                      "...); p1 &lt;&amp;&gt;.jpg (cache resources "
+                      "exhausted); p2"))
+        << page.toStdString();
+    EXPECT_TRUE(page.endsWith(
+        "; p4 &lt;&amp;&gt;.jpg (cache resources exhausted) and 2 more.</P></BODY></HTML>"))
+        << page.toStdString();
+    EXPECT_FALSE(page.contains("p5"));
+    // No failures: the page is exactly the anchors.
+    EXPECT_FALSE(BuildThumbnailPage("/pics/Trip", {"a.jpg"}, "/app/SmallPics/Trip").contains("<P"));
 }
 
 TEST(PicturePages, AltTextKeepsOnlyAsciiLettersOfTheNameWithoutItsExtension) {
@@ -146,4 +175,30 @@ TEST(FolderListing, PatternMatchesWithoutRegardToCaseAndSkipsOtherFiles) {
     EXPECT_FALSE(IsReadableFolder(dir.filePath("gone")));
     EXPECT_FALSE(IsReadableFolder(dir.filePath("notes.txt")));
     EXPECT_EQ(ParentFolder(dir.filePath("Sub.jpg")), dir.path());
+}
+
+TEST(FolderListing, ListsOnlyRegularFilesAfterFollowingLinks) {
+    QTemporaryDir dir;
+    test::WriteFile(dir.filePath("real.jpg"), "x");
+    QDir().mkpath(dir.filePath("folder"));
+    ASSERT_TRUE(QFile::link(dir.filePath("real.jpg"), dir.filePath("link to real.jpg")));
+    ASSERT_TRUE(QFile::link("/dev/zero", dir.filePath("zero.jpg")));
+    ASSERT_TRUE(QFile::link(dir.filePath("folder"), dir.filePath("folder link.jpg")));
+    ASSERT_TRUE(QFile::link(dir.filePath("gone.jpg"), dir.filePath("dangling.jpg")));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(dir.filePath("fifo.png")).constData(), 0644), 0);
+    ASSERT_TRUE(QFile::link(dir.filePath("fifo.png"), dir.filePath("fifo link.png")));
+    // A socket, as a program of the user might leave one.
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_GE(fd, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const QByteArray socketPath = QFile::encodeName(dir.filePath("socket.bmp"));
+    ASSERT_LT(socketPath.size(), qsizetype(sizeof(address.sun_path)));
+    std::memcpy(address.sun_path, socketPath.constData(), socketPath.size());
+    ASSERT_EQ(::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
+    ::close(fd);
+    ASSERT_TRUE(QFile::link(dir.filePath("socket.bmp"), dir.filePath("socket link.bmp")));
+
+    EXPECT_EQ(ListMediaFiles(dir.path()), (QStringList{"link to real.jpg", "real.jpg"}));
+    EXPECT_EQ(ListRegularFiles(dir.path(), {"*"}), (QStringList{"link to real.jpg", "real.jpg"}));
 }

@@ -20,6 +20,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 using namespace cq;
 
 namespace {
@@ -244,4 +246,17 @@ TEST(ConversionJob, AFailedRunOrAMissingToolEndsWithFailedAndNoFile) {
     // A tool that exits well without writing its file has not converted anything.
     end = RunToEnd(job, {"/bin/true", {}}, output);
     EXPECT_EQ(end.how, "failed");
+    // A clip that is a link to a device or a FIFO never reaches ffmpeg, which would read it
+    // for good.
+    const QString zero = dir.path() + "/FinalMix.avi";
+    ASSERT_TRUE(QFile::link("/dev/zero", zero));
+    end = RunToEnd(job, ConvertFileForCellPhones(Ffmpeg(), zero, output, "", {}), output);
+    EXPECT_EQ(end.how, "failed");
+    EXPECT_TRUE(end.text.contains(zero) && end.text.contains("a device")) << end.text.toStdString();
+    const QString fifo = dir.path() + "/Clip.avi";
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0644), 0);
+    end = RunToEnd(job, ConvertFileForCellPhones(Ffmpeg(), fifo, output, "", {}), output);
+    EXPECT_EQ(end.how, "failed");
+    EXPECT_TRUE(end.text.contains("a FIFO")) << end.text.toStdString();
+    EXPECT_TRUE(QDir(dir.path()).entryList({"cq-run-*"}, QDir::AllEntries).isEmpty());
 }

@@ -19,12 +19,12 @@
 namespace cq {
 
 MediaStation::MediaStation(const AppPaths& paths, DirectorySettings& settings,
-                           StudioSettings& studio, QStringList& textList, QWidget* mediaArea,
-                           QWidget* displayParent)
+                           StudioSettings& studio, QStringList& textList, ToolPool& pool,
+                           QWidget* mediaArea, QWidget* displayParent)
     : QObject(mediaArea), m_studio(studio) {
     m_vox = new SpeechVoice(QString(), this);
-    m_browser =
-        new MediaBrowser(paths, settings, LocateConvert(paths.gstrImageMagickFileSpec), mediaArea);
+    m_browser = new MediaBrowser(paths, settings, LocateConvert(paths.gstrImageMagickFileSpec),
+                                 pool, mediaArea);
     m_display = new DisplayPlace(paths, displayParent);
     m_fraText = new TextFrame(studio, m_vox, paths.textListFileSpec, textList, mediaArea);
     connect(m_fraText, &TextFrame::listChanged, this,

@@ -20,6 +20,7 @@ class PlayerTransport;
 class SpeechVoice;
 class TextDisplaySurface;
 class TextFrame;
+class ToolPool;
 class VideoPlayerWidget;
 class VolumeLevelsPanel;
 
@@ -31,7 +32,7 @@ class MediaStation : public QObject {
     Q_OBJECT
 public:
     MediaStation(const AppPaths& paths, DirectorySettings& settings, StudioSettings& studio,
-                 QStringList& textList, QWidget* mediaArea, QWidget* displayParent);
+                 QStringList& textList, ToolPool& pool, QWidget* mediaArea, QWidget* displayParent);
 
     MediaBrowser& mediaBrowser() const { return *m_browser; }
     DisplayPlace& displayPlace() const { return *m_display; }

@@ -61,7 +61,7 @@ frmClipquill::frmClipquill(WindowlessStartup startup, QWidget* parent)
       m_startupProblems(std::move(startup.problems)) {
     setObjectName(QStringLiteral("frmClipquill"));
     m_keepAwake = new KeepAwake(this);
-    m_tools = new ToolPool(QThread::idealThreadCount(), this);
+    m_toolPool = new ToolPool(QThread::idealThreadCount(), this);
     buildLayout();
     setWindowTitle(windowTitleText());
     QTimer::singleShot(0, m_timeline, &TimelineStudio::checkInputDevice);
@@ -96,7 +96,7 @@ void frmClipquill::buildLayout() {
 
     m_topBar->addWidget(sizeLabel);
     m_topBar->addWidget(m_cboVideoRes);
-    m_renderPanel = new RenderPanel(m_paths, m_studio, *m_tools, central);
+    m_renderPanel = new RenderPanel(m_paths, m_studio, *m_toolPool, central);
     m_topBar->addWidget(m_renderPanel);
     m_topBar->addStretch(1);
     m_topBar->addWidget(m_cmdSaveDirectories);
@@ -109,8 +109,8 @@ void frmClipquill::buildLayout() {
     mediaLayout->setContentsMargins(0, 0, 0, 0);
     // The display place on top and the event grid under it, when the grid is shown.
     m_displayColumn = new QSplitter(Qt::Vertical, m_splitter);
-    m_media =
-        new MediaStation(m_paths, m_settings, m_studio, m_textList, m_mediaArea, m_displayColumn);
+    m_media = new MediaStation(m_paths, m_settings, m_studio, m_textList, *m_toolPool, m_mediaArea,
+                               m_displayColumn);
     m_display = new StudioDisplay(*m_media, m_studio, this);
     outer->addLayout(buildTimeline(central));
     m_display->connectTimeline(*m_timeline);

@@ -78,7 +78,8 @@ private:
     QStringList m_startupProblems;
 
     KeepAwake* m_keepAwake = nullptr;
-    ToolPool* m_tools = nullptr; // every batch of tool runs of the studio goes through it
+    // The one pool every batch of tool runs of this window shares.
+    ToolPool* m_toolPool = nullptr;
 
     QHBoxLayout* m_topBar = nullptr;
     QComboBox* m_cboVideoRes = nullptr;

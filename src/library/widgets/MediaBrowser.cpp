@@ -25,9 +25,9 @@ const char* const kHeadings[MediaBrowser::kTabCount] = {"Video",
 } // namespace
 
 MediaBrowser::MediaBrowser(const AppPaths& paths, DirectorySettings& settings,
-                           const ToolLocation& convert, QWidget* parent)
+                           const ToolLocation& convert, ToolPool& pool, QWidget* parent)
     : QWidget(parent), m_paths(paths), m_settings(settings),
-      m_pages(new PicturesWebPage(paths, convert.path, this)), m_convert(convert) {
+      m_pages(new PicturesWebPage(paths, pool, convert.path, this)), m_convert(convert) {
     setObjectName(QStringLiteral("MediaBrowser"));
     m_stack = new QStackedLayout(this);
     m_stack->setContentsMargins(0, 0, 0, 0);

@@ -15,6 +15,7 @@ namespace cq {
 class MediaTab;
 class PageViewer;
 class PicturesWebPage;
+class ToolPool;
 
 // The eight media tabs side by side in two rows, and the thumbnail viewer WebBrowserPics that
 // covers them while it is shown. Folder changes reach the directory settings at once; a change
@@ -27,7 +28,7 @@ public:
     static constexpr int kTextTab = 4;
 
     MediaBrowser(const AppPaths& paths, DirectorySettings& settings, const ToolLocation& convert,
-                 QWidget* parent = nullptr);
+                 ToolPool& pool, QWidget* parent = nullptr);
 
     MediaTab* tab(int index) const { return m_tabs[index]; }
     PageViewer* thumbnailViewer() const { return m_pics; }
