@@ -29,7 +29,7 @@ MediaClickHandler::MediaClickHandler(RecordingState& state, StudioSettings& stud
     : QObject(parent), m_state(state), m_studio(studio), m_grid(grid), m_logger(logger),
       m_display(display), m_workFolder(std::move(workFolder)) {}
 
-void MediaClickHandler::File1_Click(int tab, const QString& fileSpec) {
+void MediaClickHandler::File1_Click(MediaTabId tab, const QString& fileSpec) {
     const QString mediaType = GetMediaTypeFromFileSpec(fileSpec);
     QString begVideoAt;
     if (mediaType == u"Pictures") {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "library/MediaTabs.h"
+
 #include <QObject>
 #include <QString>
 
@@ -24,8 +26,8 @@ public:
                       EventLogger& logger, MediaDisplay& display, QString workFolder,
                       QObject* parent = nullptr);
 
-    // A click on a file of tab 0..7.
-    void File1_Click(int tab, const QString& fileSpec);
+    // A click on a file of a tab's file list.
+    void File1_Click(MediaTabId tab, const QString& fileSpec);
     // A click on a text-list entry. fromDisplaySwitch marks the display switch's own call,
     // which never toggles back.
     void lstText_Click(const QString& text, TextOption option, bool fromDisplaySwitch = false);

@@ -8,7 +8,6 @@
 #include "timeline/SlideShow.h"
 #include "timeline/VoicePlayer.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 
@@ -45,7 +44,6 @@ void RecordingController::cmdRecordVoiceEmail_Click() {
     // A running slide show goes on: from now on its pictures are logged.
     m_parts.replay.stop();
     m_parts.logger.reset();
-    state.gdtmRecordingStart = QDateTime::currentDateTime();
     m_parts.voice.release();
     m_parts.display.stopVideo();
     m_parts.display.setVideoMuted(false);
@@ -90,7 +88,6 @@ void RecordingController::cmdPause_Click() {
         StopRec();
         state.gblnRecording = false;
         m_parts.grid.setEditable(true);
-        state.gdtmRecordingStop = QDateTime::currentDateTime();
         m_parts.display.stopPlayers();
         emit recordingChanged(false);
     }
@@ -101,7 +98,7 @@ void RecordingController::cmdPause_Click() {
 void RecordingController::StopRec() {
     const QString error = m_parts.recorder.errorString();
     const qint64 bytes = m_parts.recorder.stop();
-    m_parts.state.gdblRecordingLength = double(bytes) / double(Recorder::kBytesPerSecond);
+    m_parts.state.recordingLengthMs = bytes * 1000 / Recorder::kBytesPerSecond;
     if (bytes == 0)
         return; // nothing was captured: no file
     if (!QFileInfo(m_voiceFileSpec).isFile()) {

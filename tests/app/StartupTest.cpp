@@ -98,6 +98,18 @@ TEST(CheckCommand, AnEmptyAppDirIsRefusedAndFifosAreReportedWithoutWaiting) {
         << run.out.toStdString();
 }
 
+TEST(CheckCommand, VersionAndUsageErrorsAnswerBeforeAnyFolderIsTouched) {
+    test::TestAppFolder app(false);
+    StudioRun run = runStudio({"--version"}, app.home());
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(run.out.startsWith("Clipquill v.")) << run.out.toStdString();
+    run = runStudio({"--app-dir", app.path() + "/new", "--bogus"}, app.home());
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.err.contains("bogus")) << run.err.toStdString();
+    EXPECT_TRUE(run.out.isEmpty());
+    EXPECT_FALSE(QFileInfo::exists(app.path() + "/new"));
+}
+
 TEST(AppFolder, AnEmptyFolderIsSeededWithToolLinksAndMedia) {
     test::TestAppFolder app(false);
     const QString target = app.path() + QString::fromUtf8("/new 'folder' $(x) ; ü");

@@ -46,13 +46,13 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     picture.fill(Qt::green);
     ASSERT_TRUE(picture.save(media.filePath("green field.jpg")));
     auto w = test::OpenStudio(app);
-    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaBrowser::kPicturesTab, media.path()));
+    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Pictures, media.path()));
     const EventGridModel& grid = w->timeline().grid();
 
     clickItem(w->findChild<QListWidget*>("File1_2"), "green field.jpg");
     EXPECT_EQ(grid.rowCount(), 0) << "nothing is logged while no recording runs";
     EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return w->displayPlace().currentSurface() == DisplayPlace::PictureSurface; }, 2000));
+        [&] { return w->displayPlace().currentSurface() == DisplaySurface::Picture; }, 2000));
 
     w->recordingState().gblnRecording = true;
     button(*w, "cmdDisplayVideoOrPics_1")->click();
@@ -69,7 +69,7 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     EXPECT_EQ(grid.row(1).mediaType, "Text");
     ASSERT_TRUE(grid.row(1).text.has_value());
     EXPECT_EQ(*grid.row(1).text, "See you soon");
-    EXPECT_EQ(w->displayPlace().currentSurface(), DisplayPlace::TextSurface);
+    EXPECT_EQ(w->displayPlace().currentSurface(), DisplaySurface::Text);
     EXPECT_FALSE(w->media().picDisplay()->picture().isNull());
     EXPECT_TRUE(QFile::exists(grid.row(1).fileSpec));
     // The switch never toggles back: a second press logs the text again.
@@ -110,22 +110,22 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
     auto w = test::OpenStudio(app);
-    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(0, media.path()));
-    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(1, media.path()));
+    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Video, media.path()));
+    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Audio, media.path()));
     const EventGridModel& grid = w->timeline().grid();
     w->recordingState().gblnRecording = true;
 
     clickItem(w->findChild<QListWidget*>("File1_1"), "beep.wav");
-    EXPECT_EQ(w->media().WMPAudio(1)->URL(), media.filePath("beep.wav"));
+    EXPECT_EQ(w->media().WMPAudio(MediaTabId::Audio)->URL(), media.filePath("beep.wav"));
     EXPECT_EQ(grid.rowCount(), 0) << "sounds are heard, never logged";
 
     clickItem(w->findChild<QListWidget*>("File1_0"), "clip.avi");
     ASSERT_EQ(grid.rowCount(), 1);
     EXPECT_EQ(grid.row(0).mediaType, "Video");
-    MediaPlayer* video = w->media().WMPAudio(0);
+    MediaPlayer* video = w->media().videoPlayer();
     ASSERT_TRUE(QTest::qWaitFor(
         [&] { return video->playState() == static_cast<int>(PlayState::Playing); }, 10000));
-    EXPECT_EQ(w->displayPlace().currentSurface(), DisplayPlace::VideoSurface);
+    EXPECT_EQ(w->displayPlace().currentSurface(), DisplaySurface::Video);
 
     video->setCurrentPosition(2.5);
     ASSERT_EQ(grid.rowCount(), 2);

@@ -158,9 +158,9 @@ TEST(RecordingController, RecordTwiceIsHarmlessAndStopKeepsTheVoiceAndRows) {
     s.controller->cmdPause_Click();
     EXPECT_FALSE(s.state.gblnRecording);
     EXPECT_TRUE(s.grid.isEditable());
-    EXPECT_NEAR(s.state.gdblRecordingLength, 1.0, 0.25);
-    EXPECT_EQ(QFileInfo(voice).size(),
-              44 + qint64(s.state.gdblRecordingLength * Recorder::kBytesPerSecond + 0.5));
+    EXPECT_NEAR(s.state.recordingLengthMs, 1000, 250);
+    EXPECT_EQ((QFileInfo(voice).size() - 44) * 1000 / Recorder::kBytesPerSecond,
+              s.state.recordingLengthMs);
     EXPECT_NEAR(s.grid.row(0).timeMs(), 600, 150);
     EXPECT_TRUE(s.messages.isEmpty()) << s.messages.join('\n').toStdString();
 }
@@ -200,6 +200,6 @@ TEST(RecordingController, AFullDiskEndsCaptureWithAMessageAndKeepsTheVoice) {
     s.logger.LogMediaEvent("Pictures", "/late.jpg");
     EXPECT_GE(s.grid.row(0).timeMs(), 500);
     s.controller->cmdPause_Click();
-    EXPECT_NEAR(s.state.gdblRecordingLength, 0.5, 0.001);
+    EXPECT_EQ(s.state.recordingLengthMs, 500);
     EXPECT_EQ(QFileInfo(s.controller->voiceFileSpec()).size(), 44 + Recorder::kBytesPerSecond / 2);
 }

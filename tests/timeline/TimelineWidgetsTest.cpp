@@ -132,7 +132,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
         QTest::mouseClick(t.recordingPanel()->recordButton(), Qt::LeftButton);
         ASSERT_TRUE(w->recordingState().gblnRecording);
         EXPECT_TRUE(t.recordingPanel()->tmrRecording().isActive());
-        ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaBrowser::kPicturesTab, media.path()));
+        ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Pictures, media.path()));
         auto* pictures = w->findChild<QListWidget*>("File1_2");
         auto* texts = w->findChild<QListWidget*>("lstText");
         ASSERT_TRUE(pictures && texts);
@@ -153,7 +153,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
         EXPECT_TRUE(t.recordingPanel()->recordingLabel()->isHidden());
         EXPECT_FALSE(t.recordingPanel()->tmrRecording().isActive());
         EXPECT_FALSE(w->keepAwake().tmrMoveMouseToPreventScreenSaver().isActive());
-        EXPECT_NEAR(w->recordingState().gdblRecordingLength, 1.9, 0.3);
+        EXPECT_NEAR(w->recordingState().recordingLengthMs, 1900, 300);
 
         const EventGridModel& grid = t.grid();
         ASSERT_EQ(grid.rowCount(), 4);
@@ -188,7 +188,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     t.projectPanel()->cmdOpenProject_Click();
     ASSERT_EQ(t.grid().rowCount(), 4);
     EXPECT_TRUE(QFile::exists(t.grid().row(1).fileSpec));
-    EXPECT_NEAR(w->recordingState().gdblRecordingLength, 1.9, 0.3);
+    EXPECT_NEAR(w->recordingState().recordingLengthMs, 1900, 300);
 
     QList<int> shown;
     QObject::connect(&t.replay(), &Replay::rowShown, [&](int row) { shown << row; });
@@ -196,7 +196,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     EXPECT_TRUE(t.replay().isRunning());
     EXPECT_TRUE(QTest::qWaitFor([&] { return !t.replay().isRunning(); }, 20000));
     EXPECT_EQ(shown, QList<int>({0, 1, 2, 3}));
-    EXPECT_EQ(w->displayPlace().currentSurface(), DisplayPlace::PictureSurface);
+    EXPECT_EQ(w->displayPlace().currentSurface(), DisplaySurface::Picture);
     EXPECT_EQ(w->displayPlace().lastPicture(), blue);
 }
 

@@ -15,14 +15,12 @@ public:
     explicit KeepAwake(QObject* parent = nullptr);
 
     QTimer& tmrMoveMouseToPreventScreenSaver() { return m_timer; }
-    int ticks() const { return m_ticks; }
 
 private:
     void tmrMoveMouseToPreventScreenSaver_Timer();
 
     QTimer m_timer;
     ToolRunner* m_runner = nullptr;
-    int m_ticks = 0;
 };
 
 } // namespace cq

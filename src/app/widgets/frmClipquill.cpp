@@ -1,6 +1,6 @@
 #include "app/widgets/frmClipquill.h"
 
-#include "Version.h"
+#include "app/StudioOptions.h"
 #include "app/widgets/KeepAwake.h"
 #include "app/widgets/MediaStation.h"
 #include "app/widgets/StudioDisplay.h"
@@ -46,10 +46,7 @@ const QStringList kVideoSizes{QStringLiteral("160X120"), QStringLiteral("176X144
 } // namespace
 
 QString frmClipquill::windowTitleText() {
-    return QStringLiteral("Clipquill v.%1.%2.%3")
-        .arg(kVersionMajor)
-        .arg(kVersionMinor)
-        .arg(kVersionRevision, 3, 10, QChar(u'0'));
+    return StudioVersionText();
 }
 
 frmClipquill::frmClipquill(WindowlessStartup startup, QWidget* parent)
@@ -141,7 +138,7 @@ void frmClipquill::buildLayout() {
 
 QLayout* frmClipquill::buildTimeline(QWidget* central) {
     m_pictureList =
-        std::make_unique<TabPictureList>(*m_media->mediaBrowser().tab(MediaBrowser::kPicturesTab));
+        std::make_unique<TabPictureList>(*m_media->mediaBrowser().tab(MediaTabId::Pictures));
     m_timeline =
         new TimelineStudio({m_recording, m_studio, m_paths, m_settings, central, *m_display,
                             m_media->RecordedAudioPlayBackWMP(), m_pictureList.get()},
@@ -159,8 +156,7 @@ QLayout* frmClipquill::buildTimeline(QWidget* central) {
 
 void frmClipquill::connectRender() {
     m_renderPanel->setRowsProvider([this] { return m_timeline->grid().rows(); });
-    m_renderPanel->setLengthProvider(
-        [this] { return qRound64(m_recording.gdblRecordingLength * 1000.0); });
+    m_renderPanel->setLengthProvider([this] { return m_recording.recordingLengthMs; });
     // The rendered video takes the display place's player; the players let go of the files
     // a new render replaces.
     connect(m_renderPanel, &RenderPanel::playRenderedRequested, this,
@@ -168,7 +164,7 @@ void frmClipquill::connectRender() {
     connect(m_renderPanel, &RenderPanel::renderFinished, this, &frmClipquill::onRenderFinished);
     connect(m_renderPanel, &RenderPanel::releaseFilesRequested, this, [this] {
         m_media->stopAllPlayers();
-        m_media->WMPAudio(0)->close();
+        m_media->videoPlayer()->close();
     });
 }
 
@@ -187,13 +183,13 @@ void frmClipquill::onRenderFinished(const RenderReport& report) {
 void frmClipquill::showRenderedResult(const QString& file, bool play) {
     // Watching the result is like recording: the screen saver stays away again (Stop ended it).
     m_keepAwake->tmrMoveMouseToPreventScreenSaver().start(50000);
-    MediaPlayer* player = m_media->WMPAudio(0);
+    MediaPlayer* player = m_media->videoPlayer();
     player->setVolume(90);
     if (play)
         player->setURL(file);
     else
         player->cue(file);
-    m_media->displayPlace().showSurface(DisplayPlace::VideoSurface);
+    m_media->displayPlace().showSurface(DisplaySurface::Video);
     m_lblStatus->setText(QStringLiteral("The render is ready to play in the display place: %1")
                              .arg(QDir::toNativeSeparators(file)));
 }

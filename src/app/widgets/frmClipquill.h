@@ -48,7 +48,6 @@ public:
     DisplayPlace& displayPlace();
     RenderPanel& renderPanel() { return *m_renderPanel; }
     QLabel* statusText() const { return m_lblStatus; }
-    SharePanel& sharePanel() { return *m_sharePanel; }
     TimelineStudio& timeline() { return *m_timeline; }
 
     static QString windowTitleText();

@@ -90,7 +90,6 @@ frmSetDir::frmSetDir(const QString& chosenFolder, QWidget* parent) : QDialog(par
         start = QDir::homePath();
     m_chosenFolder = start;
     setPath(start);
-    m_chosenDrive = m_drive1->currentData().toString();
     resize(460, 420);
 }
 
@@ -174,7 +173,6 @@ void frmSetDir::cmdOK_Click() {
         item && item->isSelected() && item->text() != u"..")
         setPath(item->data(kFolderRole).toString());
     m_chosenFolder = TrimChosenFolder(m_path);
-    m_chosenDrive = m_drive1->currentData().toString();
     m_cancelled = false;
     accept();
 }

@@ -18,7 +18,6 @@ public:
     explicit frmSetDir(const QString& chosenFolder, QWidget* parent = nullptr);
 
     QString chosenFolder() const { return m_chosenFolder; }
-    QString chosenDrive() const { return m_chosenDrive; }
     bool cancelled() const { return m_cancelled; }
 
     QString path() const { return m_path; } // Dir1's current folder
@@ -35,7 +34,6 @@ private:
     void selectDriveFor(const QString& folder);
 
     QString m_chosenFolder;
-    QString m_chosenDrive;
     bool m_cancelled = false;
     QString m_path;
 

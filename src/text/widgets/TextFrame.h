@@ -32,7 +32,6 @@ public:
     // "Text", "Speech" or "Both": the caption of the selected option.
     QString selectedOptionCaption() const;
     QListWidget* lstText() const { return m_lstText; }
-    double listPointSize() const { return m_listPointSize; }
 
     void lstText_DblClick();
     void lstText_KeyDown(int key);

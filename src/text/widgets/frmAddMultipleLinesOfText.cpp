@@ -60,7 +60,6 @@ void frmAddMultipleLinesOfText::cmdOK_Click() {
     QString text = m_txtMultipleLinesOfText->toPlainText();
     text.replace(u'\n', QStringLiteral("\r\n"));
     if (!SaveTextListText(text, m_fileSpec)) {
-        m_saveFailed = true;
         QMessageBox::warning(
             this, windowTitle(),
             QStringLiteral("The text list could not be written to \"%1\".").arg(m_fileSpec));

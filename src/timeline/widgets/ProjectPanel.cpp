@@ -98,7 +98,7 @@ void ProjectPanel::cmdOpenProject_Click() {
         return;
     }
     m_grid.setRows(result.rows);
-    m_state.gdblRecordingLength = result.voiceMs > 0 ? result.voiceMs / 1000.0 : 0;
+    m_state.recordingLengthMs = qMax<qint64>(result.voiceMs, 0);
     emit projectOpened(folder);
     if (!result.missingFiles.isEmpty())
         QMessageBox::warning(this, kOpenTitle,

@@ -71,7 +71,7 @@ TEST(VolumeSlider, DraggingTheKnobMovesInLimitedStepsAndUpdatesTipAndAccessibili
 
 TEST(PlayerControls, SliderDrivesThePlayerAndMuteIsTheBoldButton) {
     MediaPlayer player;
-    PlayerControls controls(1, &player);
+    PlayerControls controls(MediaTabId::Audio, &player);
     controls.resize(300, 30);
     auto* mute = controls.findChild<QPushButton*>("cmdMute_1");
     ASSERT_NE(mute, nullptr);
@@ -87,14 +87,14 @@ TEST(PlayerControls, SliderDrivesThePlayerAndMuteIsTheBoldButton) {
     EXPECT_FALSE(mute->font().bold());
     EXPECT_FALSE(player.mute());
 
-    PlayerControls undriven(5, &player);
+    PlayerControls undriven(MediaTabId::StandardEffects, &player);
     undriven.resize(300, 30);
     undriven.slider()->moveKnobTo(0);
-    EXPECT_NEAR(player.volume(), 50, 1) << "slider 5 drives nothing";
+    EXPECT_NEAR(player.volume(), 50, 1) << "the Standard Effects slider drives nothing";
 }
 
 TEST(PlayerControls, TextTabMuteAndStopSilenceTheVoice) {
-    PlayerControls controls(PlayerControls::kTextAndSpeechIndex, nullptr);
+    PlayerControls controls(MediaTabId::TextAndSpeech, nullptr);
     QSignalSpy silence(&controls, &PlayerControls::stopSpeechRequested);
     auto* mute = controls.findChild<QPushButton*>("cmdMute_4");
     mute->click();
