@@ -51,18 +51,25 @@ void MediaClickHandler::File1_Click(MediaTabId tab, const QString& fileSpec) {
 
 void MediaClickHandler::lstText_Click(const QString& text, TextOption option,
                                       bool fromDisplaySwitch) {
-    if (text.isEmpty())
+    if (text.isEmpty() || (!fromDisplaySwitch && toggledBack(text)))
         return;
-    if (!fromDisplaySwitch) {
-        if (text == m_previousClickText) {
-            // A second click on the same text goes back to what was shown before it.
-            m_previousClickText.clear();
-            m_display.switchDisplay(RevertToLastView(m_grid.mediaTypes()));
-            return;
-        }
-        m_previousClickText = text;
-    }
     m_studio.gstrCurrentText = text;
+    presentText(text, option);
+    if (m_state.gblnRecording && option != TextOption::Speech)
+        logTextEvent(option);
+}
+
+bool MediaClickHandler::toggledBack(const QString& text) {
+    if (text != m_previousClickText) {
+        m_previousClickText = text;
+        return false;
+    }
+    m_previousClickText.clear();
+    m_display.switchDisplay(RevertToLastView(m_grid.mediaTypes()));
+    return true;
+}
+
+void MediaClickHandler::presentText(const QString& text, TextOption option) {
     switch (option) {
     case TextOption::Text:
         m_display.showText(text, false);
@@ -74,8 +81,9 @@ void MediaClickHandler::lstText_Click(const QString& text, TextOption option,
         m_display.showText(text, true);
         break;
     }
-    if (!m_state.gblnRecording || option == TextOption::Speech)
-        return;
+}
+
+void MediaClickHandler::logTextEvent(TextOption option) {
     const QString logged = TextForEventRow(m_studio.gstrCurrentText);
     const QString fileSpec = m_workFolder + u'/' + TextPictureFileName(logged);
     if (!m_display.saveTextPicture(fileSpec))

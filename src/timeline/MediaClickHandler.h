@@ -39,6 +39,12 @@ signals:
     void textPictureFailed(const QString& fileSpec);
 
 private:
+    // A second click on the text of the click before goes back to what was shown before it.
+    bool toggledBack(const QString& text);
+    void presentText(const QString& text, TextOption option);
+    // The text is saved as a picture in the work folder, and its row names that picture.
+    void logTextEvent(TextOption option);
+
     RecordingState& m_state;
     StudioSettings& m_studio;
     EventGridModel& m_grid;

@@ -68,31 +68,7 @@ void frmClipquill::buildLayout() {
     auto* central = new QWidget(this);
     auto* outer = new QVBoxLayout(central);
 
-    m_topBar = new QHBoxLayout;
-    auto* sizeLabel = new QLabel(QStringLiteral("Video size:"), central);
-    m_cboVideoRes = new QComboBox(central);
-    m_cboVideoRes->setObjectName(QStringLiteral("cboVideoRes"));
-    m_cboVideoRes->setEditable(true);
-    m_cboVideoRes->addItems(kVideoSizes);
-    m_cboVideoRes->setCurrentText(m_studio.gstrVideoRes);
-    m_cboVideoRes->setToolTip(QStringLiteral("Frame size of the rendered video"));
-    m_cboVideoRes->setAccessibleName(QStringLiteral("Video size"));
-    sizeLabel->setBuddy(m_cboVideoRes);
-    connect(m_cboVideoRes, &QComboBox::currentTextChanged, this, &frmClipquill::cboVideoRes_Change);
-
-    m_cmdSaveDirectories = new QPushButton(QStringLiteral("Save Directory Settings"), central);
-    m_cmdSaveDirectories->setObjectName(QStringLiteral("cmdSaveDirectories"));
-    m_cmdSaveDirectories->setToolTip(
-        QStringLiteral("Remember the folders of the media tabs for the next start"));
-    connect(m_cmdSaveDirectories, &QPushButton::clicked, this,
-            &frmClipquill::cmdSaveDirectories_Click);
-
-    m_topBar->addWidget(sizeLabel);
-    m_topBar->addWidget(m_cboVideoRes);
-    m_renderPanel = new RenderPanel(m_paths, m_studio, central);
-    m_topBar->addWidget(m_renderPanel);
-    m_topBar->addStretch(1);
-    m_topBar->addWidget(m_cmdSaveDirectories);
+    buildTopBar(central);
     outer->addLayout(m_topBar);
 
     m_splitter = new QSplitter(Qt::Horizontal, central);
@@ -124,6 +100,39 @@ void frmClipquill::buildLayout() {
     outer->addWidget(m_sharePanel);
 
     setCentralWidget(central);
+    buildStatusBar();
+}
+
+// The frame size, the render controls and the button that keeps the folders.
+void frmClipquill::buildTopBar(QWidget* central) {
+    m_topBar = new QHBoxLayout;
+    auto* sizeLabel = new QLabel(QStringLiteral("Video size:"), central);
+    m_cboVideoRes = new QComboBox(central);
+    m_cboVideoRes->setObjectName(QStringLiteral("cboVideoRes"));
+    m_cboVideoRes->setEditable(true);
+    m_cboVideoRes->addItems(kVideoSizes);
+    m_cboVideoRes->setCurrentText(m_studio.gstrVideoRes);
+    m_cboVideoRes->setToolTip(QStringLiteral("Frame size of the rendered video"));
+    m_cboVideoRes->setAccessibleName(QStringLiteral("Video size"));
+    sizeLabel->setBuddy(m_cboVideoRes);
+    connect(m_cboVideoRes, &QComboBox::currentTextChanged, this, &frmClipquill::cboVideoRes_Change);
+
+    m_cmdSaveDirectories = new QPushButton(QStringLiteral("Save Directory Settings"), central);
+    m_cmdSaveDirectories->setObjectName(QStringLiteral("cmdSaveDirectories"));
+    m_cmdSaveDirectories->setToolTip(
+        QStringLiteral("Remember the folders of the media tabs for the next start"));
+    connect(m_cmdSaveDirectories, &QPushButton::clicked, this,
+            &frmClipquill::cmdSaveDirectories_Click);
+
+    m_topBar->addWidget(sizeLabel);
+    m_topBar->addWidget(m_cboVideoRes);
+    m_renderPanel = new RenderPanel(m_paths, m_studio, central);
+    m_topBar->addWidget(m_renderPanel);
+    m_topBar->addStretch(1);
+    m_topBar->addWidget(m_cmdSaveDirectories);
+}
+
+void frmClipquill::buildStatusBar() {
     // Where the last render went, for the user to find it outside the studio too.
     m_lblStatus = new QLabel(this);
     m_lblStatus->setObjectName(QStringLiteral("lblStatus"));

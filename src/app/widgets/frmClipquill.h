@@ -57,6 +57,8 @@ protected:
 
 private:
     void buildLayout();
+    void buildTopBar(QWidget* central);
+    void buildStatusBar();
     QLayout* buildTimeline(QWidget* central);
     void connectRender();
     // The rendered file in the display place's player, at the volume a result is watched at;

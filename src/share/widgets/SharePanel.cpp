@@ -73,14 +73,22 @@ void SharePanel::setEventCountProvider(std::function<int()> provider) {
 }
 
 void SharePanel::cmdEmail_Click() {
-    const int events = m_eventCount ? m_eventCount()
-                                    : (QFileInfo(m_paths.gstrFinalMixAVIFileSpec).isFile() ? 1 : 0);
-    const QString attachment = ChooseEmailAttachment(events, m_paths.gstrFinalMixAVIFileSpec,
-                                                     m_paths.gstrFinalMixMP3FileSpec);
+    const QString attachment = clipToMail();
     if (!QFileInfo(attachment).isFile()) {
         tell(NoRenderedClipText(QStringLiteral("mail it")));
         return;
     }
+    handOverToEmailer(attachment);
+}
+
+QString SharePanel::clipToMail() const {
+    const int events = m_eventCount ? m_eventCount()
+                                    : (QFileInfo(m_paths.gstrFinalMixAVIFileSpec).isFile() ? 1 : 0);
+    return ChooseEmailAttachment(events, m_paths.gstrFinalMixAVIFileSpec,
+                                 m_paths.gstrFinalMixMP3FileSpec);
+}
+
+void SharePanel::handOverToEmailer(const QString& attachment) {
     const QString emailer =
         LocateEmailer(QCoreApplication::applicationDirPath(), m_paths.appFolder);
     if (emailer.isEmpty()) {

@@ -34,6 +34,9 @@ private:
     QPushButton* addButton(const char* objectName, const QString& caption, const QString& tip);
     void saveRenderedFileTo(const QString& source);
     void tell(const QString& text, const QString& detail = QString());
+    // The rendered video, or the mixed sound of a recording without events.
+    QString clipToMail() const;
+    void handOverToEmailer(const QString& attachment);
 
     AppPaths m_paths;
     DirectorySettings& m_settings;

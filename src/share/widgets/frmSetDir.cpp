@@ -31,20 +31,7 @@ frmSetDir::frmSetDir(const QString& chosenFolder, QWidget* parent) : QDialog(par
     m_drive1->setObjectName(QStringLiteral("Drive1"));
     m_drive1->setToolTip(QStringLiteral("The home folder or a mounted volume."));
     m_drive1->setAccessibleName(QStringLiteral("Drive"));
-    m_drive1->addItem(QStringLiteral("Home (%1)").arg(QDir::homePath()), QDir::homePath());
-    for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
-        if (!volume.isValid() || !volume.isReady())
-            continue;
-        const QString root = volume.rootPath();
-        // Kernel and runtime file systems hold nothing a user saves to.
-        if (root.startsWith(u"/proc") || root.startsWith(u"/sys") || root.startsWith(u"/dev") ||
-            root.startsWith(u"/run"))
-            continue;
-        const QString label = volume.displayName() == root
-                                  ? root
-                                  : QStringLiteral("%1 (%2)").arg(volume.displayName(), root);
-        m_drive1->addItem(label, root);
-    }
+    fillDrives();
     outer->addWidget(m_drive1);
 
     m_lblPath = new QLabel(this);
@@ -59,22 +46,7 @@ frmSetDir::frmSetDir(const QString& chosenFolder, QWidget* parent) : QDialog(par
     m_dir1->setAccessibleName(QStringLiteral("Folders"));
     outer->addWidget(m_dir1, 1);
 
-    auto* buttons = new QHBoxLayout;
-    m_cmdNewFolder = new QPushButton(QStringLiteral("New Folder"), this);
-    m_cmdNewFolder->setObjectName(QStringLiteral("cmdNewFolder"));
-    m_cmdNewFolder->setToolTip(QStringLiteral("Make a new folder inside the current one."));
-    m_cmdOK = new QPushButton(QStringLiteral("OK"), this);
-    m_cmdOK->setObjectName(QStringLiteral("cmdOK"));
-    m_cmdOK->setToolTip(QStringLiteral("Use the current folder."));
-    m_cmdOK->setDefault(true);
-    m_cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
-    m_cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
-    m_cmdCancel->setToolTip(QStringLiteral("Close without choosing a folder."));
-    buttons->addWidget(m_cmdNewFolder);
-    buttons->addStretch(1);
-    buttons->addWidget(m_cmdOK);
-    buttons->addWidget(m_cmdCancel);
-    outer->addLayout(buttons);
+    outer->addLayout(buildButtons());
 
     connect(m_drive1, &QComboBox::activated, this, &frmSetDir::Drive1_Change);
     connect(m_dir1, &QListWidget::itemActivated, this, &frmSetDir::Dir1_Open);
@@ -91,6 +63,42 @@ frmSetDir::frmSetDir(const QString& chosenFolder, QWidget* parent) : QDialog(par
     m_chosenFolder = start;
     setPath(start);
     resize(460, 420);
+}
+
+void frmSetDir::fillDrives() {
+    m_drive1->addItem(QStringLiteral("Home (%1)").arg(QDir::homePath()), QDir::homePath());
+    for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
+        if (!volume.isValid() || !volume.isReady())
+            continue;
+        const QString root = volume.rootPath();
+        // Kernel and runtime file systems hold nothing a user saves to.
+        if (root.startsWith(u"/proc") || root.startsWith(u"/sys") || root.startsWith(u"/dev") ||
+            root.startsWith(u"/run"))
+            continue;
+        const QString label = volume.displayName() == root
+                                  ? root
+                                  : QStringLiteral("%1 (%2)").arg(volume.displayName(), root);
+        m_drive1->addItem(label, root);
+    }
+}
+
+QHBoxLayout* frmSetDir::buildButtons() {
+    auto* buttons = new QHBoxLayout;
+    m_cmdNewFolder = new QPushButton(QStringLiteral("New Folder"), this);
+    m_cmdNewFolder->setObjectName(QStringLiteral("cmdNewFolder"));
+    m_cmdNewFolder->setToolTip(QStringLiteral("Make a new folder inside the current one."));
+    m_cmdOK = new QPushButton(QStringLiteral("OK"), this);
+    m_cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    m_cmdOK->setToolTip(QStringLiteral("Use the current folder."));
+    m_cmdOK->setDefault(true);
+    m_cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
+    m_cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    m_cmdCancel->setToolTip(QStringLiteral("Close without choosing a folder."));
+    buttons->addWidget(m_cmdNewFolder);
+    buttons->addStretch(1);
+    buttons->addWidget(m_cmdOK);
+    buttons->addWidget(m_cmdCancel);
+    return buttons;
 }
 
 void frmSetDir::selectDriveFor(const QString& folder) {

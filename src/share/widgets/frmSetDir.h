@@ -3,6 +3,7 @@
 #include <QDialog>
 
 class QComboBox;
+class QHBoxLayout;
 class QLabel;
 class QListWidget;
 class QListWidgetItem;
@@ -32,6 +33,9 @@ private:
     void cmdOK_Click();
     void cmdCancel_Click();
     void selectDriveFor(const QString& folder);
+    // The home folder, then every mounted volume a user may save to.
+    void fillDrives();
+    QHBoxLayout* buildButtons();
 
     QString m_chosenFolder;
     bool m_cancelled = false;

@@ -74,28 +74,29 @@ QString frmSendText::typedText() const {
 }
 
 void frmSendText::lblPreview_Click(int index) {
-    switch (index) {
-    case 0:
-        m_studio.gstrCurrentText = typedText();
-        if (m_studio.gstrCurrentText.isEmpty())
-            return;
-        showTextFullScreen();
-        return;
-    case 1: {
-        const QString text = typedText();
-        if (text.isEmpty())
-            return;
-        hide();
-        m_studio.gstrCurrentText = text;
-        showTextFullScreen();
-        m_studio.gblnCancel = false;
-        done(QDialog::Accepted);
-        return;
-    }
-    default:
+    if (index == 0)
+        preview();
+    else if (index == 1)
+        saveAndClose();
+    else
         reject();
+}
+
+void frmSendText::preview() {
+    m_studio.gstrCurrentText = typedText();
+    if (!m_studio.gstrCurrentText.isEmpty())
+        showTextFullScreen();
+}
+
+void frmSendText::saveAndClose() {
+    const QString text = typedText();
+    if (text.isEmpty())
         return;
-    }
+    hide();
+    m_studio.gstrCurrentText = text;
+    showTextFullScreen();
+    m_studio.gblnCancel = false;
+    done(QDialog::Accepted);
 }
 
 void frmSendText::reject() {

@@ -54,21 +54,38 @@ QString ProjectPanel::defaultSaveFolder() const {
                   QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh.mm")));
 }
 
+bool ProjectPanel::refuseWhileRecording(const QString& title) {
+    if (!m_state.gblnRecording)
+        return false;
+    QMessageBox::information(this, title, QStringLiteral("Press Stop to end the recording first."));
+    return true;
+}
+
+bool ProjectPanel::mayReplaceProjectIn(const QString& folder) {
+    return !IsProjectFolder(folder) ||
+           QMessageBox::question(
+               this, kSaveTitle,
+               QStringLiteral("\"%1\" already holds a project. Replace it?").arg(folder)) ==
+               QMessageBox::Yes;
+}
+
 void ProjectPanel::cmdSaveProject_Click() {
-    if (m_state.gblnRecording) {
-        QMessageBox::information(this, kSaveTitle,
-                                 QStringLiteral("Press Stop to end the recording first."));
+    if (refuseWhileRecording(kSaveTitle))
         return;
-    }
     const QString folder = askSaveFolder ? askSaveFolder() : QString();
-    if (folder.isEmpty())
+    if (!folder.isEmpty() && mayReplaceProjectIn(folder))
+        saveProject(folder);
+}
+
+void ProjectPanel::cmdOpenProject_Click() {
+    if (refuseWhileRecording(kOpenTitle))
         return;
-    if (IsProjectFolder(folder) &&
-        QMessageBox::question(
-            this, kSaveTitle,
-            QStringLiteral("\"%1\" already holds a project. Replace it?").arg(folder)) !=
-            QMessageBox::Yes)
-        return;
+    const QString folder = askOpenFolder ? askOpenFolder() : QString();
+    if (!folder.isEmpty())
+        openProject(folder);
+}
+
+void ProjectPanel::saveProject(const QString& folder) {
     const ProjectResult result = SaveProject(folder, m_grid.rows(), m_voiceFileSpec, m_workFolder);
     if (!result.ok()) {
         QMessageBox::warning(this, kSaveTitle, result.error);
@@ -81,15 +98,7 @@ void ProjectPanel::cmdSaveProject_Click() {
                                      .arg(result.missingFiles.join(u'\n')));
 }
 
-void ProjectPanel::cmdOpenProject_Click() {
-    if (m_state.gblnRecording) {
-        QMessageBox::information(this, kOpenTitle,
-                                 QStringLiteral("Press Stop to end the recording first."));
-        return;
-    }
-    const QString folder = askOpenFolder ? askOpenFolder() : QString();
-    if (folder.isEmpty())
-        return;
+void ProjectPanel::openProject(const QString& folder) {
     const ProjectResult result = OpenProject(folder, m_voiceFileSpec, m_workFolder);
     if (!result.ok()) {
         QMessageBox::warning(
