@@ -7,6 +7,7 @@
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogic.h"
 #include "timeline/MediaClickHandler.h"
+#include "timeline/Recorder.h"
 #include "timeline/Replay.h"
 #include "timeline/widgets/EventGridView.h"
 #include "timeline/widgets/ProjectPanel.h"
@@ -16,7 +17,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
@@ -93,11 +93,9 @@ TEST(TimelineWidgets, GridRowsCanBeDeletedWithTheKeyboardOnlyWhenNotRecording) {
 }
 
 namespace {
-void spin(int ms) {
-    QElapsedTimer t;
-    t.start();
-    while (t.elapsed() < ms)
-        QTest::qWait(10);
+// Lets the recording run until its own clock, the one its rows are timed by, reaches ms.
+void recordUntil(TimelineStudio& t, qint64 ms) {
+    ASSERT_TRUE(QTest::qWaitFor([&] { return t.recorder().elapsedMs() >= ms; }, 20000));
 }
 // A click on the list entry with the text, as the user makes it.
 void clickItem(QListWidget* list, const QString& text) {
@@ -115,6 +113,55 @@ QString makePicture(const QString& path, QColor color) {
 }
 } // namespace
 
+namespace {
+
+// A picture at 0.5 s, a text at 1 s, the same text again at 1.25 s (back to the picture, logged
+// again) and another picture at 1.5 s; Stop at 1.9 s.
+void recordFourClicks(frmClipquill& w, const QString& mediaFolder) {
+    TimelineStudio& t = w.timeline();
+    w.keepAwake().tmrMoveMouseToPreventScreenSaver().start(50000);
+    QTest::mouseClick(t.recordingPanel()->recordButton(), Qt::LeftButton);
+    ASSERT_TRUE(w.recordingState().gblnRecording);
+    EXPECT_TRUE(t.recordingPanel()->tmrRecording().isActive());
+    ASSERT_TRUE(w.mediaBrowser().Dir1_Change(MediaTabId::Pictures, mediaFolder));
+    auto* pictures = w.findChild<QListWidget*>("File1_2");
+    auto* texts = w.findChild<QListWidget*>("lstText");
+    ASSERT_TRUE(pictures && texts);
+    ASSERT_GT(texts->count(), 0);
+    const QString text = texts->item(0)->text();
+    recordUntil(t, 500);
+    clickItem(pictures, "red.jpg");
+    recordUntil(t, 1000);
+    clickItem(texts, text);
+    recordUntil(t, 1250);
+    clickItem(texts, text);
+    recordUntil(t, 1500);
+    clickItem(pictures, "blue.jpg");
+    recordUntil(t, 1900);
+    QTest::mouseClick(t.recordingPanel()->stopButton(), Qt::LeftButton);
+}
+
+void expectTheFourRows(frmClipquill& w, const QString& red) {
+    const EventGridModel& grid = w.timeline().grid();
+    ASSERT_EQ(grid.rowCount(), 4);
+    EXPECT_EQ(grid.mediaTypes(), QStringList({"Pictures", "Text", "Pictures", "Pictures"}));
+    EXPECT_EQ(grid.row(2).fileSpec, red);
+    const qint64 clickedAt[4] = {500, 1000, 1250, 1500};
+    for (int row = 0; row < 4; ++row) {
+        EXPECT_GE(grid.row(row).timeMs(), clickedAt[row]) << row;
+        EXPECT_LT(grid.row(row).timeMs(), clickedAt[row] + 250) << row;
+    }
+    const QString textPicture = w.paths().gstrTempFilesDirectory + u'/' +
+                                TextPictureFileName(grid.row(1).text.value_or(QString()));
+    EXPECT_EQ(grid.row(1).fileSpec, textPicture);
+    QFile bmp(textPicture);
+    ASSERT_TRUE(bmp.open(QIODevice::ReadOnly));
+    EXPECT_EQ(bmp.read(2), "BM");
+    EXPECT_FALSE(QImage(textPicture, "BMP").isNull());
+}
+
+} // namespace
+
 TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     if (!qEnvironmentVariableIsSet("CLIPQUILL_TEST_AUDIO"))
         GTEST_SKIP() << "no test microphone (CLIPQUILL_TEST_AUDIO is unset)";
@@ -127,53 +174,17 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     {
         auto w = test::OpenStudio(app);
         work = w->paths().gstrTempFilesDirectory;
-        TimelineStudio& t = w->timeline();
-        w->keepAwake().tmrMoveMouseToPreventScreenSaver().start(50000);
-        QTest::mouseClick(t.recordingPanel()->recordButton(), Qt::LeftButton);
-        ASSERT_TRUE(w->recordingState().gblnRecording);
-        EXPECT_TRUE(t.recordingPanel()->tmrRecording().isActive());
-        ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Pictures, media.path()));
-        auto* pictures = w->findChild<QListWidget*>("File1_2");
-        auto* texts = w->findChild<QListWidget*>("lstText");
-        ASSERT_TRUE(pictures && texts);
-        ASSERT_GT(texts->count(), 0);
-        const QString text = texts->item(0)->text();
-        spin(500);
-        clickItem(pictures, "red.jpg");
-        spin(500);
-        clickItem(texts, text);
-        spin(250);
-        // The same text again: back to the picture, logged again.
-        clickItem(texts, text);
-        spin(250);
-        clickItem(pictures, "blue.jpg");
-        spin(400);
-        QTest::mouseClick(t.recordingPanel()->stopButton(), Qt::LeftButton);
+        recordFourClicks(*w, media.path());
         EXPECT_FALSE(w->recordingState().gblnRecording);
-        EXPECT_TRUE(t.recordingPanel()->recordingLabel()->isHidden());
-        EXPECT_FALSE(t.recordingPanel()->tmrRecording().isActive());
+        EXPECT_TRUE(w->timeline().recordingPanel()->recordingLabel()->isHidden());
+        EXPECT_FALSE(w->timeline().recordingPanel()->tmrRecording().isActive());
         EXPECT_FALSE(w->keepAwake().tmrMoveMouseToPreventScreenSaver().isActive());
         EXPECT_NEAR(w->recordingState().recordingLengthMs, 1900, 300);
-
-        const EventGridModel& grid = t.grid();
-        ASSERT_EQ(grid.rowCount(), 4);
-        EXPECT_EQ(grid.mediaTypes(), QStringList({"Pictures", "Text", "Pictures", "Pictures"}));
-        EXPECT_EQ(grid.row(2).fileSpec, red);
-        EXPECT_NEAR(grid.row(0).timeMs(), 500, 200);
-        EXPECT_NEAR(grid.row(1).timeMs(), 1000, 200);
-        EXPECT_NEAR(grid.row(2).timeMs(), 1250, 200);
-        EXPECT_NEAR(grid.row(3).timeMs(), 1500, 200);
-        const QString textPicture = work + u'/' + TextPictureFileName(text);
-        EXPECT_EQ(grid.row(1).fileSpec, textPicture);
-        EXPECT_EQ(QImage(textPicture, "BMP").size().isEmpty(), false);
-        QFile bmp(textPicture);
-        ASSERT_TRUE(bmp.open(QIODevice::ReadOnly));
-        EXPECT_EQ(bmp.read(2), "BM");
-
-        t.projectPanel()->askSaveFolder = [&] {
+        expectTheFourRows(*w, red);
+        w->timeline().projectPanel()->askSaveFolder = [&] {
             return project;
         };
-        t.projectPanel()->cmdSaveProject_Click();
+        w->timeline().projectPanel()->cmdSaveProject_Click();
         EXPECT_TRUE(QFile::exists(project + "/Timeline.txt"));
         EXPECT_TRUE(QFile::exists(project + "/RecordedAudio.wav"));
         w->close(); // the work folder is emptied on the way out
