@@ -13,7 +13,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QImage>
-#include <QLabel>
 #include <QListWidget>
 #include <QProcess>
 #include <QPushButton>
@@ -246,23 +245,8 @@ TEST_F(LibraryWindow, LargeFoldersListEveryMediaFileAndEnterShowsTheSelectedPict
     QTRY_COMPARE(window->displayPlace().lastPicture(), JoinPath(pictures, "HOLIDAY.JPG"));
 }
 
-TEST_F(LibraryWindow, HeadingsAndDisplayButtonsCarryTheirTexts) {
-    const char* headings[] = {"Video",
-                              "Audio",
-                              "Pictures",
-                              "Sound Effects",
-                              "Text and/or Synthesized Speech",
-                              "Standard Effects",
-                              "Other 1",
-                              "Other 2"};
-    for (int i = 0; i < 8; ++i) {
-        auto* label = window->findChild<QLabel*>(QStringLiteral("lblHeading_%1").arg(i));
-        ASSERT_NE(label, nullptr) << i;
-        EXPECT_EQ(label->text(), headings[i]);
-    }
-    auto* video = child<QPushButton>("cmdDisplayVideoOrPics_0");
-    EXPECT_EQ(video->toolTip(), "Show the video that is playing if any.");
-    QTest::mouseClick(video, Qt::LeftButton);
+TEST_F(LibraryWindow, DisplayButtonsSwitchTheSurfaceAndSoundEffectsAreListed) {
+    QTest::mouseClick(child<QPushButton>("cmdDisplayVideoOrPics_0"), Qt::LeftButton);
     EXPECT_EQ(window->displayPlace().currentSurface(), DisplaySurface::Video);
     QTest::mouseClick(child<QPushButton>("cmdDisplayVideoOrPics_1"), Qt::LeftButton);
     EXPECT_EQ(window->displayPlace().currentSurface(), DisplaySurface::Picture);

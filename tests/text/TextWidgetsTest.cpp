@@ -139,7 +139,6 @@ TEST_F(TextFrameFixture, ClickReportsTextAndOptionAndBigTextToggles) {
     EXPECT_EQ(frame.selectedOptionCaption(), "Both");
 
     auto* big = Child<QPushButton>(&frame, "cmdBigText");
-    EXPECT_EQ(big->toolTip(), "View Files in larger or smaller text");
     EXPECT_EQ(big->text(), "+");
     big->click();
     EXPECT_EQ(big->text(), "-");

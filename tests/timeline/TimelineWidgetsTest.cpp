@@ -14,8 +14,6 @@
 #include "timeline/widgets/RecordingPanel.h"
 #include "timeline/widgets/TimelineStudio.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QDir>
 #include <QImage>
 #include <QLabel>
@@ -31,49 +29,18 @@
 
 using namespace cq;
 
-TEST(TimelineWidgets, TheWindowCarriesTheControlsWithTheirTextsAndNames) {
+TEST(TimelineWidgets, TheEventsButtonShowsAndHidesTheGrid) {
     test::TestAppFolder app;
     auto w = test::OpenStudio(app);
-    auto* record = w->findChild<QToolButton*>("cmdRecordVoiceEmail");
-    ASSERT_NE(record, nullptr);
-    EXPECT_TRUE(record->toolTip().startsWith("Start recording audio and video events. After"));
-    EXPECT_TRUE(record->toolTip().endsWith("then click Render, then click Email."));
-    EXPECT_FALSE(record->accessibleName().isEmpty());
-    auto* stop = w->findChild<QToolButton*>("cmdPause");
-    ASSERT_NE(stop, nullptr);
-    EXPECT_EQ(stop->accessibleName(), "Stop");
-    auto* replay = w->findChild<QToolButton*>("cmdPlayVoiceEmail");
-    ASSERT_NE(replay, nullptr);
-    EXPECT_TRUE(replay->toolTip().startsWith("Replay the live sequence of events"));
-    auto* label = w->findChild<QLabel*>("lblRecording");
-    ASSERT_NE(label, nullptr);
-    EXPECT_EQ(label->text(), "Recording");
-    EXPECT_TRUE(label->isHidden());
-
     auto* events = w->findChild<QPushButton*>("cmdEvents");
     auto* grid = w->findChild<EventGridView*>("MSFlexGrid1");
-    ASSERT_NE(events, nullptr);
-    ASSERT_NE(grid, nullptr);
-    EXPECT_EQ(events->text(), "Events");
-    EXPECT_EQ(events->toolTip(), "Video Events");
+    ASSERT_TRUE(events && grid);
+    EXPECT_TRUE(w->findChild<QLabel*>("lblRecording")->isHidden());
     EXPECT_TRUE(grid->isHidden());
     events->click();
     EXPECT_TRUE(grid->isVisible());
     events->click();
     EXPECT_TRUE(grid->isHidden());
-
-    auto* slide = w->findChild<QPushButton*>("cmdSlideShow");
-    auto* random = w->findChild<QCheckBox*>("chkRandom");
-    auto* wait = w->findChild<QComboBox*>("cboSlideShowPictureWait");
-    ASSERT_TRUE(slide && random && wait);
-    EXPECT_EQ(slide->text(), "Start Slide Show");
-    EXPECT_EQ(random->text(), "&Random");
-    EXPECT_EQ(random->toolTip(), "Play files in a random order.");
-    EXPECT_EQ(wait->count(), 21);
-    EXPECT_EQ(wait->currentText(), "2");
-    EXPECT_TRUE(wait->toolTip().startsWith("Seconds to view each picture"));
-    EXPECT_NE(w->findChild<QPushButton*>("cmdSaveProject"), nullptr);
-    EXPECT_NE(w->findChild<QPushButton*>("cmdOpenProject"), nullptr);
 }
 
 TEST(TimelineWidgets, GridRowsCanBeDeletedWithTheKeyboardOnlyWhenNotRecording) {

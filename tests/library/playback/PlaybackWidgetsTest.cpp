@@ -1,6 +1,5 @@
 #include "ToneWav.h"
 #include "library/playback/MediaPlayer.h"
-#include "library/playback/widgets/MixerButton.h"
 #include "library/playback/widgets/PlayerControls.h"
 #include "library/playback/widgets/PlayerTransport.h"
 #include "library/playback/widgets/VideoPlayerWidget.h"
@@ -117,13 +116,6 @@ TEST(VideoPlayerWidget, ClickLeavesFullScreenAndIsReported) {
     EXPECT_EQ(clicks.size(), 1);
     EXPECT_FALSE(video.player()->fullScreen());
     EXPECT_FALSE(video.isFullScreen());
-}
-
-TEST(MixerButton, NamesTheMixerItOpens) {
-    MixerButton mixer;
-    EXPECT_EQ(mixer.text(), "Mixer");
-    EXPECT_TRUE(mixer.toolTip().contains("pavucontrol"));
-    EXPECT_TRUE(MixerButton::missingMixerMessage().contains("\"pavucontrol\""));
 }
 
 TEST(VideoPlayerWidget, PlaysAVideoIntoItsFrames) {
