@@ -4,6 +4,7 @@
 #include "library/widgets/PageViewer.h"
 #include "platform/Folders.h"
 #include "platform/TextFiles.h"
+#include "platform/widgets/NamedButton.h"
 
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -47,23 +48,23 @@ DisplayPlace::DisplayPlace(const AppPaths& paths, QWidget* parent)
 
     auto* buttons = new QHBoxLayout;
     for (int i = 0; i < kDisplaySurfaceCount; ++i) {
-        m_cmdDisplay[i] = new QPushButton(QString::fromLatin1(kSwitchButtons[i].caption), this);
-        m_cmdDisplay[i]->setObjectName(QStringLiteral("cmdDisplayVideoOrPics_%1").arg(i));
-        m_cmdDisplay[i]->setToolTip(QString::fromLatin1(kSwitchButtons[i].tooltip));
+        m_cmdDisplay[i] = NamedButton(QString::fromLatin1(kSwitchButtons[i].caption),
+                                      QStringLiteral("cmdDisplayVideoOrPics_%1").arg(i),
+                                      QString::fromLatin1(kSwitchButtons[i].tooltip), this);
         connect(m_cmdDisplay[i], &QPushButton::clicked, this,
                 [this, i] { cmdDisplayVideoOrPics_Click(i); });
         buttons->addWidget(m_cmdDisplay[i]);
     }
     buttons->addStretch(1);
-    m_cmdViewPics = new QPushButton(QStringLiteral("View Pics"), this);
-    m_cmdViewPics->setObjectName(QStringLiteral("cmdViewPics"));
-    m_cmdViewPics->setToolTip(QStringLiteral(
-        "View Pictures in order to see them while clicking on them as the video is being made"));
+    m_cmdViewPics = NamedButton(
+        QStringLiteral("View Pics"), QStringLiteral("cmdViewPics"),
+        QStringLiteral(
+            "View Pictures in order to see them while clicking on them as the video is being made"),
+        this);
     connect(m_cmdViewPics, &QPushButton::clicked, this, &DisplayPlace::viewPicsClicked);
     buttons->addWidget(m_cmdViewPics);
-    m_cmdFullScreen = new QPushButton(QStringLiteral("Full Screen"), this);
-    m_cmdFullScreen->setObjectName(QStringLiteral("cmdFullScreen"));
-    m_cmdFullScreen->setToolTip(QStringLiteral("Full Screen mode"));
+    m_cmdFullScreen = NamedButton(QStringLiteral("Full Screen"), QStringLiteral("cmdFullScreen"),
+                                  QStringLiteral("Full Screen mode"), this);
     connect(m_cmdFullScreen, &QPushButton::clicked, this, &DisplayPlace::fullScreenClicked);
     buttons->addWidget(m_cmdFullScreen);
     layout->addLayout(buttons);

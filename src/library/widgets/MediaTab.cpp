@@ -1,6 +1,7 @@
 #include "library/widgets/MediaTab.h"
 
 #include "library/FolderListing.h"
+#include "platform/widgets/NamedButton.h"
 
 #include <QComboBox>
 #include <QDesktopServices>
@@ -122,9 +123,9 @@ void MediaTab::buildFileList(const QString& heading) {
 // "View", and the button that opens the folder in the file manager (tabs with a folder only).
 QHBoxLayout* MediaTab::buildButtonRow() {
     auto* row = new QHBoxLayout;
-    m_cmdView = new QPushButton(QStringLiteral("View"), this);
-    m_cmdView->setObjectName(QStringLiteral("cmdView_%1").arg(TabIndex(m_tab)));
-    m_cmdView->setToolTip(QStringLiteral("Change Directories"));
+    m_cmdView =
+        NamedButton(QStringLiteral("View"), QStringLiteral("cmdView_%1").arg(TabIndex(m_tab)),
+                    QStringLiteral("Change Directories"), this);
     connect(m_cmdView, &QPushButton::clicked, this, &MediaTab::cmdView_Click);
     row->addWidget(m_cmdView);
     if (hasFolderPane()) {

@@ -1,6 +1,7 @@
 #include "share/widgets/SharePanel.h"
 
 #include "platform/Folders.h"
+#include "platform/widgets/NamedButton.h"
 #include "platform/widgets/OpenUrl.h"
 #include "share/CompanionPrograms.h"
 #include "share/HandOverFiles.h"
@@ -61,9 +62,7 @@ SharePanel::SharePanel(const AppPaths& paths, DirectorySettings& settings, QWidg
 
 QPushButton* SharePanel::addButton(const char* objectName, const QString& caption,
                                    const QString& tip) {
-    auto* button = new QPushButton(caption, this);
-    button->setObjectName(QString::fromLatin1(objectName));
-    button->setToolTip(tip);
+    auto* button = NamedButton(caption, QString::fromLatin1(objectName), tip, this);
     layout()->addWidget(button);
     return button;
 }

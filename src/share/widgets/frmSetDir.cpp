@@ -1,6 +1,7 @@
 #include "share/widgets/frmSetDir.h"
 
 #include "platform/Folders.h"
+#include "platform/widgets/NamedButton.h"
 #include "share/SaveCopy.h"
 
 #include <QComboBox>
@@ -83,22 +84,19 @@ void frmSetDir::fillDrives() {
 }
 
 QHBoxLayout* frmSetDir::buildButtons() {
-    auto* buttons = new QHBoxLayout;
-    m_cmdNewFolder = new QPushButton(QStringLiteral("New Folder"), this);
-    m_cmdNewFolder->setObjectName(QStringLiteral("cmdNewFolder"));
-    m_cmdNewFolder->setToolTip(QStringLiteral("Make a new folder inside the current one."));
-    m_cmdOK = new QPushButton(QStringLiteral("OK"), this);
-    m_cmdOK->setObjectName(QStringLiteral("cmdOK"));
-    m_cmdOK->setToolTip(QStringLiteral("Use the current folder."));
+    auto* row = new QHBoxLayout;
+    m_cmdNewFolder = NamedButton(QStringLiteral("New Folder"), QStringLiteral("cmdNewFolder"),
+                                 QStringLiteral("Make a new folder inside the current one."), this);
+    row->addWidget(m_cmdNewFolder);
+    row->addStretch(1);
+    m_cmdOK = NamedButton(QStringLiteral("OK"), QStringLiteral("cmdOK"),
+                          QStringLiteral("Use the current folder."), this);
     m_cmdOK->setDefault(true);
-    m_cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
-    m_cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
-    m_cmdCancel->setToolTip(QStringLiteral("Close without choosing a folder."));
-    buttons->addWidget(m_cmdNewFolder);
-    buttons->addStretch(1);
-    buttons->addWidget(m_cmdOK);
-    buttons->addWidget(m_cmdCancel);
-    return buttons;
+    row->addWidget(m_cmdOK);
+    m_cmdCancel = NamedButton(QStringLiteral("Cancel"), QStringLiteral("cmdCancel"),
+                              QStringLiteral("Close without choosing a folder."), this);
+    row->addWidget(m_cmdCancel);
+    return row;
 }
 
 void frmSetDir::selectDriveFor(const QString& folder) {

@@ -2,6 +2,7 @@
 
 #include "platform/TextFiles.h"
 #include "platform/TextHelpers.h"
+#include "platform/widgets/NamedButton.h"
 #include "text/TextListFile.h"
 #include "text/widgets/SpeechVoice.h"
 #include "text/widgets/frmAddMultipleLinesOfText.h"
@@ -43,9 +44,8 @@ TextFrame::TextFrame(StudioSettings& studio, SpeechVoice* voice, const QString& 
         optionRow->addWidget(m_optTextAndOrSpeech[i], i / 2, i % 2);
     }
     m_optTextAndOrSpeech[OptionText]->setChecked(true);
-    m_cmdBigText = new QPushButton(QStringLiteral("+"), this);
-    m_cmdBigText->setObjectName(QStringLiteral("cmdBigText"));
-    m_cmdBigText->setToolTip(QStringLiteral("View Files in larger or smaller text"));
+    m_cmdBigText = NamedButton(QStringLiteral("+"), QStringLiteral("cmdBigText"),
+                               QStringLiteral("View Files in larger or smaller text"), this);
     m_cmdBigText->setAccessibleName(QStringLiteral("Larger or smaller text"));
     m_cmdBigText->setFixedWidth(m_cmdBigText->sizeHint().height() + 4);
     optionRow->addWidget(m_cmdBigText, 1, 1, Qt::AlignRight);
@@ -60,9 +60,9 @@ TextFrame::TextFrame(StudioSettings& studio, SpeechVoice* voice, const QString& 
     m_lstText->installEventFilter(this);
     layout->addWidget(m_lstText, 1);
 
-    m_cmdAddMultiLinesOfText = new QPushButton(QStringLiteral("Edit All Texts..."), this);
-    m_cmdAddMultiLinesOfText->setObjectName(QStringLiteral("cmdAddMultiLinesOfText"));
-    m_cmdAddMultiLinesOfText->setToolTip(QStringLiteral("Edit the whole list, one text a line"));
+    m_cmdAddMultiLinesOfText =
+        NamedButton(QStringLiteral("Edit All Texts..."), QStringLiteral("cmdAddMultiLinesOfText"),
+                    QStringLiteral("Edit the whole list, one text a line"), this);
     layout->addWidget(m_cmdAddMultiLinesOfText);
 
     QFont font = m_lstText->font();

@@ -1,6 +1,7 @@
 #include "timeline/widgets/ProjectPanel.h"
 
 #include "platform/Folders.h"
+#include "platform/widgets/NamedButton.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/RecordingState.h"
 
@@ -23,14 +24,12 @@ ProjectPanel::ProjectPanel(RecordingState& state, EventGridModel& grid, QString 
     : QWidget(parent), m_state(state), m_grid(grid), m_voiceFileSpec(std::move(voiceFileSpec)),
       m_workFolder(std::move(workFolder)), m_projectsFolder(std::move(projectsFolder)) {
     setObjectName(QStringLiteral("ProjectPanel"));
-    m_cmdSaveProject = new QPushButton(kSaveTitle, this);
-    m_cmdSaveProject->setObjectName(QStringLiteral("cmdSaveProject"));
-    m_cmdSaveProject->setToolTip(
-        QStringLiteral("Keep the recorded voice and its events in a project folder"));
-    m_cmdOpenProject = new QPushButton(kOpenTitle, this);
-    m_cmdOpenProject->setObjectName(QStringLiteral("cmdOpenProject"));
-    m_cmdOpenProject->setToolTip(
-        QStringLiteral("Bring back a saved recording to replay or render it"));
+    m_cmdSaveProject = NamedButton(
+        kSaveTitle, QStringLiteral("cmdSaveProject"),
+        QStringLiteral("Keep the recorded voice and its events in a project folder"), this);
+    m_cmdOpenProject =
+        NamedButton(kOpenTitle, QStringLiteral("cmdOpenProject"),
+                    QStringLiteral("Bring back a saved recording to replay or render it"), this);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_cmdSaveProject);

@@ -2,6 +2,7 @@
 
 #include "library/playback/MediaPlayer.h"
 #include "library/playback/widgets/VolumeSlider.h"
+#include "platform/widgets/NamedButton.h"
 
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -17,14 +18,12 @@ PlayerControls::PlayerControls(MediaTabId tab, MediaPlayer* player, QWidget* par
     layout->setContentsMargins(0, 0, 0, 0);
     m_slider = new VolumeSlider(index, this);
     m_slider->setLevel(m_player ? m_player->volume() : kLevelScale);
-    m_cmdMute = new QPushButton(QStringLiteral("Mute"), this);
-    m_cmdMute->setObjectName(QStringLiteral("cmdMute_%1").arg(index));
-    m_cmdMute->setToolTip(speech ? QStringLiteral("Silence the voice")
-                                 : QStringLiteral("Mute or unmute"));
-    m_cmdStop = new QPushButton(QStringLiteral("Stop"), this);
-    m_cmdStop->setObjectName(QStringLiteral("cmdStop_%1").arg(index));
-    m_cmdStop->setToolTip(speech ? QStringLiteral("Stop speaking")
-                                 : QStringLiteral("Stop playing"));
+    m_cmdMute = NamedButton(
+        QStringLiteral("Mute"), QStringLiteral("cmdMute_%1").arg(index),
+        speech ? QStringLiteral("Silence the voice") : QStringLiteral("Mute or unmute"), this);
+    m_cmdStop = NamedButton(
+        QStringLiteral("Stop"), QStringLiteral("cmdStop_%1").arg(index),
+        speech ? QStringLiteral("Stop speaking") : QStringLiteral("Stop playing"), this);
     layout->addWidget(m_slider, 1);
     layout->addWidget(m_cmdMute);
     layout->addWidget(m_cmdStop);

@@ -1,6 +1,7 @@
 #include "library/playback/widgets/PlayerTransport.h"
 
 #include "library/playback/MediaPlayer.h"
+#include "platform/widgets/NamedButton.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -17,9 +18,8 @@ PlayerTransport::PlayerTransport(MediaPlayer* player, QWidget* parent)
     setObjectName(QStringLiteral("playerTransport"));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    m_cmdPlayPause = new QPushButton(QStringLiteral("Play"), this);
-    m_cmdPlayPause->setObjectName(QStringLiteral("cmdPlayPause"));
-    m_cmdPlayPause->setToolTip(QStringLiteral("Play or pause"));
+    m_cmdPlayPause = NamedButton(QStringLiteral("Play"), QStringLiteral("cmdPlayPause"),
+                                 QStringLiteral("Play or pause"), this);
     m_sldPosition = new QSlider(Qt::Horizontal, this);
     m_sldPosition->setObjectName(QStringLiteral("sldPosition"));
     m_sldPosition->setAccessibleName(QStringLiteral("Position"));
