@@ -11,18 +11,6 @@
 
 namespace cq {
 
-QString TextOptionCaption(TextOption option) {
-    switch (option) {
-    case TextOption::Text:
-        return QStringLiteral("Text");
-    case TextOption::Speech:
-        return QStringLiteral("Speech");
-    case TextOption::Both:
-        return QStringLiteral("Both");
-    }
-    return {};
-}
-
 MediaClickHandler::MediaClickHandler(RecordingState& state, StudioSettings& studio,
                                      EventGridModel& grid, EventLogger& logger,
                                      MediaDisplay& display, QString workFolder, QObject* parent)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/MediaTabs.h"
+#include "text/TextOption.h"
 
 #include <QObject>
 #include <QString>
@@ -12,10 +13,6 @@ class EventLogger;
 class MediaDisplay;
 struct RecordingState;
 struct StudioSettings;
-
-// The text options optTextAndOrSpeech(0), (1), (2).
-enum class TextOption { Text = 0, Speech = 1, Both = 2 };
-QString TextOptionCaption(TextOption option);
 
 // The clicks on media items: a file of a browser tab (File1_Click) and an entry of the text
 // list (lstText_Click). The item is shown and, while a recording runs, logged.

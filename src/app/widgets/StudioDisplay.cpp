@@ -39,10 +39,9 @@ void StudioDisplay::connectTimeline(TimelineStudio& timeline) {
     connect(
         &browser, &MediaBrowser::mediaEventRequested, logger,
         [logger](const QString& type, const QString& file) { logger->LogMediaEvent(type, file); });
-    connect(m_media.fraText(), &TextFrame::textClicked, clicks,
-            [clicks](const QString& text, int option) {
-                clicks->lstText_Click(text, static_cast<TextOption>(option));
-            });
+    connect(
+        m_media.fraText(), &TextFrame::textClicked, clicks,
+        [clicks](const QString& text, TextOption option) { clicks->lstText_Click(text, option); });
     connect(&place, &DisplayPlace::displaySwitchClicked, this, &StudioDisplay::afterDisplaySwitch);
     connect(&place, &DisplayPlace::fullScreenClicked, this, &StudioDisplay::cmdFullScreen_Click);
 
@@ -148,9 +147,8 @@ void StudioDisplay::afterDisplaySwitch(DisplaySurface view) {
         if (!picture.isEmpty())
             m_timeline->logger().LogMediaEvent(QStringLiteral("Pictures"), picture);
     } else if (view == DisplaySurface::Text) {
-        m_timeline->clicks().lstText_Click(
-            m_studio.gstrCurrentText, static_cast<TextOption>(m_media.fraText()->selectedOption()),
-            true);
+        m_timeline->clicks().lstText_Click(m_studio.gstrCurrentText,
+                                           m_media.fraText()->selectedOption(), true);
     }
 }
 
