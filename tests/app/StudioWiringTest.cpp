@@ -78,11 +78,9 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     w->recordingState().gblnRecording = false;
 }
 
-TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
-    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
-        GTEST_SKIP() << "no test sound server";
-    test::TestAppFolder app;
-    QTemporaryDir media;
+namespace {
+// A four-second test video with sound and a two-second beep.
+void makeClipAndBeep(const QString& folder) {
     QProcess ffmpeg;
     ffmpeg.start("ffmpeg", {"-hide_banner",
                             "-loglevel",
@@ -99,16 +97,25 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
                             "mpeg4",
                             "-c:a",
                             "pcm_s16le",
-                            media.filePath("clip.avi"),
+                            folder + "/clip.avi",
                             "-f",
                             "lavfi",
                             "-i",
                             "sine=duration=2",
                             "-map",
                             "2:a",
-                            media.filePath("beep.wav")});
+                            folder + "/beep.wav"});
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
+}
+} // namespace
+
+TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
+    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
+        GTEST_SKIP() << "no test sound server";
+    test::TestAppFolder app;
+    QTemporaryDir media;
+    ASSERT_NO_FATAL_FAILURE(makeClipAndBeep(media.path()));
     auto w = test::OpenStudio(app);
     ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Video, media.path()));
     ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Audio, media.path()));
