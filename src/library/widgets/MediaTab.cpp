@@ -279,8 +279,8 @@ void MediaTab::onFolderActivated(QListWidgetItem* item) {
 void MediaTab::cmdView_Click() {
     if (!hasFolderPane())
         return;
-    m_paneState = m_paneState == 1 ? 0 : 1;
-    const bool shown = m_paneState == 1;
+    m_folderPaneShown = !m_folderPaneShown;
+    const bool shown = m_folderPaneShown;
     m_drive->setVisible(shown);
     m_pathLabel->setVisible(shown);
     m_dir->setVisible(shown);

@@ -65,7 +65,7 @@ private:
     void onFolderActivated(QListWidgetItem* item);
 
     MediaTabId m_tab;
-    int m_paneState = 0; // 1 while the folder pane is shown
+    bool m_folderPaneShown = false;
     QString m_path;
     QLabel* m_heading = nullptr;
     QComboBox* m_drive = nullptr;
