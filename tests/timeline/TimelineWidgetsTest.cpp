@@ -82,9 +82,14 @@ QString makePicture(const QString& path, QColor color) {
 
 namespace {
 
+// The recording's clock just before and just after a click: its row's time lies between.
+struct ClickTime {
+    qint64 from = 0, to = 0;
+};
+
 // A picture at 0.5 s, a text at 1 s, the same text again at 1.25 s (back to the picture, logged
 // again) and another picture at 1.5 s; Stop at 1.9 s.
-void recordFourClicks(frmClipquill& w, const QString& mediaFolder) {
+void recordFourClicks(frmClipquill& w, const QString& mediaFolder, QList<ClickTime>& clicks) {
     TimelineStudio& t = w.timeline();
     w.keepAwake().tmrMoveMouseToPreventScreenSaver().start(50000);
     QTest::mouseClick(t.recordingPanel()->recordButton(), Qt::LeftButton);
@@ -96,27 +101,30 @@ void recordFourClicks(frmClipquill& w, const QString& mediaFolder) {
     ASSERT_TRUE(pictures && texts);
     ASSERT_GT(texts->count(), 0);
     const QString text = texts->item(0)->text();
-    recordUntil(t, 500);
-    clickItem(pictures, "red.jpg");
-    recordUntil(t, 1000);
-    clickItem(texts, text);
-    recordUntil(t, 1250);
-    clickItem(texts, text);
-    recordUntil(t, 1500);
-    clickItem(pictures, "blue.jpg");
+    const auto clickAt = [&](qint64 ms, QListWidget* list, const QString& entry) {
+        recordUntil(t, ms);
+        ClickTime click{t.recorder().elapsedMs()};
+        clickItem(list, entry);
+        click.to = t.recorder().elapsedMs();
+        clicks << click;
+    };
+    clickAt(500, pictures, "red.jpg");
+    clickAt(1000, texts, text);
+    clickAt(1250, texts, text);
+    clickAt(1500, pictures, "blue.jpg");
     recordUntil(t, 1900);
     QTest::mouseClick(t.recordingPanel()->stopButton(), Qt::LeftButton);
 }
 
-void expectTheFourRows(frmClipquill& w, const QString& red) {
+void expectTheFourRows(frmClipquill& w, const QString& red, const QList<ClickTime>& clicks) {
     const EventGridModel& grid = w.timeline().grid();
     ASSERT_EQ(grid.rowCount(), 4);
     EXPECT_EQ(grid.mediaTypes(), QStringList({"Pictures", "Text", "Pictures", "Pictures"}));
     EXPECT_EQ(grid.row(2).fileSpec, red);
-    const qint64 clickedAt[4] = {500, 1000, 1250, 1500};
+    ASSERT_EQ(clicks.size(), 4);
     for (int row = 0; row < 4; ++row) {
-        EXPECT_GE(grid.row(row).timeMs(), clickedAt[row]) << row;
-        EXPECT_LT(grid.row(row).timeMs(), clickedAt[row] + 250) << row;
+        EXPECT_GE(grid.row(row).timeMs(), clicks[row].from) << row;
+        EXPECT_LE(grid.row(row).timeMs(), clicks[row].to) << row;
     }
     const QString textPicture = w.paths().gstrTempFilesDirectory + u'/' +
                                 TextPictureFileName(grid.row(1).text.value_or(QString()));
@@ -141,13 +149,14 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     {
         auto w = test::OpenStudio(app);
         work = w->paths().gstrTempFilesDirectory;
-        recordFourClicks(*w, media.path());
+        QList<ClickTime> clicks;
+        recordFourClicks(*w, media.path(), clicks);
         EXPECT_FALSE(w->recordingState().gblnRecording);
         EXPECT_TRUE(w->timeline().recordingPanel()->recordingLabel()->isHidden());
         EXPECT_FALSE(w->timeline().recordingPanel()->tmrRecording().isActive());
         EXPECT_FALSE(w->keepAwake().tmrMoveMouseToPreventScreenSaver().isActive());
         EXPECT_NEAR(w->recordingState().recordingLengthMs, 1900, 300);
-        expectTheFourRows(*w, red);
+        expectTheFourRows(*w, red, clicks);
         w->timeline().projectPanel()->askSaveFolder = [&] {
             return project;
         };
