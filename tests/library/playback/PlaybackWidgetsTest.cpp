@@ -145,7 +145,7 @@ TEST(VideoPlayerWidget, PlaysAVideoIntoItsFrames) {
         << video.player()->errorString().toStdString();
     EXPECT_EQ(frameSize, QSize(320, 240));
     EXPECT_EQ(video.player()->playState(), static_cast<int>(PlayState::Playing));
-    EXPECT_NEAR(video.player()->duration(), 2.0, 0.1);
+    EXPECT_NEAR(video.player()->durationMs(), 2000, 100);
 }
 
 TEST(PlayerTransport, MovingTheBarIsTheUsersPositionChange) {
@@ -159,7 +159,7 @@ TEST(PlayerTransport, MovingTheBarIsTheUsersPositionChange) {
     QSignalSpy moved(&player, &MediaPlayer::positionChange);
     player.setURL(test::WriteToneWav(dir.path(), 3.0));
     ASSERT_TRUE(QTest::qWaitFor(
-        [&] { return player.playState() == int(PlayState::Playing) && player.duration() > 2.9; },
+        [&] { return player.playState() == int(PlayState::Playing) && player.durationMs() > 2900; },
         10000));
     EXPECT_EQ(playPause->text(), "Pause");
     playPause->click();
@@ -173,5 +173,5 @@ TEST(PlayerTransport, MovingTheBarIsTheUsersPositionChange) {
     QTest::keyClick(bar, Qt::Key_PageUp);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !moved.isEmpty(); }, 2000));
     EXPECT_NEAR(moved.at(0).at(1).toDouble(), (before + 1000) / 1000.0, 0.05);
-    EXPECT_EQ(PlayerTransport::timeText(65.9), "1:05");
+    EXPECT_EQ(PlayerTransport::timeText(65900), "1:05");
 }
