@@ -17,7 +17,9 @@ public:
     QTimer& tmrMoveMouseToPreventScreenSaver() { return m_timer; }
 
 private:
+    // Named after the mouse nudge that kept screen savers away on older desktops.
     void tmrMoveMouseToPreventScreenSaver_Timer();
+    void resetScreenSaver();
 
     QTimer m_timer;
     ToolRunner* m_runner = nullptr;

@@ -216,6 +216,13 @@ bool MediaTab::Dir1_Change(const QString& path) {
         return false;
     const QString folder = QDir(path).absolutePath();
     m_path = folder;
+    listFolder(folder);
+    selectDriveFor(folder);
+    emit folderChanged(m_tab, folder);
+    return true;
+}
+
+void MediaTab::listFolder(const QString& folder) {
     m_dir->clear();
     if (ParentFolder(folder) != folder)
         m_dir->addItem(kUp);
@@ -229,9 +236,6 @@ bool MediaTab::Dir1_Change(const QString& path) {
     }
     m_pathLabel->setText(QDir(folder).dirName().isEmpty() ? folder : QDir(folder).dirName());
     m_pathLabel->setToolTip(folder);
-    selectDriveFor(folder);
-    emit folderChanged(m_tab, folder);
-    return true;
 }
 
 void MediaTab::refreshFiles() {

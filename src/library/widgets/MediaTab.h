@@ -55,6 +55,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    // Fills the folder and file lists with what the folder holds.
+    void listFolder(const QString& folder);
     QLabel* makeHeading(const QString& heading);
     void buildFolderPane(const QString& heading);
     void buildFileList(const QString& heading);

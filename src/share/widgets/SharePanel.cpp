@@ -159,12 +159,21 @@ void SharePanel::saveRenderedFileTo(const QString& source) {
 }
 
 void SharePanel::cmdFTP_Click() {
+    if (writeFtpStartFolder())
+        startFtpProgram();
+}
+
+// The FTP program starts in the work folder, where the rendered clip is.
+bool SharePanel::writeFtpStartFolder() {
     m_settings.gstrFTPDirectory = m_paths.gstrTempFilesDirectory;
-    if (!m_settings.SaveFTPDirectoryToFile(m_paths.gstrFTPStartUpDirectoryFileSpec)) {
-        tell(QStringLiteral("The FTP start folder could not be written to \"%1\".")
-                 .arg(m_paths.gstrFTPStartUpDirectoryFileSpec));
-        return;
-    }
+    if (m_settings.SaveFTPDirectoryToFile(m_paths.gstrFTPStartUpDirectoryFileSpec))
+        return true;
+    tell(QStringLiteral("The FTP start folder could not be written to \"%1\".")
+             .arg(m_paths.gstrFTPStartUpDirectoryFileSpec));
+    return false;
+}
+
+void SharePanel::startFtpProgram() {
     if (!FtpProgramAvailable(m_paths.appFolder)) {
         tell(FtpMissingMessage(m_paths.appFolder));
         return;

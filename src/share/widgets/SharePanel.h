@@ -31,6 +31,8 @@ public:
     void cmdSupport_Click();
 
 private:
+    bool writeFtpStartFolder();
+    void startFtpProgram();
     QPushButton* addButton(const char* objectName, const QString& caption, const QString& tip);
     void saveRenderedFileTo(const QString& source);
     void tell(const QString& text, const QString& detail = QString());
