@@ -1,6 +1,7 @@
 #include "app/CommandLineRender.h"
 
 #include "app/StudioRender.h"
+#include "platform/Console.h"
 #include "platform/ToolPool.h"
 #include "platform/WavFormat.h"
 #include "render/RenderJob.h"
@@ -13,20 +14,12 @@
 
 namespace cq {
 
-namespace {
-void print(FILE* stream, const QString& text) {
-    const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
-    std::fflush(stream);
-}
-} // namespace
-
 int RunCommandLineRender(const AppPaths& paths, StudioSettings studio,
                          const CommandLineRenderOptions& options, FILE* out, FILE* err) {
     const TimelineReadResult timeline = ReadTimelineFile(options.timeline);
     if (!timeline.ok()) {
-        print(err, QStringLiteral("Cannot read the timeline \"%1\": %2\n")
-                       .arg(options.timeline, timeline.error));
+        PrintTo(err, QStringLiteral("Cannot read the timeline \"%1\": %2\n")
+                         .arg(options.timeline, timeline.error));
         return 2;
     }
     const QString voice = options.voice.isEmpty()
@@ -36,9 +29,9 @@ int RunCommandLineRender(const AppPaths& paths, StudioSettings studio,
                               : QFileInfo(options.voice).absoluteFilePath();
     const WavInfo wav = ReadWavInfo(voice);
     if (!wav.ok() || wav.durationMs <= 0) {
-        print(err, (wav.ok() ? QStringLiteral("The voice \"%1\" holds no sound.").arg(voice)
-                             : wav.error) +
-                       u'\n');
+        PrintTo(err, (wav.ok() ? QStringLiteral("The voice \"%1\" holds no sound.").arg(voice)
+                               : wav.error) +
+                         u'\n');
         return 2;
     }
     if (!options.size.isEmpty())
@@ -48,25 +41,25 @@ int RunCommandLineRender(const AppPaths& paths, StudioSettings studio,
     const RenderRequest request =
         StudioRenderRequest(paths, studio, timeline.rows, voice, wav.durationMs, output);
     if (!request.ok()) {
-        print(err, request.problem + u'\n');
+        PrintTo(err, request.problem + u'\n');
         return 2;
     }
 
     ToolPool pool;
     RenderJob job(request.inputs, pool);
     QObject::connect(&job, &RenderJob::statusChanged,
-                     [err](const QString& text) { print(err, text + u'\n'); });
+                     [err](const QString& text) { PrintTo(err, text + u'\n'); });
     QObject::connect(&job, &RenderJob::progressChanged, [err](int percent) {
-        print(err, QStringLiteral("Rendering: %1%\n").arg(percent));
+        PrintTo(err, QStringLiteral("Rendering: %1%\n").arg(percent));
     });
     const RenderReport report = job.runToEnd();
     if (!report.message.isEmpty())
-        print(err, report.message + u'\n');
+        PrintTo(err, report.message + u'\n');
     if (!report.logFile.isEmpty())
-        print(err, QStringLiteral("Render log: %1\n").arg(report.logFile));
+        PrintTo(err, QStringLiteral("Render log: %1\n").arg(report.logFile));
     if (report.outcome != RenderReport::Outcome::Rendered)
         return 1;
-    print(out, report.output + u'\n');
+    PrintTo(out, report.output + u'\n');
     return report.ok() && QFileInfo::exists(report.output) ? 0 : 1;
 }
 

@@ -2,9 +2,9 @@
 
 namespace cq {
 
-int RevertToLastView(const QStringList& mediaTypes) {
+DisplaySurface RevertToLastView(const QStringList& mediaTypes) {
     if (mediaTypes.isEmpty())
-        return 0;
+        return DisplaySurface::Video;
     const QString video = QStringLiteral("Video");
     const QString pictures = QStringLiteral("Pictures");
     const QString text = QStringLiteral("Text");
@@ -19,13 +19,13 @@ int RevertToLastView(const QStringList& mediaTypes) {
     for (qsizetype row = mediaTypes.size() - 1; row >= 0; --row) {
         const QString& type = mediaTypes.at(row);
         if (type == video && wanted.contains(video))
-            return 0;
+            return DisplaySurface::Video;
         if (type == pictures && wanted.contains(pictures))
-            return 1;
+            return DisplaySurface::Picture;
         if (type == text && wanted.contains(text))
-            return 2;
+            return DisplaySurface::Text;
     }
-    return 0;
+    return DisplaySurface::Video;
 }
 
 } // namespace cq

@@ -2,10 +2,6 @@
 
 #include "platform/TextHelpers.h"
 
-#include <array>
-#include <charconv>
-#include <cmath>
-
 namespace cq {
 
 namespace {
@@ -34,19 +30,6 @@ qint64 leadingNumber(QStringView text) {
 }
 
 } // namespace
-
-QString SecondsAndMSToHHMMSSMS(double seconds) {
-    if (!std::isfinite(seconds) || seconds < 0)
-        seconds = 0;
-    std::array<char, 64> buf{};
-    const auto res =
-        std::to_chars(buf.data(), buf.data() + buf.size(), seconds, std::chars_format::fixed);
-    const QString text = QString::fromLatin1(buf.data(), res.ptr - buf.data());
-    const qsizetype dot = text.indexOf(u'.');
-    const QString wholeText = dot < 0 ? text : text.left(dot);
-    const QString fraction = dot < 0 ? QString() : text.mid(dot + 1, 3);
-    return timeCode(wholeText.toLongLong(), fraction);
-}
 
 QString TimeCodeFromMs(qint64 milliseconds) {
     if (milliseconds < 0)

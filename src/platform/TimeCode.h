@@ -9,10 +9,8 @@ namespace cq {
 // log writes "hh.mm.ss.ms"); seconds texts are "65.125" (whole seconds, a point, the fraction
 // digits as they stand). Inside the program, time is integer milliseconds.
 
-// Seconds (shortest decimal form) to "hh:mm:ss.f": the fraction is the first one to three
-// digits of the decimal text, cut, never rounded; 7 gives "00:00:07." with a lone point.
-QString SecondsAndMSToHHMMSSMS(double seconds);
-// The same for a whole number of milliseconds (65500 gives "00:01:05.5").
+// Milliseconds to "hh:mm:ss.f": the fraction drops its trailing zeros, so 65500 gives
+// "00:01:05.5" and 7000 gives "00:00:07." with a lone point.
 QString TimeCodeFromMs(qint64 milliseconds);
 
 // "00:01:05.5" gives "65.5"; "00.01.05.000" gives "65.000". Fields at fixed positions.

@@ -33,6 +33,20 @@ QList<QByteArray> CarrierFileLines(QByteArray bytes) {
     return lines;
 }
 
+// A blank line is spacing someone typed, not the end of the carriers.
+bool IsBlank(const QByteArray& line) {
+    return line.trimmed().isEmpty();
+}
+
+// Where a new carrier goes: after the last carrier before the first line that is no carrier.
+qsizetype EndOfCarriers(const QList<QByteArray>& lines) {
+    qsizetype end = 0;
+    for (qsizetype i = 0; i < lines.size() && (lines[i].contains(';') || IsBlank(lines[i])); ++i)
+        if (!IsBlank(lines[i]))
+            end = i + 1;
+    return end;
+}
+
 } // namespace
 
 const QList<Carrier>& BuiltInCarriers() {
@@ -59,6 +73,8 @@ int CarrierFileCapacity() {
 QList<Carrier> ParseCarrierFile(const QByteArray& bytes) {
     QList<Carrier> carriers;
     for (const QByteArray& line : CarrierFileLines(bytes)) {
+        if (IsBlank(line))
+            continue;
         const qsizetype semicolon = line.indexOf(';');
         if (semicolon < 0)
             break;
@@ -111,10 +127,7 @@ QString AddCarrierToFile(const QString& carrierListFileSpec, const QString& name
         return QStringLiteral("The carrier list is full: it holds %1 carriers.")
             .arg(kCarrierTableSize);
     QList<QByteArray> lines = CarrierFileLines(bytes);
-    qsizetype end = 0;
-    while (end < lines.size() && lines.at(end).contains(';'))
-        ++end;
-    lines.insert(end, (name.trimmed() + u';' + domain.trimmed()).toUtf8());
+    lines.insert(EndOfCarriers(lines), (name.trimmed() + u';' + domain.trimmed()).toUtf8());
     if (!WriteWholeFile(lines.join("\r\n") + "\r\n", carrierListFileSpec))
         return QStringLiteral("The carrier list \"%1\" could not be written.")
             .arg(carrierListFileSpec);

@@ -6,10 +6,8 @@ namespace cq {
 
 // Session-wide values of the studio that are not paths or folders.
 struct StudioSettings {
-    QString gstrSampleRate = QStringLiteral("44100");
     QString gstrVideoRes = QStringLiteral("320X240"); // output frame size, "WIDTHXHEIGHT"
     QString gstrFrameRate = QStringLiteral("29.97");
-    QString gstrAspectRatio = QStringLiteral("1.33333333333333");
     QString gstrCurrentText; // the text being shown, spoken or edited
     bool gblnCancel = false; // how modal dialogs say they were cancelled
     // Videos keep their own sound in a render, mixed under the voice.

@@ -77,7 +77,6 @@ TextLayout FitTextToSurface(const QString& text, int surfaceWidth, int surfaceHe
         if (totalHeight > heightLimit)
             continue;
         layout.fits = true;
-        layout.sizePosition = position;
         layout.pointSize = pointSize;
         layout.lineHeight = lineHeight;
         layout.top = (surfaceHeight - totalHeight) / 2;

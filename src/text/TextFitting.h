@@ -35,8 +35,7 @@ QStringList WrapTextToWidth(const QString& text, int surfaceWidth, int pointSize
                             const TextMeasurer& measurer);
 
 struct TextLayout {
-    bool fits = false;    // false: not even the smallest size fits ("too big")
-    int sizePosition = 0; // 1-based position in the size table that was used
+    bool fits = false; // false: not even the smallest size fits ("too big")
     int pointSize = 0;
     QStringList lines;
     int lineHeight = 0;   // pixels per printed line

@@ -11,25 +11,13 @@
 
 namespace cq {
 
-QString TextOptionCaption(TextOption option) {
-    switch (option) {
-    case TextOption::Text:
-        return QStringLiteral("Text");
-    case TextOption::Speech:
-        return QStringLiteral("Speech");
-    case TextOption::Both:
-        return QStringLiteral("Both");
-    }
-    return {};
-}
-
 MediaClickHandler::MediaClickHandler(RecordingState& state, StudioSettings& studio,
                                      EventGridModel& grid, EventLogger& logger,
                                      MediaDisplay& display, QString workFolder, QObject* parent)
     : QObject(parent), m_state(state), m_studio(studio), m_grid(grid), m_logger(logger),
       m_display(display), m_workFolder(std::move(workFolder)) {}
 
-void MediaClickHandler::File1_Click(int tab, const QString& fileSpec) {
+void MediaClickHandler::File1_Click(MediaTabId tab, const QString& fileSpec) {
     const QString mediaType = GetMediaTypeFromFileSpec(fileSpec);
     QString begVideoAt;
     if (mediaType == u"Pictures") {
@@ -51,18 +39,25 @@ void MediaClickHandler::File1_Click(int tab, const QString& fileSpec) {
 
 void MediaClickHandler::lstText_Click(const QString& text, TextOption option,
                                       bool fromDisplaySwitch) {
-    if (text.isEmpty())
+    if (text.isEmpty() || (!fromDisplaySwitch && toggledBack(text)))
         return;
-    if (!fromDisplaySwitch) {
-        if (text == m_previousClickText) {
-            // A second click on the same text goes back to what was shown before it.
-            m_previousClickText.clear();
-            m_display.switchDisplay(RevertToLastView(m_grid.mediaTypes()));
-            return;
-        }
-        m_previousClickText = text;
-    }
     m_studio.gstrCurrentText = text;
+    presentText(text, option);
+    if (m_state.gblnRecording && option != TextOption::Speech)
+        logTextEvent(option);
+}
+
+bool MediaClickHandler::toggledBack(const QString& text) {
+    if (text != m_previousClickText) {
+        m_previousClickText = text;
+        return false;
+    }
+    m_previousClickText.clear();
+    m_display.switchDisplay(RevertToLastView(m_grid.mediaTypes()));
+    return true;
+}
+
+void MediaClickHandler::presentText(const QString& text, TextOption option) {
     switch (option) {
     case TextOption::Text:
         m_display.showText(text, false);
@@ -74,8 +69,9 @@ void MediaClickHandler::lstText_Click(const QString& text, TextOption option,
         m_display.showText(text, true);
         break;
     }
-    if (!m_state.gblnRecording || option == TextOption::Speech)
-        return;
+}
+
+void MediaClickHandler::logTextEvent(TextOption option) {
     const QString logged = TextForEventRow(m_studio.gstrCurrentText);
     const QString fileSpec = m_workFolder + u'/' + TextPictureFileName(logged);
     if (!m_display.saveTextPicture(fileSpec))

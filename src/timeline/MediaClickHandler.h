@@ -1,5 +1,8 @@
 #pragma once
 
+#include "library/MediaTabs.h"
+#include "text/TextOption.h"
+
 #include <QObject>
 #include <QString>
 
@@ -11,10 +14,6 @@ class MediaDisplay;
 struct RecordingState;
 struct StudioSettings;
 
-// The text options optTextAndOrSpeech(0), (1), (2).
-enum class TextOption { Text = 0, Speech = 1, Both = 2 };
-QString TextOptionCaption(TextOption option);
-
 // The clicks on media items: a file of a browser tab (File1_Click) and an entry of the text
 // list (lstText_Click). The item is shown and, while a recording runs, logged.
 class MediaClickHandler : public QObject {
@@ -24,8 +23,8 @@ public:
                       EventLogger& logger, MediaDisplay& display, QString workFolder,
                       QObject* parent = nullptr);
 
-    // A click on a file of tab 0..7.
-    void File1_Click(int tab, const QString& fileSpec);
+    // A click on a file of a tab's file list.
+    void File1_Click(MediaTabId tab, const QString& fileSpec);
     // A click on a text-list entry. fromDisplaySwitch marks the display switch's own call,
     // which never toggles back.
     void lstText_Click(const QString& text, TextOption option, bool fromDisplaySwitch = false);
@@ -37,6 +36,12 @@ signals:
     void textPictureFailed(const QString& fileSpec);
 
 private:
+    // A second click on the text of the click before goes back to what was shown before it.
+    bool toggledBack(const QString& text);
+    void presentText(const QString& text, TextOption option);
+    // The text is saved as a picture in the work folder, and its row names that picture.
+    void logTextEvent(TextOption option);
+
     RecordingState& m_state;
     StudioSettings& m_studio;
     EventGridModel& m_grid;

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "library/DisplaySurface.h"
+#include "library/MediaTabs.h"
+
 #include <QString>
 #include <QtGlobal>
 
@@ -25,7 +28,7 @@ public:
     // saved video volume.
     virtual void setVideoMuted(bool muted) = 0;
     // The tab's audio player plays the file.
-    virtual void playAudio(int tab, const QString& fileSpec) = 0;
+    virtual void playAudio(MediaTabId tab, const QString& fileSpec) = 0;
     // The picture viewer takes the display place with the picture.
     virtual void showPicture(const QString& fileSpec) = 0;
     // The text surface takes the display place with the text drawn on it; speaks it as well
@@ -34,9 +37,9 @@ public:
     virtual void speakText(const QString& text) = 0;
     // Saves what the text surface shows as a picture (BMP content). False when it cannot.
     virtual bool saveTextPicture(const QString& fileSpec) = 0;
-    // The display switch: 0 shows the video, 1 the last picture, 2 the last text; while a
+    // The display switch: shows the video, the last picture or the last text; while a
     // recording runs the shown item is logged.
-    virtual void switchDisplay(int view) = 0;
+    virtual void switchDisplay(DisplaySurface view) = 0;
     // An empty display place (the text surface, cleared).
     virtual void clearDisplay() = 0;
     // Stops the video player, the audio players and speech.

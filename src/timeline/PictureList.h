@@ -6,7 +6,7 @@
 
 namespace cq {
 
-// The file list of the Pictures tab, File1(2), as the slide show sees it.
+// The file list of the Pictures tab (File1_2), as the slide show sees it.
 class PictureList {
 public:
     virtual ~PictureList() = default;

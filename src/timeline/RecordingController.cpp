@@ -8,7 +8,6 @@
 #include "timeline/SlideShow.h"
 #include "timeline/VoicePlayer.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 
@@ -33,6 +32,18 @@ bool RecordingController::checkInputDevice() {
 }
 
 void RecordingController::cmdRecordVoiceEmail_Click() {
+    startRecording();
+}
+
+void RecordingController::cmdPause_Click() {
+    stop();
+}
+
+void RecordingController::cmdPlayVoiceEmail_Click() {
+    replayRecording();
+}
+
+void RecordingController::startRecording() {
     RecordingState& state = m_parts.state;
     if (state.gblnRecording)
         return;
@@ -45,7 +56,6 @@ void RecordingController::cmdRecordVoiceEmail_Click() {
     // A running slide show goes on: from now on its pictures are logged.
     m_parts.replay.stop();
     m_parts.logger.reset();
-    state.gdtmRecordingStart = QDateTime::currentDateTime();
     m_parts.voice.release();
     m_parts.display.stopVideo();
     m_parts.display.setVideoMuted(false);
@@ -77,31 +87,36 @@ void RecordingController::RecordMsg() {
                                             "can be recorded."));
 }
 
-void RecordingController::cmdPause_Click() {
-    RecordingState& state = m_parts.state;
+void RecordingController::stop() {
     emit stopPressed();
     m_parts.display.setVideoMuted(false);
-    if (!state.gblnRecording) {
-        state.gblnStopAll = true;
-        m_parts.replay.stop();
-        m_parts.voice.stop();
-        m_parts.display.stopPlayers();
-    } else {
-        StopRec();
-        state.gblnRecording = false;
-        m_parts.grid.setEditable(true);
-        state.gdtmRecordingStop = QDateTime::currentDateTime();
-        m_parts.display.stopPlayers();
-        emit recordingChanged(false);
-    }
+    if (m_parts.state.gblnRecording)
+        endRecording();
+    else
+        stopPlayback();
     if (m_parts.slideShow)
         m_parts.slideShow->stop();
+}
+
+void RecordingController::endRecording() {
+    StopRec();
+    m_parts.state.gblnRecording = false;
+    m_parts.grid.setEditable(true);
+    m_parts.display.stopPlayers();
+    emit recordingChanged(false);
+}
+
+void RecordingController::stopPlayback() {
+    m_parts.state.gblnStopAll = true;
+    m_parts.replay.stop();
+    m_parts.voice.stop();
+    m_parts.display.stopPlayers();
 }
 
 void RecordingController::StopRec() {
     const QString error = m_parts.recorder.errorString();
     const qint64 bytes = m_parts.recorder.stop();
-    m_parts.state.gdblRecordingLength = double(bytes) / double(Recorder::kBytesPerSecond);
+    m_parts.state.recordingLengthMs = bytes * 1000 / Recorder::kBytesPerSecond;
     if (bytes == 0)
         return; // nothing was captured: no file
     if (!QFileInfo(m_voiceFileSpec).isFile()) {
@@ -137,7 +152,7 @@ void RecordingController::onCaptureEnded(Recorder::EndReason reason, const QStri
     }
 }
 
-void RecordingController::cmdPlayVoiceEmail_Click() {
+void RecordingController::replayRecording() {
     if (m_parts.state.gblnRecording || m_parts.replay.isRunning())
         return;
     if (!QFileInfo(m_voiceFileSpec).isFile()) {

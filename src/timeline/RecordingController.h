@@ -36,10 +36,11 @@ public:
     // Start-up check of the sound input: false (and the user told what to do) when there is
     // none.
     bool checkInputDevice();
-    // Starts a recording; pressing it while one runs changes nothing.
+    // The record button: starts a recording; pressing it while one runs changes nothing.
     void cmdRecordVoiceEmail_Click();
+    // The Stop button, named after the pause button it once was.
     void cmdPause_Click();
-    // Replays the last recording (the voice file must be there).
+    // The replay button: replays the last recording (the voice file must be there).
     void cmdPlayVoiceEmail_Click();
 
     QString voiceFileSpec() const { return m_voiceFileSpec; }
@@ -52,6 +53,12 @@ signals:
     void warning(const QString& title, const QString& text);
 
 private:
+    void startRecording();
+    // Ends the recording that runs, or else stops every replay, slide show and player.
+    void stop();
+    void endRecording();
+    void stopPlayback();
+    void replayRecording();
     void RecordMsg();
     void StopRec();
     void onCaptureEnded(Recorder::EndReason reason, const QString& detail);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDateTime>
+#include <QtGlobal>
 
 namespace cq {
 
@@ -8,10 +8,8 @@ namespace cq {
 // replay, the slide show and render.
 struct RecordingState {
     bool gblnRecording = false;
-    QDateTime gdtmRecordingStart;
-    QDateTime gdtmRecordingStop;
-    // Length of the recorded voice in seconds, from the bytes actually captured.
-    double gdblRecordingLength = 0;
+    // Length of the recorded voice in milliseconds, from the bytes actually captured.
+    qint64 recordingLengthMs = 0;
     bool gblnStopAll = false; // set by the stop button when nothing records; ends replays
 };
 

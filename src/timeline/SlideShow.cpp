@@ -11,15 +11,11 @@ namespace cq {
 SlideShow::SlideShow(PictureList& pictures, MediaDisplay& display, EventLogger& logger,
                      QObject* parent)
     : QObject(parent), m_pictures(pictures), m_display(display), m_logger(logger),
-      m_randomBetween(&RandomNumberBetween), m_waitText(DefaultSlideShowWait()) {
+      m_waitText(DefaultSlideShowWait()) {
     m_tmrPictureWait.setSingleShot(true);
     // A coarse timer may fire a few per cent early; a picture is never cut short.
     m_tmrPictureWait.setTimerType(Qt::PreciseTimer);
     connect(&m_tmrPictureWait, &QTimer::timeout, this, &SlideShow::step);
-}
-
-void SlideShow::setRandomSource(SlideShowPicker::RandomBetween randomBetween) {
-    m_randomBetween = std::move(randomBetween);
 }
 
 void SlideShow::cmdSlideShow_Click() {
@@ -49,7 +45,7 @@ void SlideShow::step() {
         return;
     const QStringList entries = m_pictures.entries();
     const std::optional<int> index =
-        m_picker.next(static_cast<int>(entries.size()), m_random, m_randomBetween);
+        m_picker.next(static_cast<int>(entries.size()), m_random, &RandomNumberBetween);
     if (!index) {
         finish();
         return;

@@ -29,7 +29,6 @@ public:
     // Read before every step, as the user may change them during a show.
     void setRandom(bool random) { m_random = random; }
     void setWaitText(const QString& text) { m_waitText = text; }
-    void setRandomSource(SlideShowPicker::RandomBetween randomBetween);
 
 signals:
     void runningChanged(bool running);
@@ -45,7 +44,6 @@ private:
     MediaDisplay& m_display;
     EventLogger& m_logger;
     SlideShowPicker m_picker;
-    SlideShowPicker::RandomBetween m_randomBetween;
     QTimer m_tmrPictureWait;
     QString m_waitText;
     bool m_random = false;

@@ -1,8 +1,8 @@
+#include "StudioProcess.h"
 #include "support/TestAppFolder.h"
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QStandardPaths>
 
 #include <gtest/gtest.h>
@@ -11,27 +11,15 @@ using namespace cq;
 
 namespace {
 
-struct CheckRun {
-    int exitCode = -1;
-    QString out, err;
-};
-
 // --check with a PATH that holds only links to the named programs.
-CheckRun checkWithPath(const test::TestAppFolder& app, const QStringList& programs) {
+test::StudioRun checkWithPath(const test::TestAppFolder& app, const QStringList& programs) {
     const QString bin = app.home() + "/bin";
     QDir(bin).removeRecursively();
     QDir().mkpath(bin);
     for (const QString& name : programs)
         EXPECT_TRUE(QFile::link(QStandardPaths::findExecutable(name), bin + "/" + name))
             << name.toStdString();
-    QProcess p;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("PATH", bin);
-    p.setProcessEnvironment(env);
-    p.start(CQ_STUDIO_EXECUTABLE, {"--app-dir", app.path(), "--check"});
-    EXPECT_TRUE(p.waitForFinished(60000));
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
-            QString::fromUtf8(p.readAllStandardError())};
+    return test::RunStudioProgram({"--app-dir", app.path(), "--check"}, {{"PATH", bin}});
 }
 
 } // namespace
@@ -39,7 +27,7 @@ CheckRun checkWithPath(const test::TestAppFolder& app, const QStringList& progra
 TEST(CheckCommand, FindsToolsAsTheRenderDoesAndNamesWhatTheRenderWouldMiss) {
     test::TestAppFolder app;
     const QStringList all{"ffmpeg", "ffprobe", "convert", "cat", "mv", "rm"};
-    CheckRun run = checkWithPath(app, all);
+    test::StudioRun run = checkWithPath(app, all);
     EXPECT_EQ(run.exitCode, 0) << run.out.toStdString() << run.err.toStdString();
     for (const char* tool : {"ffmpeg", "ffprobe", "convert", "sh", "cat", "mv", "rm"})
         EXPECT_TRUE(run.out.contains(QString("\n%1: usable (").arg(tool))) << tool;

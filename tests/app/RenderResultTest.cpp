@@ -68,13 +68,13 @@ TEST(RenderResult, ARenderedVideoTakesTheDisplayPlaceReadyToPlay) {
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
     ASSERT_TRUE(w->timeline().grid().appendRowText("1\tPictures\t1.000\t\t" + red));
-    w->recordingState().gdblRecordingLength = 2.0;
+    w->recordingState().recordingLengthMs = 2000;
 
     // Stop, as at the end of the recording, ends the keep-alive.
     button(*w, "cmdPause")->click();
     QTimer& keepAlive = w->keepAwake().tmrMoveMouseToPreventScreenSaver();
     ASSERT_FALSE(keepAlive.isActive());
-    EXPECT_EQ(w->displayPlace().currentSurface(), DisplayPlace::PictureSurface);
+    EXPECT_EQ(w->displayPlace().currentSurface(), DisplaySurface::Picture);
 
     w->renderPanel().setQuiet(true);
     QSignalSpy done(&w->renderPanel(), &RenderPanel::renderFinished);
@@ -83,9 +83,9 @@ TEST(RenderResult, ARenderedVideoTakesTheDisplayPlaceReadyToPlay) {
     ASSERT_TRUE(w->renderPanel().lastReport().ok())
         << w->renderPanel().lastReport().message.toStdString();
 
-    MediaPlayer* video = w->media().WMPAudio(0);
+    MediaPlayer* video = w->media().videoPlayer();
     EXPECT_EQ(video->URL(), paths.gstrFinalMixAVIFileSpec);
-    EXPECT_EQ(w->displayPlace().currentSurface(), DisplayPlace::VideoSurface);
+    EXPECT_EQ(w->displayPlace().currentSurface(), DisplaySurface::Video);
     EXPECT_TRUE(w->media().WindowsMediaPlayer1()->isVisible());
     EXPECT_EQ(video->volume(), 90);
     EXPECT_TRUE(keepAlive.isActive());
@@ -116,14 +116,14 @@ TEST(RenderResult, PlayRenderedPlaysAtVolumeNinety) {
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
     button(*w, "cmdPause")->click();
-    w->media().WMPAudio(0)->setVolume(40);
+    w->media().videoPlayer()->setVolume(40);
 
     button(*w, "cmdPlayRendered")->click();
-    MediaPlayer* video = w->media().WMPAudio(0);
+    MediaPlayer* video = w->media().videoPlayer();
     EXPECT_EQ(video->URL(), w->paths().gstrFinalMixAVIFileSpec);
     EXPECT_EQ(video->volume(), 90);
     EXPECT_TRUE(w->keepAwake().tmrMoveMouseToPreventScreenSaver().isActive());
-    EXPECT_EQ(w->displayPlace().currentSurface(), DisplayPlace::VideoSurface);
+    EXPECT_EQ(w->displayPlace().currentSurface(), DisplaySurface::Video);
     EXPECT_TRUE(QTest::qWaitFor(
         [&] { return video->playState() == static_cast<int>(PlayState::Playing); }, 10000));
 }
@@ -176,7 +176,7 @@ TEST(RenderResult, HeldPicturesPlayForTheirWholeTime) {
         },
         15000));
     EXPECT_GT(clock.elapsed(), 2500) << "the player ran through the held frames";
-    EXPECT_NEAR(player.duration(), 3.0, 0.1);
+    EXPECT_NEAR(player.durationMs(), 3000, 100);
     auto seen = [&](const QString& colour, double from, double to) {
         return std::any_of(shown.begin(), shown.end(), [&](const auto& s) {
             return s.second == colour && s.first >= from && s.first <= to;

@@ -1,4 +1,5 @@
 #include "app/Startup.h"
+#include "StudioProcess.h"
 #include "platform/TextFiles.h"
 #include "studio/AppFolder.h"
 #include "support/FifoWatch.h"
@@ -7,7 +8,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
@@ -19,24 +19,16 @@ using namespace cq;
 
 namespace {
 
-struct StudioRun {
-    int exitCode = -1;
-    QString out, err;
-};
+using test::StudioRun;
 
+// The studio program with its own home, and PATH when one is given.
 StudioRun runStudio(const QStringList& args, const QString& home, const QString& path = {}) {
-    QProcess p;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("HOME", home);
-    env.insert("XDG_CONFIG_HOME", home + "/.config");
-    env.insert("XDG_DATA_HOME", home + "/.local/share");
+    QMap<QString, QString> env{{"HOME", home},
+                               {"XDG_CONFIG_HOME", home + "/.config"},
+                               {"XDG_DATA_HOME", home + "/.local/share"}};
     if (!path.isNull())
         env.insert("PATH", path);
-    p.setProcessEnvironment(env);
-    p.start(CQ_STUDIO_EXECUTABLE, args);
-    EXPECT_TRUE(p.waitForFinished(60000));
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
-            QString::fromUtf8(p.readAllStandardError())};
+    return test::RunStudioProgram(args, env);
 }
 
 } // namespace
@@ -96,6 +88,18 @@ TEST(CheckCommand, AnEmptyAppDirIsRefusedAndFifosAreReportedWithoutWaiting) {
     EXPECT_TRUE(
         run.out.contains("problem: \"" + dir + "/ClipquillSetup.txt\" is not a regular file"))
         << run.out.toStdString();
+}
+
+TEST(CheckCommand, VersionAndUsageErrorsAnswerBeforeAnyFolderIsTouched) {
+    test::TestAppFolder app(false);
+    StudioRun run = runStudio({"--version"}, app.home());
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(run.out.startsWith("Clipquill v.")) << run.out.toStdString();
+    run = runStudio({"--app-dir", app.path() + "/new", "--bogus"}, app.home());
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.err.contains("bogus")) << run.err.toStdString();
+    EXPECT_TRUE(run.out.isEmpty());
+    EXPECT_FALSE(QFileInfo::exists(app.path() + "/new"));
 }
 
 TEST(AppFolder, AnEmptyFolderIsSeededWithToolLinksAndMedia) {

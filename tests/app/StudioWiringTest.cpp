@@ -46,13 +46,13 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     picture.fill(Qt::green);
     ASSERT_TRUE(picture.save(media.filePath("green field.jpg")));
     auto w = test::OpenStudio(app);
-    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaBrowser::kPicturesTab, media.path()));
+    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Pictures, media.path()));
     const EventGridModel& grid = w->timeline().grid();
 
     clickItem(w->findChild<QListWidget*>("File1_2"), "green field.jpg");
     EXPECT_EQ(grid.rowCount(), 0) << "nothing is logged while no recording runs";
     EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return w->displayPlace().currentSurface() == DisplayPlace::PictureSurface; }, 2000));
+        [&] { return w->displayPlace().currentSurface() == DisplaySurface::Picture; }, 2000));
 
     w->recordingState().gblnRecording = true;
     button(*w, "cmdDisplayVideoOrPics_1")->click();
@@ -69,7 +69,7 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     EXPECT_EQ(grid.row(1).mediaType, "Text");
     ASSERT_TRUE(grid.row(1).text.has_value());
     EXPECT_EQ(*grid.row(1).text, "See you soon");
-    EXPECT_EQ(w->displayPlace().currentSurface(), DisplayPlace::TextSurface);
+    EXPECT_EQ(w->displayPlace().currentSurface(), DisplaySurface::Text);
     EXPECT_FALSE(w->media().picDisplay()->picture().isNull());
     EXPECT_TRUE(QFile::exists(grid.row(1).fileSpec));
     // The switch never toggles back: a second press logs the text again.
@@ -78,11 +78,9 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     w->recordingState().gblnRecording = false;
 }
 
-TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
-    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
-        GTEST_SKIP() << "no test sound server";
-    test::TestAppFolder app;
-    QTemporaryDir media;
+namespace {
+// A four-second test video with sound and a two-second beep.
+void makeClipAndBeep(const QString& folder) {
     QProcess ffmpeg;
     ffmpeg.start("ffmpeg", {"-hide_banner",
                             "-loglevel",
@@ -99,33 +97,42 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
                             "mpeg4",
                             "-c:a",
                             "pcm_s16le",
-                            media.filePath("clip.avi"),
+                            folder + "/clip.avi",
                             "-f",
                             "lavfi",
                             "-i",
                             "sine=duration=2",
                             "-map",
                             "2:a",
-                            media.filePath("beep.wav")});
+                            folder + "/beep.wav"});
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
+}
+} // namespace
+
+TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
+    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
+        GTEST_SKIP() << "no test sound server";
+    test::TestAppFolder app;
+    QTemporaryDir media;
+    ASSERT_NO_FATAL_FAILURE(makeClipAndBeep(media.path()));
     auto w = test::OpenStudio(app);
-    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(0, media.path()));
-    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(1, media.path()));
+    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Video, media.path()));
+    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Audio, media.path()));
     const EventGridModel& grid = w->timeline().grid();
     w->recordingState().gblnRecording = true;
 
     clickItem(w->findChild<QListWidget*>("File1_1"), "beep.wav");
-    EXPECT_EQ(w->media().WMPAudio(1)->URL(), media.filePath("beep.wav"));
+    EXPECT_EQ(w->media().WMPAudio(MediaTabId::Audio)->URL(), media.filePath("beep.wav"));
     EXPECT_EQ(grid.rowCount(), 0) << "sounds are heard, never logged";
 
     clickItem(w->findChild<QListWidget*>("File1_0"), "clip.avi");
     ASSERT_EQ(grid.rowCount(), 1);
     EXPECT_EQ(grid.row(0).mediaType, "Video");
-    MediaPlayer* video = w->media().WMPAudio(0);
+    MediaPlayer* video = w->media().videoPlayer();
     ASSERT_TRUE(QTest::qWaitFor(
         [&] { return video->playState() == static_cast<int>(PlayState::Playing); }, 10000));
-    EXPECT_EQ(w->displayPlace().currentSurface(), DisplayPlace::VideoSurface);
+    EXPECT_EQ(w->displayPlace().currentSurface(), DisplaySurface::Video);
 
     video->setCurrentPosition(2.5);
     ASSERT_EQ(grid.rowCount(), 2);

@@ -151,16 +151,16 @@ TEST(PicturePages, ThumbnailClicksOnOtherMediaNavigateAndOnlyNonAudioIsLogged) {
 }
 
 TEST(LastView, TheLastRowOfAnotherKindDecides) {
-    EXPECT_EQ(RevertToLastView({"Video", "Pictures", "Text"}), 1);
-    EXPECT_EQ(RevertToLastView({"Pictures", "Video", "Text", "Text"}), 0);
-    EXPECT_EQ(RevertToLastView({"Text", "Video", "Pictures"}), 0);
-    EXPECT_EQ(RevertToLastView({"Video", "Text", "Pictures", "Pictures"}), 2);
-    EXPECT_EQ(RevertToLastView({"Text", "Pictures", "Video"}), 1);
-    EXPECT_EQ(RevertToLastView({"Pictures", "Text", "Both"}), 2);
-    EXPECT_EQ(RevertToLastView({"Pictures", "Video", ""}), 1);
+    EXPECT_EQ(RevertToLastView({"Video", "Pictures", "Text"}), DisplaySurface::Picture);
+    EXPECT_EQ(RevertToLastView({"Pictures", "Video", "Text", "Text"}), DisplaySurface::Video);
+    EXPECT_EQ(RevertToLastView({"Text", "Video", "Pictures"}), DisplaySurface::Video);
+    EXPECT_EQ(RevertToLastView({"Video", "Text", "Pictures", "Pictures"}), DisplaySurface::Text);
+    EXPECT_EQ(RevertToLastView({"Text", "Pictures", "Video"}), DisplaySurface::Picture);
+    EXPECT_EQ(RevertToLastView({"Pictures", "Text", "Both"}), DisplaySurface::Text);
+    EXPECT_EQ(RevertToLastView({"Pictures", "Video", ""}), DisplaySurface::Picture);
     // Nothing to go back to: the video surface.
-    EXPECT_EQ(RevertToLastView({"Text", "Text"}), 0);
-    EXPECT_EQ(RevertToLastView({}), 0);
+    EXPECT_EQ(RevertToLastView({"Text", "Text"}), DisplaySurface::Video);
+    EXPECT_EQ(RevertToLastView({}), DisplaySurface::Video);
 }
 
 TEST(FolderListing, PatternMatchesWithoutRegardToCaseAndSkipsOtherFiles) {

@@ -4,21 +4,13 @@
 
 using namespace cq;
 
-TEST(TimeCode, SecondsToCodeCutsTheFractionAndPadsFields) {
-    EXPECT_EQ(SecondsAndMSToHHMMSSMS(65.5), "00:01:05.5");
-    EXPECT_EQ(SecondsAndMSToHHMMSSMS(3725.125), "01:02:05.125");
-    EXPECT_EQ(SecondsAndMSToHHMMSSMS(7), "00:00:07.");
-    EXPECT_EQ(SecondsAndMSToHHMMSSMS(3600), "01:00:00.");
-    EXPECT_EQ(SecondsAndMSToHHMMSSMS(59.99987), "00:00:59.999");
-    EXPECT_EQ(SecondsAndMSToHHMMSSMS(0.29), "00:00:00.29");
-    EXPECT_EQ(SecondsAndMSToHHMMSSMS(360000), "100:00:00.");
-}
-
-TEST(TimeCode, MillisecondsGiveTheSameCodeAsTheirSeconds) {
+TEST(TimeCode, MillisecondsGiveACodeWithoutTrailingZeros) {
     EXPECT_EQ(TimeCodeFromMs(65500), "00:01:05.5");
     EXPECT_EQ(TimeCodeFromMs(7000), "00:00:07.");
     EXPECT_EQ(TimeCodeFromMs(12345), "00:00:12.345");
     EXPECT_EQ(TimeCodeFromMs(4050), "00:00:04.05");
+    EXPECT_EQ(TimeCodeFromMs(3600000), "01:00:00.");
+    EXPECT_EQ(TimeCodeFromMs(360000000), "100:00:00.");
 }
 
 TEST(TimeCode, CodeToSecondsReadsFixedPositions) {
@@ -33,7 +25,7 @@ TEST(TimeCode, RoundTripKeepsSecondsAndFractionDigitsBelow32768) {
     for (int whole = 0; whole < 32768; whole += 7) {
         for (const char* fraction : {"", "5", "05", "125", "999"}) {
             const QString seconds = QString::number(whole) + u'.' + QLatin1String(fraction);
-            const QString code = SecondsAndMSToHHMMSSMS(seconds.toDouble());
+            const QString code = TimeCodeFromMs(SecondsTextToMs(seconds));
             // A text such as "12.50" is the number 12.5: compare with its shortest form.
             QString expected = QString::number(whole) + u'.' + QLatin1String(fraction);
             while (expected.endsWith(u'0') && expected.contains(u'.') &&

@@ -155,8 +155,11 @@ TEST(ToolRunner, ItsOwnSignalsMayStartTheNextRunOrDeleteIt) {
     QObject::connect(program, &ToolRunner::outputLine, [&](const QString&) { delete program; });
     ASSERT_TRUE(program->startProgram("/bin/echo", {"x"}));
     EXPECT_TRUE(Eventually([&] { return programAlive.isNull(); }, 20000));
-    // Events still flow afterwards: the deferred deletions find nothing freed twice.
-    QTest::qWait(50);
+    // Events still flow afterwards: a deletion deferred after the runners' own comes through, so
+    // theirs ran without freeing anything twice.
+    QPointer<QObject> last = new QObject;
+    last->deleteLater();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return last.isNull(); }, 20000));
 }
 
 TEST(ToolRunner, NoToolOfAScriptOutlivesItsRunOrItsRunner) {

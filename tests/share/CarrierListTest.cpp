@@ -33,9 +33,9 @@ TEST(CarrierList, NameIsBeforeTheFirstSemicolonAndBadLinesAreSkippedOrEndTheList
                             "After;mms.after.example\r\n";
     EXPECT_EQ(ParseCarrierFile(file), (QList<Carrier>{{"Acme Mobile", "mms.acme.example;x"},
                                                       {"Second", "mms.second.example"}}));
-    // An empty line has no ";" either.
-    EXPECT_EQ(Names(ParseCarrierFile("One;one.example\r\n\r\nTwo;two.example\r\n")),
-              QStringList{"One"});
+    // Blank lines are spacing, not the end of the list.
+    EXPECT_EQ(Names(ParseCarrierFile("\r\nOne;one.example\r\n\r\n \t\r\nTwo;two.example\r\n")),
+              QStringList({"One", "Two"}));
     // Bare LF line ends, as a Linux editor writes them, read the same.
     EXPECT_EQ(Names(ParseCarrierFile("One;one.example\nTwo;two.example\n")),
               QStringList({"One", "Two"}));
@@ -98,6 +98,13 @@ TEST(CarrierList, AddedCarrierGoesBeforeTheLineThatEndsTheList) {
     EXPECT_EQ(FileBytes(fileSpec),
               "One;one.example\r\nTwo;mms.two.example\r\nnotes: keep this\r\n");
     EXPECT_EQ(Names(FillCarrierList(fileSpec)).mid(0, 2), QStringList({"One", "Two"}));
+
+    // Past blank lines between carriers, before those after the last one.
+    test::WriteFile(fileSpec, "One;one.example\r\n\r\nTwo;two.example\r\n\r\nnotes\r\n");
+    EXPECT_TRUE(AddCarrierToFile(fileSpec, "Three", "mms.three.example").isEmpty());
+    EXPECT_EQ(FileBytes(fileSpec), "One;one.example\r\n\r\nTwo;two.example\r\n"
+                                   "Three;mms.three.example\r\n\r\nnotes\r\n");
+    EXPECT_EQ(Names(FillCarrierList(fileSpec)).mid(0, 3), QStringList({"One", "Two", "Three"}));
 
     // A new file is made when there was none.
     const QString fresh = dir.path() + "/System/New.txt";

@@ -48,19 +48,18 @@ TEST(MainWindowText, BigTextButtonResizesTheBrowserListsWithTheTextList) {
     EXPECT_NE(files->font().pointSizeF(), first);
 }
 
-TEST(MainWindowText, TabControlsDriveTheirPlayersAndRememberTheLastOneUsed) {
+TEST(MainWindowText, TabControlsDriveTheirOwnPlayers) {
     test::TestAppFolder app;
     frmClipquill w(WindowlessStartup::run(app.path(), XdgFolders::fromDesktop()));
-    EXPECT_EQ(w.media().WMPAudio(0), w.media().WindowsMediaPlayer1()->player());
-    EXPECT_NE(w.media().WMPAudio(2), nullptr);
-    EXPECT_EQ(w.media().WMPAudio(4), nullptr) << "the text tab speaks, it plays nothing";
-    PlayerControls* pictures = w.media().playerControls(2);
+    EXPECT_EQ(w.media().WMPAudio(MediaTabId::Video), w.media().WindowsMediaPlayer1()->player());
+    EXPECT_NE(w.media().WMPAudio(MediaTabId::Pictures), nullptr);
+    EXPECT_EQ(w.media().WMPAudio(MediaTabId::TextAndSpeech), nullptr)
+        << "the text tab speaks, it plays nothing";
+    PlayerControls* pictures = w.media().playerControls(MediaTabId::Pictures);
     pictures->cmdMute_Click();
-    EXPECT_TRUE(w.media().WMPAudio(2)->mute());
-    EXPECT_FALSE(w.media().WMPAudio(3)->mute());
-    QTest::mouseClick(pictures, Qt::LeftButton);
-    EXPECT_EQ(w.media().lastAudioPlayerIndex(), 2);
-    PlayerControls* text = w.media().playerControls(4);
+    EXPECT_TRUE(w.media().WMPAudio(MediaTabId::Pictures)->mute());
+    EXPECT_FALSE(w.media().WMPAudio(MediaTabId::SoundEffects)->mute());
+    PlayerControls* text = w.media().playerControls(MediaTabId::TextAndSpeech);
     text->cmdMute_Click(); // silences the voice; no player, no error
     EXPECT_TRUE(text->muted());
 }

@@ -84,7 +84,6 @@ TEST(TextFitting, TooManyLinesMoveToTheNextSmallerSize) {
     const TextLayout layout = FitTextToSurface(text, 1400, 900, 96, kMeasurer);
     ASSERT_TRUE(layout.fits);
     EXPECT_EQ(layout.pointSize, 96);
-    EXPECT_EQ(layout.sizePosition, 3);
     EXPECT_EQ(layout.lines.size(), 5);
     EXPECT_EQ(layout.top, (900 - 5 * 144) / 2);
 }

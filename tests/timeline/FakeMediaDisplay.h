@@ -33,8 +33,8 @@ public:
         calls << QStringLiteral("stop video");
     }
     void setVideoMuted(bool m) override { muted = m; }
-    void playAudio(int tab, const QString& f) override {
-        calls << QStringLiteral("audio %1 %2").arg(tab).arg(f);
+    void playAudio(MediaTabId tab, const QString& f) override {
+        calls << QStringLiteral("audio %1 %2").arg(TabIndex(tab)).arg(f);
     }
     void showPicture(const QString& f) override { calls << QStringLiteral("picture ") + f; }
     void showText(const QString& t, bool speak) override {
@@ -48,7 +48,9 @@ public:
         QFile file(f);
         return file.open(QIODevice::WriteOnly) && file.write("BM") == 2;
     }
-    void switchDisplay(int view) override { calls << QStringLiteral("switch %1").arg(view); }
+    void switchDisplay(DisplaySurface view) override {
+        calls << QStringLiteral("switch %1").arg(SurfaceIndex(view));
+    }
     void clearDisplay() override { calls << QStringLiteral("clear"); }
     void stopPlayers() override {
         playing = false;

@@ -10,6 +10,7 @@
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -122,7 +123,6 @@ TEST(SlideShow, StopEndsTheShowBeforeItsNextPictureAndAStartBeginsAgain) {
     QSignalSpy running(&b.show, &SlideShow::runningChanged);
     b.show.setWaitText("200");
     b.show.cmdSlideShow_Click();
-    QTest::qWait(50);
     b.show.cmdSlideShow_Click(); // the second click stops, though 200 s are pending
     EXPECT_FALSE(b.show.isRunning());
     ASSERT_EQ(running.size(), 2);
@@ -132,7 +132,14 @@ TEST(SlideShow, StopEndsTheShowBeforeItsNextPictureAndAStartBeginsAgain) {
     b.show.cmdSlideShow_Click();
     b.show.stop(); // Stop of the recorder
     const qsizetype shown = b.display.calls.size();
-    QTest::qWait(400);
+    // A precise timer of the same wait, started later, fires after the show's next step would
+    // have come.
+    QTimer later;
+    later.setSingleShot(true);
+    later.setTimerType(Qt::PreciseTimer);
+    QSignalSpy passed(&later, &QTimer::timeout);
+    later.start(150);
+    ASSERT_TRUE(passed.wait(10000));
     EXPECT_EQ(b.display.calls.size(), shown); // no step of a stopped show comes late
     EXPECT_EQ(b.grid.rowCount(), 0);          // nothing is logged without a recording
 }

@@ -14,7 +14,10 @@ KeepAwake::KeepAwake(QObject* parent) : QObject(parent), m_runner(new ToolRunner
 }
 
 void KeepAwake::tmrMoveMouseToPreventScreenSaver_Timer() {
-    ++m_ticks;
+    resetScreenSaver();
+}
+
+void KeepAwake::resetScreenSaver() {
     // A reset still under way from the last tick is as good as a new one.
     if (m_runner->isRunning())
         return;

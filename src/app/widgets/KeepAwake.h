@@ -15,14 +15,14 @@ public:
     explicit KeepAwake(QObject* parent = nullptr);
 
     QTimer& tmrMoveMouseToPreventScreenSaver() { return m_timer; }
-    int ticks() const { return m_ticks; }
 
 private:
+    // Named after the mouse nudge that kept screen savers away on older desktops.
     void tmrMoveMouseToPreventScreenSaver_Timer();
+    void resetScreenSaver();
 
     QTimer m_timer;
     ToolRunner* m_runner = nullptr;
-    int m_ticks = 0;
 };
 
 } // namespace cq

@@ -40,9 +40,9 @@ MediaStation::MediaStation(const AppPaths& paths, DirectorySettings& settings,
 
 void MediaStation::buildPlayers(QWidget* mediaArea, QWidget* displayParent) {
     m_RecordedAudioPlayBackWMP = new MediaPlayer(this);
-    for (int i = 1; i < 8; ++i)
-        if (i != PlayerControls::kTextAndSpeechIndex && i != PlayerControls::kUndrivenSliderIndex)
-            m_WMPAudio[i] = new MediaPlayer(this);
+    for (MediaTabId tab : {MediaTabId::Audio, MediaTabId::Pictures, MediaTabId::SoundEffects,
+                           MediaTabId::Other1, MediaTabId::Other2})
+        m_WMPAudio[TabIndex(tab)] = new MediaPlayer(this);
     m_masterVolume = new MasterVolume(this);
     m_WindowsMediaPlayer1 = new VideoPlayerWidget(displayParent);
     m_picDisplay = new TextDisplaySurface(displayParent);
@@ -57,13 +57,11 @@ void MediaStation::buildPlayers(QWidget* mediaArea, QWidget* displayParent) {
 
 void MediaStation::placeInBrowser() {
     m_browser->setTextFrame(m_fraText);
-    for (int i = 0; i < MediaBrowser::kTabCount; ++i) {
-        auto* controls = new PlayerControls(i, WMPAudio(i), m_browser);
+    for (int i = 0; i < kMediaTabCount; ++i) {
+        auto* controls = new PlayerControls(TabAt(i), WMPAudio(TabAt(i)), m_browser);
         connect(controls, &PlayerControls::stopSpeechRequested, this, &MediaStation::StopSpeaking);
-        connect(controls, &PlayerControls::playerClicked, this,
-                [this](int index) { m_lastAudioPlayerIndex = index; });
         m_controls[i] = controls;
-        m_browser->setTabControls(i, controls);
+        m_browser->setTabControls(TabAt(i), controls);
     }
 }
 
@@ -77,14 +75,16 @@ void MediaStation::wireDisplay() {
     connect(m_display, &DisplayPlace::viewPicsClicked, m_browser, &MediaBrowser::cmdViewPics_Click);
 }
 
-MediaPlayer* MediaStation::WMPAudio(int index) const {
-    if (index == 0)
-        return m_WindowsMediaPlayer1->player();
-    return index > 0 && index < 8 ? m_WMPAudio[index] : nullptr;
+MediaPlayer* MediaStation::videoPlayer() const {
+    return m_WindowsMediaPlayer1->player();
 }
 
-PlayerControls* MediaStation::playerControls(int index) const {
-    return index >= 0 && index < 8 ? m_controls[index] : nullptr;
+MediaPlayer* MediaStation::WMPAudio(MediaTabId tab) const {
+    return tab == MediaTabId::Video ? videoPlayer() : m_WMPAudio[TabIndex(tab)];
+}
+
+PlayerControls* MediaStation::playerControls(MediaTabId tab) const {
+    return m_controls[TabIndex(tab)];
 }
 
 void MediaStation::SpeakText() {
@@ -97,8 +97,8 @@ void MediaStation::StopSpeaking() {
 
 void MediaStation::stopAllPlayers() {
     m_RecordedAudioPlayBackWMP->stop();
-    for (int i = 0; i < 8; ++i)
-        if (MediaPlayer* p = WMPAudio(i))
+    for (int i = 0; i < kMediaTabCount; ++i)
+        if (MediaPlayer* p = WMPAudio(TabAt(i)))
             p->stop();
     StopSpeaking();
 }

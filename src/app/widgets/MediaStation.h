@@ -1,5 +1,6 @@
 #pragma once
 
+#include "library/MediaTabs.h"
 #include "studio/AppPaths.h"
 #include "studio/DirectorySettings.h"
 #include "studio/StudioSettings.h"
@@ -37,16 +38,17 @@ public:
     MediaBrowser& mediaBrowser() const { return *m_browser; }
     DisplayPlace& displayPlace() const { return *m_display; }
     VolumeLevelsPanel* volumeLevels() const { return m_volumeLevels; }
-    PlayerTransport* videoTransport() const { return m_videoTransport; }
     SpeechVoice* vox() const { return m_vox; }
     TextFrame* fraText() const { return m_fraText; }
     TextDisplaySurface* picDisplay() const { return m_picDisplay; }
     VideoPlayerWidget* WindowsMediaPlayer1() const { return m_WindowsMediaPlayer1; }
     MediaPlayer* RecordedAudioPlayBackWMP() const { return m_RecordedAudioPlayBackWMP; }
-    // The player of media tab i: the video player for 0, otherwise WMPAudio(i).
-    MediaPlayer* WMPAudio(int index) const;
-    PlayerControls* playerControls(int index) const;
-    int lastAudioPlayerIndex() const { return m_lastAudioPlayerIndex; }
+    // The video player of the display place, which the Video tab's controls drive.
+    MediaPlayer* videoPlayer() const;
+    // The player of a media tab: the video player for the Video tab, none for the text tab
+    // and the Standard Effects tab.
+    MediaPlayer* WMPAudio(MediaTabId tab) const;
+    PlayerControls* playerControls(MediaTabId tab) const;
 
     void SpeakText();
     void StopSpeaking();
@@ -69,9 +71,8 @@ private:
     MasterVolume* m_masterVolume = nullptr;
     VolumeLevelsPanel* m_volumeLevels = nullptr;
     PlayerTransport* m_videoTransport = nullptr;
-    MediaPlayer* m_WMPAudio[8] = {};
-    PlayerControls* m_controls[8] = {};
-    int m_lastAudioPlayerIndex = 0;
+    MediaPlayer* m_WMPAudio[kMediaTabCount] = {};
+    PlayerControls* m_controls[kMediaTabCount] = {};
 };
 
 } // namespace cq

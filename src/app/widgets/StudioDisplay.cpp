@@ -39,14 +39,13 @@ void StudioDisplay::connectTimeline(TimelineStudio& timeline) {
     connect(
         &browser, &MediaBrowser::mediaEventRequested, logger,
         [logger](const QString& type, const QString& file) { logger->LogMediaEvent(type, file); });
-    connect(m_media.fraText(), &TextFrame::textClicked, clicks,
-            [clicks](const QString& text, int option) {
-                clicks->lstText_Click(text, static_cast<TextOption>(option));
-            });
+    connect(
+        m_media.fraText(), &TextFrame::textClicked, clicks,
+        [clicks](const QString& text, TextOption option) { clicks->lstText_Click(text, option); });
     connect(&place, &DisplayPlace::displaySwitchClicked, this, &StudioDisplay::afterDisplaySwitch);
     connect(&place, &DisplayPlace::fullScreenClicked, this, &StudioDisplay::cmdFullScreen_Click);
 
-    MediaPlayer* video = m_media.WMPAudio(0);
+    MediaPlayer* video = m_media.videoPlayer();
     // The user moved the video's play position: the video from there is a new event.
     connect(video, &MediaPlayer::positionChange, logger,
             [logger, video](double, double newPosition) {
@@ -56,43 +55,43 @@ void StudioDisplay::connectTimeline(TimelineStudio& timeline) {
 }
 
 void StudioDisplay::showVideo(const QString& fileSpec, qint64 beginMs) {
-    MediaPlayer* player = m_media.WMPAudio(0);
+    MediaPlayer* player = m_media.videoPlayer();
     player->setURL(fileSpec);
     if (beginMs > 0)
         player->mediaPlayer()->setPosition(beginMs);
-    m_media.displayPlace().showSurface(DisplayPlace::VideoSurface);
+    m_media.displayPlace().showSurface(DisplaySurface::Video);
 }
 
 QString StudioDisplay::currentVideo() const {
-    return m_media.WMPAudio(0)->URL();
+    return m_media.videoPlayer()->URL();
 }
 
 bool StudioDisplay::isVideoPlaying() const {
-    return m_media.WMPAudio(0)->playState() == static_cast<int>(PlayState::Playing);
+    return m_media.videoPlayer()->playState() == static_cast<int>(PlayState::Playing);
 }
 
 qint64 StudioDisplay::videoPositionMs() const {
-    return m_media.WMPAudio(0)->mediaPlayer()->position();
+    return m_media.videoPlayer()->mediaPlayer()->position();
 }
 
 void StudioDisplay::bringVideoToFront() {
-    m_media.displayPlace().showSurface(DisplayPlace::VideoSurface);
+    m_media.displayPlace().showSurface(DisplaySurface::Video);
 }
 
 void StudioDisplay::stopVideo() {
-    m_media.WMPAudio(0)->stop();
+    m_media.videoPlayer()->stop();
 }
 
 void StudioDisplay::setVideoMuted(bool muted) {
-    m_media.WMPAudio(0)->setMute(muted);
+    m_media.videoPlayer()->setMute(muted);
 }
 
-void StudioDisplay::playAudio(int tab, const QString& fileSpec) {
-    // The text tab and the tab whose slider drives nothing have no player of their own: a
-    // sound clicked there plays on the Audio tab's player.
-    MediaPlayer* player = tab > 0 ? m_media.WMPAudio(tab) : nullptr;
+void StudioDisplay::playAudio(MediaTabId tab, const QString& fileSpec) {
+    // The video tab's player is the display place's, and the text tab and the tab whose slider
+    // drives nothing have none: a sound clicked there plays on the Audio tab's player.
+    MediaPlayer* player = tab != MediaTabId::Video ? m_media.WMPAudio(tab) : nullptr;
     if (!player)
-        player = m_media.WMPAudio(1);
+        player = m_media.WMPAudio(MediaTabId::Audio);
     player->setURL(fileSpec);
 }
 
@@ -102,7 +101,7 @@ void StudioDisplay::showPicture(const QString& fileSpec) {
 
 void StudioDisplay::showText(const QString& text, bool speak) {
     DisplayPlace& place = m_media.displayPlace();
-    place.showSurface(DisplayPlace::TextSurface);
+    place.showSurface(DisplaySurface::Text);
     if (!m_media.picDisplay()->Preview(text)) {
         // Never modal: a replay or recording goes on behind the message.
         QMessageBox* box = MakeMessageTooBig(&place);
@@ -122,47 +121,46 @@ bool StudioDisplay::saveTextPicture(const QString& fileSpec) {
     return m_media.picDisplay()->savePicture(fileSpec);
 }
 
-void StudioDisplay::switchDisplay(int view) {
-    if (view == DisplayPlace::VideoSurface || view == DisplayPlace::PictureSurface)
+void StudioDisplay::switchDisplay(DisplaySurface view) {
+    if (view != DisplaySurface::Text)
         m_media.displayPlace().showSurface(view);
     afterDisplaySwitch(view);
 }
 
 QString StudioDisplay::pictureForSwitch() const {
-    const MediaTab* pictures = m_media.mediaBrowser().tab(MediaBrowser::kPicturesTab);
+    const MediaTab* pictures = m_media.mediaBrowser().tab(MediaTabId::Pictures);
     const QString selected = pictures->selectedEntry();
     if (!selected.isEmpty())
         return pictures->path() + u'/' + selected;
     return m_media.displayPlace().lastPicture();
 }
 
-void StudioDisplay::afterDisplaySwitch(int view) {
+void StudioDisplay::afterDisplaySwitch(DisplaySurface view) {
     if (!m_timeline)
         return;
-    if (view == DisplayPlace::VideoSurface) {
+    if (view == DisplaySurface::Video) {
         if (!currentVideo().isEmpty())
             m_timeline->logger().LogMediaEvent(QStringLiteral("Video"), currentVideo(),
                                                seconds(videoPositionMs(), 2));
-    } else if (view == DisplayPlace::PictureSurface) {
+    } else if (view == DisplaySurface::Picture) {
         const QString picture = pictureForSwitch();
         if (!picture.isEmpty())
             m_timeline->logger().LogMediaEvent(QStringLiteral("Pictures"), picture);
-    } else if (view == DisplayPlace::TextSurface) {
-        m_timeline->clicks().lstText_Click(
-            m_studio.gstrCurrentText, static_cast<TextOption>(m_media.fraText()->selectedOption()),
-            true);
+    } else if (view == DisplaySurface::Text) {
+        m_timeline->clicks().lstText_Click(m_studio.gstrCurrentText,
+                                           m_media.fraText()->selectedOption(), true);
     }
 }
 
 void StudioDisplay::cmdFullScreen_Click() {
-    MediaPlayer* video = m_media.WMPAudio(0);
+    MediaPlayer* video = m_media.videoPlayer();
     if (video->playState() == static_cast<int>(PlayState::Playing))
         video->setFullScreen(!video->fullScreen());
 }
 
 void StudioDisplay::clearDisplay() {
     m_media.picDisplay()->clear();
-    m_media.displayPlace().showSurface(DisplayPlace::TextSurface);
+    m_media.displayPlace().showSurface(DisplaySurface::Text);
 }
 
 void StudioDisplay::stopPlayers() {

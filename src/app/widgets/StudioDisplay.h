@@ -28,19 +28,19 @@ public:
     void bringVideoToFront() override;
     void stopVideo() override;
     void setVideoMuted(bool muted) override;
-    void playAudio(int tab, const QString& fileSpec) override;
+    void playAudio(MediaTabId tab, const QString& fileSpec) override;
     void showPicture(const QString& fileSpec) override;
     void showText(const QString& text, bool speak) override;
     void speakText(const QString& text) override;
     bool saveTextPicture(const QString& fileSpec) override;
-    void switchDisplay(int view) override;
+    void switchDisplay(DisplaySurface view) override;
     void clearDisplay() override;
     void stopPlayers() override;
 
 private:
-    // cmdDisplayVideoOrPics(view) after its surface is shown: logs the video or picture, and
-    // for the text runs the text-list click.
-    void afterDisplaySwitch(int view);
+    // A display switch after its surface is shown: logs the video or picture, and for the text
+    // runs the text-list click.
+    void afterDisplaySwitch(DisplaySurface view);
     // The Pictures tab's selected file, else the picture shown last.
     QString pictureForSwitch() const;
     void cmdFullScreen_Click();

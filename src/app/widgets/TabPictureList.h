@@ -6,8 +6,8 @@ namespace cq {
 
 class MediaTab;
 
-// File1(2) for the slide show: the Pictures tab's folder, its listed files and the rows the
-// user picked.
+// The Pictures tab's file list (File1_2) as the slide show sees it: the tab's folder, its listed
+// files and the rows the user picked.
 class TabPictureList : public PictureList {
 public:
     explicit TabPictureList(const MediaTab& tab) : m_tab(tab) {}

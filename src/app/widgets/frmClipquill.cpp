@@ -1,6 +1,6 @@
 #include "app/widgets/frmClipquill.h"
 
-#include "Version.h"
+#include "app/StudioOptions.h"
 #include "app/StudioRender.h"
 #include "app/widgets/KeepAwake.h"
 #include "app/widgets/MediaStation.h"
@@ -49,10 +49,7 @@ const QStringList kVideoSizes{QStringLiteral("160X120"), QStringLiteral("176X144
 } // namespace
 
 QString frmClipquill::windowTitleText() {
-    return QStringLiteral("Clipquill v.%1.%2.%3")
-        .arg(kVersionMajor)
-        .arg(kVersionMinor)
-        .arg(kVersionRevision, 3, 10, QChar(u'0'));
+    return StudioVersionText();
 }
 
 frmClipquill::frmClipquill(WindowlessStartup startup, QWidget* parent)
@@ -75,31 +72,7 @@ void frmClipquill::buildLayout() {
     auto* central = new QWidget(this);
     auto* outer = new QVBoxLayout(central);
 
-    m_topBar = new QHBoxLayout;
-    auto* sizeLabel = new QLabel(QStringLiteral("Video size:"), central);
-    m_cboVideoRes = new QComboBox(central);
-    m_cboVideoRes->setObjectName(QStringLiteral("cboVideoRes"));
-    m_cboVideoRes->setEditable(true);
-    m_cboVideoRes->addItems(kVideoSizes);
-    m_cboVideoRes->setCurrentText(m_studio.gstrVideoRes);
-    m_cboVideoRes->setToolTip(QStringLiteral("Frame size of the rendered video"));
-    m_cboVideoRes->setAccessibleName(QStringLiteral("Video size"));
-    sizeLabel->setBuddy(m_cboVideoRes);
-    connect(m_cboVideoRes, &QComboBox::currentTextChanged, this, &frmClipquill::cboVideoRes_Change);
-
-    m_cmdSaveDirectories = new QPushButton(QStringLiteral("Save Directory Settings"), central);
-    m_cmdSaveDirectories->setObjectName(QStringLiteral("cmdSaveDirectories"));
-    m_cmdSaveDirectories->setToolTip(
-        QStringLiteral("Remember the folders of the media tabs for the next start"));
-    connect(m_cmdSaveDirectories, &QPushButton::clicked, this,
-            &frmClipquill::cmdSaveDirectories_Click);
-
-    m_topBar->addWidget(sizeLabel);
-    m_topBar->addWidget(m_cboVideoRes);
-    m_renderPanel = new RenderPanel(m_paths, m_studio, *m_toolPool, central);
-    m_topBar->addWidget(m_renderPanel);
-    m_topBar->addStretch(1);
-    m_topBar->addWidget(m_cmdSaveDirectories);
+    buildTopBar(central);
     outer->addLayout(m_topBar);
 
     m_splitter = new QSplitter(Qt::Horizontal, central);
@@ -131,6 +104,39 @@ void frmClipquill::buildLayout() {
     outer->addWidget(m_sharePanel);
 
     setCentralWidget(central);
+    buildStatusBar();
+}
+
+// The frame size, the render controls and the button that keeps the folders.
+void frmClipquill::buildTopBar(QWidget* central) {
+    m_topBar = new QHBoxLayout;
+    auto* sizeLabel = new QLabel(QStringLiteral("Video size:"), central);
+    m_cboVideoRes = new QComboBox(central);
+    m_cboVideoRes->setObjectName(QStringLiteral("cboVideoRes"));
+    m_cboVideoRes->setEditable(true);
+    m_cboVideoRes->addItems(kVideoSizes);
+    m_cboVideoRes->setCurrentText(m_studio.gstrVideoRes);
+    m_cboVideoRes->setToolTip(QStringLiteral("Frame size of the rendered video"));
+    m_cboVideoRes->setAccessibleName(QStringLiteral("Video size"));
+    sizeLabel->setBuddy(m_cboVideoRes);
+    connect(m_cboVideoRes, &QComboBox::currentTextChanged, this, &frmClipquill::cboVideoRes_Change);
+
+    m_cmdSaveDirectories = new QPushButton(QStringLiteral("Save Directory Settings"), central);
+    m_cmdSaveDirectories->setObjectName(QStringLiteral("cmdSaveDirectories"));
+    m_cmdSaveDirectories->setToolTip(
+        QStringLiteral("Remember the folders of the media tabs for the next start"));
+    connect(m_cmdSaveDirectories, &QPushButton::clicked, this,
+            &frmClipquill::cmdSaveDirectories_Click);
+
+    m_topBar->addWidget(sizeLabel);
+    m_topBar->addWidget(m_cboVideoRes);
+    m_renderPanel = new RenderPanel(m_paths, m_studio, *m_toolPool, central);
+    m_topBar->addWidget(m_renderPanel);
+    m_topBar->addStretch(1);
+    m_topBar->addWidget(m_cmdSaveDirectories);
+}
+
+void frmClipquill::buildStatusBar() {
     // Where the last render went, for the user to find it outside the studio too.
     m_lblStatus = new QLabel(this);
     m_lblStatus->setObjectName(QStringLiteral("lblStatus"));
@@ -145,7 +151,7 @@ void frmClipquill::buildLayout() {
 
 QLayout* frmClipquill::buildTimeline(QWidget* central) {
     m_pictureList =
-        std::make_unique<TabPictureList>(*m_media->mediaBrowser().tab(MediaBrowser::kPicturesTab));
+        std::make_unique<TabPictureList>(*m_media->mediaBrowser().tab(MediaTabId::Pictures));
     m_timeline =
         new TimelineStudio({m_recording, m_studio, m_paths, m_settings, central, *m_display,
                             m_media->RecordedAudioPlayBackWMP(), m_pictureList.get()},
@@ -164,8 +170,8 @@ QLayout* frmClipquill::buildTimeline(QWidget* central) {
 void frmClipquill::connectRender() {
     m_renderPanel->setRequestProvider([this] {
         return StudioRenderRequest(m_paths, m_studio, m_timeline->grid().rows(),
-                                   m_paths.gstrRecordedAudioFileSpec,
-                                   qRound64(m_recording.gdblRecordingLength * 1000.0), {});
+                                   m_paths.gstrRecordedAudioFileSpec, m_recording.recordingLengthMs,
+                                   {});
     });
     // The rendered video takes the display place's player; the players let go of the files
     // a new render replaces.
@@ -174,7 +180,7 @@ void frmClipquill::connectRender() {
     connect(m_renderPanel, &RenderPanel::renderFinished, this, &frmClipquill::onRenderFinished);
     connect(m_renderPanel, &RenderPanel::releaseFilesRequested, this, [this] {
         m_media->stopAllPlayers();
-        m_media->WMPAudio(0)->close();
+        m_media->videoPlayer()->close();
     });
 }
 
@@ -193,13 +199,13 @@ void frmClipquill::onRenderFinished(const RenderReport& report) {
 void frmClipquill::showRenderedResult(const QString& file, bool play) {
     // Watching the result is like recording: the screen saver stays away again (Stop ended it).
     m_keepAwake->tmrMoveMouseToPreventScreenSaver().start(50000);
-    MediaPlayer* player = m_media->WMPAudio(0);
+    MediaPlayer* player = m_media->videoPlayer();
     player->setVolume(90);
     if (play)
         player->setURL(file);
     else
         player->cue(file);
-    m_media->displayPlace().showSurface(DisplayPlace::VideoSurface);
+    m_media->displayPlace().showSurface(DisplaySurface::Video);
     m_lblStatus->setText(QStringLiteral("The render is ready to play in the display place: %1")
                              .arg(QDir::toNativeSeparators(file)));
 }

@@ -49,7 +49,6 @@ public:
     DisplayPlace& displayPlace();
     RenderPanel& renderPanel() { return *m_renderPanel; }
     QLabel* statusText() const { return m_lblStatus; }
-    SharePanel& sharePanel() { return *m_sharePanel; }
     TimelineStudio& timeline() { return *m_timeline; }
 
     static QString windowTitleText();
@@ -59,6 +58,8 @@ protected:
 
 private:
     void buildLayout();
+    void buildTopBar(QWidget* central);
+    void buildStatusBar();
     QLayout* buildTimeline(QWidget* central);
     void connectRender();
     // The rendered file in the display place's player, at the volume a result is watched at;

@@ -49,10 +49,8 @@ MediaPlayer::MediaPlayer(QObject* parent)
             Qt::QueuedConnection);
     connect(m_player, &QMediaPlayer::mediaStatusChanged, this, &MediaPlayer::updatePlayState,
             Qt::QueuedConnection);
-    connect(m_player, &QMediaPlayer::positionChanged, this,
-            [this](qint64 ms) { emit positionTick(ms / 1000.0); });
-    connect(m_player, &QMediaPlayer::durationChanged, this,
-            [this](qint64 ms) { emit durationChanged(ms / 1000.0); });
+    connect(m_player, &QMediaPlayer::positionChanged, this, &MediaPlayer::positionTick);
+    connect(m_player, &QMediaPlayer::durationChanged, this, &MediaPlayer::durationChanged);
 }
 
 void MediaPlayer::setURL(const QString& url) {
@@ -115,8 +113,8 @@ void MediaPlayer::setCurrentPosition(double seconds) {
     emit positionChange(old, double(ms) / 1000.0);
 }
 
-double MediaPlayer::duration() const {
-    return m_player->duration() / 1000.0;
+qint64 MediaPlayer::durationMs() const {
+    return m_player->duration();
 }
 
 void MediaPlayer::setVolume(int volume) {

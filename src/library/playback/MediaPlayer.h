@@ -48,7 +48,7 @@ public:
     double currentPosition() const;
     // Moves the play position as the user would; positionChange follows.
     void setCurrentPosition(double seconds);
-    double duration() const;
+    qint64 durationMs() const;
 
     int volume() const { return m_volume; }
     void setVolume(int volume);
@@ -71,8 +71,8 @@ signals:
     void click();
     void fullScreenChanged(bool fullScreen);
     // Playback progress, for a position bar (not a user move: see positionChange).
-    void positionTick(double seconds);
-    void durationChanged(double seconds);
+    void positionTick(qint64 ms);
+    void durationChanged(qint64 ms);
 
 private:
     void updatePlayState();

@@ -37,11 +37,6 @@ int MasterVolumeValue(int knobLeft, int travel) {
                             std::clamp(knobLeft, 0, travel) / travel);
 }
 
-quint32 MasterVolumeWord(int masterValue) {
-    const auto half = static_cast<quint32>(std::clamp(masterValue, 0, 0xFFFF));
-    return half | (half << 16);
-}
-
 int MasterVolumePercent(int masterValue) {
     const int clamped = std::clamp(masterValue, 0, kMasterVolumeMax);
     return static_cast<int>(std::lround(clamped * 100.0 / kMasterVolumeMax));

@@ -23,8 +23,6 @@ int SliderLevel(int knobLeft, int travel);
 int KnobLeftForLevel(int level, int travel);
 // 0 to 65336 from the knob's position.
 int MasterVolumeValue(int knobLeft, int travel);
-// The same value for both channels: low half left, high half right.
-quint32 MasterVolumeWord(int masterValue);
 // The master scale mapped linearly onto the sound server's percent, rounded.
 int MasterVolumePercent(int masterValue);
 int MasterValueFromPercent(int percent);

@@ -4,6 +4,7 @@
 #include "library/widgets/PageViewer.h"
 #include "platform/Folders.h"
 #include "platform/TextFiles.h"
+#include "platform/widgets/NamedButton.h"
 
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -20,7 +21,7 @@ struct SwitchButton {
     const char* caption;
     const char* tooltip;
 };
-constexpr SwitchButton kSwitchButtons[3] = {
+constexpr SwitchButton kSwitchButtons[kDisplaySurfaceCount] = {
     {"Video", "Show the video that is playing if any."},
     {"Pictures", "Show the last picture displayed"},
     {"Text", "Show the last text displayed"},
@@ -46,24 +47,24 @@ DisplayPlace::DisplayPlace(const AppPaths& paths, QWidget* parent)
     layout->addWidget(m_stack, 1);
 
     auto* buttons = new QHBoxLayout;
-    for (int i = 0; i < 3; ++i) {
-        m_cmdDisplay[i] = new QPushButton(QString::fromLatin1(kSwitchButtons[i].caption), this);
-        m_cmdDisplay[i]->setObjectName(QStringLiteral("cmdDisplayVideoOrPics_%1").arg(i));
-        m_cmdDisplay[i]->setToolTip(QString::fromLatin1(kSwitchButtons[i].tooltip));
+    for (int i = 0; i < kDisplaySurfaceCount; ++i) {
+        m_cmdDisplay[i] = NamedButton(QString::fromLatin1(kSwitchButtons[i].caption),
+                                      QStringLiteral("cmdDisplayVideoOrPics_%1").arg(i),
+                                      QString::fromLatin1(kSwitchButtons[i].tooltip), this);
         connect(m_cmdDisplay[i], &QPushButton::clicked, this,
                 [this, i] { cmdDisplayVideoOrPics_Click(i); });
         buttons->addWidget(m_cmdDisplay[i]);
     }
     buttons->addStretch(1);
-    m_cmdViewPics = new QPushButton(QStringLiteral("View Pics"), this);
-    m_cmdViewPics->setObjectName(QStringLiteral("cmdViewPics"));
-    m_cmdViewPics->setToolTip(QStringLiteral(
-        "View Pictures in order to see them while clicking on them as the video is being made"));
+    m_cmdViewPics = NamedButton(
+        QStringLiteral("View Pics"), QStringLiteral("cmdViewPics"),
+        QStringLiteral(
+            "View Pictures in order to see them while clicking on them as the video is being made"),
+        this);
     connect(m_cmdViewPics, &QPushButton::clicked, this, &DisplayPlace::viewPicsClicked);
     buttons->addWidget(m_cmdViewPics);
-    m_cmdFullScreen = new QPushButton(QStringLiteral("Full Screen"), this);
-    m_cmdFullScreen->setObjectName(QStringLiteral("cmdFullScreen"));
-    m_cmdFullScreen->setToolTip(QStringLiteral("Full Screen mode"));
+    m_cmdFullScreen = NamedButton(QStringLiteral("Full Screen"), QStringLiteral("cmdFullScreen"),
+                                  QStringLiteral("Full Screen mode"), this);
     connect(m_cmdFullScreen, &QPushButton::clicked, this, &DisplayPlace::fullScreenClicked);
     buttons->addWidget(m_cmdFullScreen);
     layout->addLayout(buttons);
@@ -81,7 +82,7 @@ DisplayPlace::DisplayPlace(const AppPaths& paths, QWidget* parent)
     m_refit->setInterval(150);
     connect(m_refit, &QTimer::timeout, this, &DisplayPlace::refitPicture);
 
-    showSurface(PictureSurface);
+    showSurface(DisplaySurface::Picture);
     if (QFileInfo(m_paths.splashPictureFileSpec).isFile())
         MakeHTMLPageForPicture(m_paths.splashPictureFileSpec);
 }
@@ -94,39 +95,36 @@ QWidget* DisplayPlace::placeholder(const QString& name) {
 }
 
 void DisplayPlace::setVideoSurface(QWidget* surface) {
-    const bool shown = currentSurface() == VideoSurface;
-    m_stack->insertWidget(VideoSurface, surface);
-    m_stack->removeWidget(m_video);
-    m_video->deleteLater();
-    m_video = surface;
-    if (shown)
-        showSurface(VideoSurface);
+    replaceSurface(DisplaySurface::Video, m_video, surface);
 }
 
 void DisplayPlace::setTextSurface(QWidget* surface) {
-    const bool shown = currentSurface() == TextSurface;
-    m_stack->insertWidget(TextSurface, surface);
-    m_stack->removeWidget(m_text);
-    m_text->deleteLater();
-    m_text = surface;
-    if (shown)
-        showSurface(TextSurface);
+    replaceSurface(DisplaySurface::Text, m_text, surface);
 }
 
-void DisplayPlace::showSurface(int surface) {
-    if (surface < 0 || surface >= m_stack->count())
-        return;
-    m_stack->setCurrentIndex(surface);
+void DisplayPlace::replaceSurface(DisplaySurface which, QWidget*& current, QWidget* surface) {
+    const bool shown = currentSurface() == which;
+    m_stack->insertWidget(SurfaceIndex(which), surface);
+    m_stack->removeWidget(current);
+    current->deleteLater();
+    current = surface;
+    if (shown)
+        showSurface(which);
+}
+
+void DisplayPlace::showSurface(DisplaySurface surface) {
+    m_stack->setCurrentIndex(SurfaceIndex(surface));
     // Another surface asked for after a picture click wins over the picture still loading.
-    if (surface != PictureSurface)
+    if (surface != DisplaySurface::Picture)
         m_pictureToFront = false;
     // The window may have been resized while another surface was shown.
-    if (surface == PictureSurface && !m_lastPicture.isEmpty() && m_pageWidth != m_picture->width())
+    if (surface == DisplaySurface::Picture && !m_lastPicture.isEmpty() &&
+        m_pageWidth != m_picture->width())
         refitPicture();
 }
 
-int DisplayPlace::currentSurface() const {
-    return m_stack->currentIndex();
+DisplaySurface DisplayPlace::currentSurface() const {
+    return static_cast<DisplaySurface>(m_stack->currentIndex());
 }
 
 bool DisplayPlace::MakeHTMLPageForPicture(const QString& fileSpec) {
@@ -155,7 +153,7 @@ void DisplayPlace::writePicturePage() {
 }
 
 void DisplayPlace::refitPicture() {
-    if (m_lastPicture.isEmpty() || currentSurface() != PictureSurface)
+    if (m_lastPicture.isEmpty() || currentSurface() != DisplaySurface::Picture)
         return;
     writePicturePage();
     m_picture->showPageFile(m_paths.gstrPicturePageFileSpec);
@@ -164,13 +162,14 @@ void DisplayPlace::refitPicture() {
 void DisplayPlace::tmrPictureWait_Timer() {
     m_picture->showPageFile(m_paths.gstrPicturePageFileSpec);
     if (m_pictureToFront)
-        showSurface(PictureSurface);
+        showSurface(DisplaySurface::Picture);
 }
 
 void DisplayPlace::cmdDisplayVideoOrPics_Click(int index) {
-    if (index == VideoSurface || index == PictureSurface)
-        showSurface(index);
-    emit displaySwitchClicked(index);
+    const auto surface = static_cast<DisplaySurface>(index);
+    if (surface != DisplaySurface::Text)
+        showSurface(surface);
+    emit displaySwitchClicked(surface);
 }
 
 void DisplayPlace::resizeEvent(QResizeEvent* event) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "library/DisplaySurface.h"
 #include "studio/AppPaths.h"
 
 #include <QSize>
@@ -20,8 +21,6 @@ class PageViewer;
 class DisplayPlace : public QWidget {
     Q_OBJECT
 public:
-    enum Surface { VideoSurface = 0, PictureSurface = 1, TextSurface = 2 };
-
     explicit DisplayPlace(const AppPaths& paths, QWidget* parent = nullptr);
 
     // The surfaces of the player and of the text display are made elsewhere.
@@ -31,16 +30,15 @@ public:
     // Writes the single-picture page for the file and shows it after tmrPictureWait; false for a
     // file that gets no page.
     bool MakeHTMLPageForPicture(const QString& fileSpec);
-    void showSurface(int surface);
-    int currentSurface() const;
+    void showSurface(DisplaySurface surface);
+    DisplaySurface currentSurface() const;
     QString lastPicture() const { return m_lastPicture; }
     PageViewer* pictureViewer() const { return m_picture; }
-    QPushButton* viewPicsButton() const { return m_cmdViewPics; }
 
 signals:
-    // cmdDisplayVideoOrPics(i): the surface is shown for 0 and 1; the owner logs the item, and
-    // for 2 runs the text-list click that draws the text.
-    void displaySwitchClicked(int index);
+    // A switch button: the video and picture surfaces are shown at once; the owner logs the
+    // item, and for the text runs the text-list click that draws it.
+    void displaySwitchClicked(cq::DisplaySurface surface);
     void fullScreenClicked();
     void viewPicsClicked();
 
@@ -53,13 +51,14 @@ private:
     void writePicturePage();
     void refitPicture();
     QWidget* placeholder(const QString& name);
+    void replaceSurface(DisplaySurface which, QWidget*& current, QWidget* surface);
 
     const AppPaths& m_paths;
     QStackedWidget* m_stack = nullptr;
     PageViewer* m_picture = nullptr;
     QWidget* m_video = nullptr;
     QWidget* m_text = nullptr;
-    QPushButton* m_cmdDisplay[3] = {};
+    QPushButton* m_cmdDisplay[kDisplaySurfaceCount] = {};
     QPushButton* m_cmdFullScreen = nullptr;
     QPushButton* m_cmdViewPics = nullptr;
     QTimer* m_tmrPictureWait = nullptr;

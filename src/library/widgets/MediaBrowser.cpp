@@ -14,14 +14,14 @@
 namespace cq {
 
 namespace {
-const char* const kHeadings[MediaBrowser::kTabCount] = {"Video",
-                                                        "Audio",
-                                                        "Pictures",
-                                                        "Sound Effects",
-                                                        "Text and/or Synthesized Speech",
-                                                        "Standard Effects",
-                                                        "Other 1",
-                                                        "Other 2"};
+const char* const kHeadings[kMediaTabCount] = {"Video",
+                                               "Audio",
+                                               "Pictures",
+                                               "Sound Effects",
+                                               "Text and/or Synthesized Speech",
+                                               "Standard Effects",
+                                               "Other 1",
+                                               "Other 2"};
 } // namespace
 
 MediaBrowser::MediaBrowser(const AppPaths& paths, DirectorySettings& settings,
@@ -36,8 +36,8 @@ MediaBrowser::MediaBrowser(const AppPaths& paths, DirectorySettings& settings,
     auto* grid = new QGridLayout(m_grid);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(4);
-    for (int i = 0; i < kTabCount; ++i) {
-        m_tabs[i] = new MediaTab(i, QString::fromLatin1(kHeadings[i]), m_grid);
+    for (int i = 0; i < kMediaTabCount; ++i) {
+        m_tabs[i] = new MediaTab(TabAt(i), QString::fromLatin1(kHeadings[i]), m_grid);
         grid->addWidget(m_tabs[i], i / 4, i % 4);
         connect(m_tabs[i], &MediaTab::fileClicked, this, &MediaBrowser::fileClicked);
         connect(m_tabs[i], &MediaTab::folderChanged, this, &MediaBrowser::onFolderChanged);
@@ -60,17 +60,17 @@ MediaBrowser::MediaBrowser(const AppPaths& paths, DirectorySettings& settings,
 }
 
 void MediaBrowser::pointFoldersAtSettings() {
-    const QString folders[kTabCount] = {m_settings.gstrMyVideoDirectory,
-                                        m_settings.gstrMyMusicDirectory,
-                                        m_settings.gstrMyPicturesDirectory,
-                                        m_paths.gstrSoundEffectsDirectory,
-                                        {},
-                                        {},
-                                        m_settings.gstrMyStdPicturesDirectory1,
-                                        m_settings.gstrMyStdPicturesDirectory2};
-    for (int i = 0; i < kTabCount; ++i)
+    const QString folders[kMediaTabCount] = {m_settings.gstrMyVideoDirectory,
+                                             m_settings.gstrMyMusicDirectory,
+                                             m_settings.gstrMyPicturesDirectory,
+                                             m_paths.gstrSoundEffectsDirectory,
+                                             {},
+                                             {},
+                                             m_settings.gstrMyStdPicturesDirectory1,
+                                             m_settings.gstrMyStdPicturesDirectory2};
+    for (int i = 0; i < kMediaTabCount; ++i)
         if (!folders[i].isEmpty())
-            Dir1_Change(i, folders[i]);
+            Dir1_Change(TabAt(i), folders[i]);
 }
 
 void MediaBrowser::setListPointSize(double pointSize) {
@@ -78,41 +78,40 @@ void MediaBrowser::setListPointSize(double pointSize) {
         tab->setListPointSize(pointSize);
 }
 
-bool MediaBrowser::Dir1_Change(int tab, const QString& path) {
-    return tab >= 0 && tab < kTabCount && m_tabs[tab]->Dir1_Change(path);
+bool MediaBrowser::Dir1_Change(MediaTabId tab, const QString& path) {
+    return this->tab(tab)->Dir1_Change(path);
 }
 
-void MediaBrowser::onFolderChanged(int tab, const QString& path) {
+void MediaBrowser::onFolderChanged(MediaTabId tab, const QString& path) {
     switch (tab) {
-    case 0:
+    case MediaTabId::Video:
         m_settings.gstrMyVideoDirectory = path;
         break;
-    case 1:
+    case MediaTabId::Audio:
         m_settings.gstrMyMusicDirectory = path;
         break;
-    case kPicturesTab:
+    case MediaTabId::Pictures:
         m_settings.gstrMyPicturesDirectory = path;
         tellOnceIfToolMissing();
-        m_pages->PreLoadPicsIntoBrowser(path, m_tabs[kPicturesTab]->entries());
+        m_pages->PreLoadPicsIntoBrowser(path, this->tab(tab)->entries());
         break;
-    case 6:
+    case MediaTabId::Other1:
         m_settings.gstrMyStdPicturesDirectory1 = path;
         break;
-    case 7:
+    case MediaTabId::Other2:
         m_settings.gstrMyStdPicturesDirectory2 = path;
         break;
-    default:
+    default: // the other tabs' folders are not kept
         break;
     }
 }
 
 void MediaBrowser::setTextFrame(QWidget* frame) {
-    m_tabs[kTextTab]->setBodyWidget(frame);
+    tab(MediaTabId::TextAndSpeech)->setBodyWidget(frame);
 }
 
-void MediaBrowser::setTabControls(int tab, QWidget* controls) {
-    if (tab >= 0 && tab < kTabCount)
-        m_tabs[tab]->setControls(controls);
+void MediaBrowser::setTabControls(MediaTabId tab, QWidget* controls) {
+    this->tab(tab)->setControls(controls);
 }
 
 bool MediaBrowser::thumbnailsShown() const {
@@ -127,7 +126,7 @@ void MediaBrowser::cmdViewPics_Click() {
     // Up-to-date thumbnails are skipped, so building the page on every showing costs little
     // and picks up pictures added to the folder since.
     tellOnceIfToolMissing();
-    MediaTab* pictures = m_tabs[kPicturesTab];
+    MediaTab* pictures = tab(MediaTabId::Pictures);
     pictures->refreshFiles();
     m_pages->RefreshPicturesWebPage(pictures->path(), pictures->entries());
     m_pics->showPageFile(m_pages->pageFileSpec());
@@ -153,7 +152,7 @@ void MediaBrowser::onThumbnailAnchor(const QUrl& url) {
     // A video or a sound among the pictures plays as a click on it in a file list would; a
     // video logged without being seen would surprise the user in the render.
     if (click.mediaType == u"Video" || click.mediaType == u"Audio")
-        emit fileClicked(kPicturesTab, click.fileSpec);
+        emit fileClicked(MediaTabId::Pictures, click.fileSpec);
     else if (click.log)
         emit mediaEventRequested(click.mediaType, click.fileSpec);
 }

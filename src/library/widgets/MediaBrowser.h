@@ -1,5 +1,6 @@
 #pragma once
 
+#include "library/MediaTabs.h"
 #include "platform/ToolLocator.h"
 #include "studio/AppPaths.h"
 #include "studio/DirectorySettings.h"
@@ -23,26 +24,21 @@ class ToolPool;
 class MediaBrowser : public QWidget {
     Q_OBJECT
 public:
-    static constexpr int kTabCount = 8;
-    static constexpr int kPicturesTab = 2;
-    static constexpr int kTextTab = 4;
-
     MediaBrowser(const AppPaths& paths, DirectorySettings& settings, const ToolLocation& convert,
                  ToolPool& pool, QWidget* parent = nullptr);
 
-    MediaTab* tab(int index) const { return m_tabs[index]; }
-    PageViewer* thumbnailViewer() const { return m_pics; }
+    MediaTab* tab(MediaTabId tab) const { return m_tabs[TabIndex(tab)]; }
     PicturesWebPage& picturesPage() { return *m_pages; }
 
     // Points the tabs at the folders of the settings (the start-up order); a folder that does not
     // exist leaves its lists where they were.
     void pointFoldersAtSettings();
-    bool Dir1_Change(int tab, const QString& path);
+    bool Dir1_Change(MediaTabId tab, const QString& path);
 
-    // The text list frame (tab 4) and each tab's playback controls come from the text and
-    // playback parts of the window.
+    // The text list frame and each tab's playback controls come from the text and playback
+    // parts of the window.
     void setTextFrame(QWidget* frame);
-    void setTabControls(int tab, QWidget* controls);
+    void setTabControls(MediaTabId tab, QWidget* controls);
 
     void setListPointSize(double pointSize);
     void cmdViewPics_Click();
@@ -51,14 +47,14 @@ public:
 signals:
     // A file of a tab's list was clicked, or a video or sound thumbnail of the picture page (as
     // a file of the Pictures tab).
-    void fileClicked(int tab, const QString& fileSpec);
+    void fileClicked(cq::MediaTabId tab, const QString& fileSpec);
     // A thumbnail of a picture was clicked: the picture is to be shown.
     void pictureClicked(const QString& fileSpec);
     // A picture thumbnail click, which a running recording logs.
     void mediaEventRequested(const QString& mediaType, const QString& fileSpec);
 
 private:
-    void onFolderChanged(int tab, const QString& path);
+    void onFolderChanged(MediaTabId tab, const QString& path);
     void onThumbnailAnchor(const QUrl& url);
     void onThumbnailsStarted(int total);
     void onPageWritten();
@@ -66,7 +62,7 @@ private:
 
     const AppPaths& m_paths;
     DirectorySettings& m_settings;
-    MediaTab* m_tabs[kTabCount] = {};
+    MediaTab* m_tabs[kMediaTabCount] = {};
     QWidget* m_grid = nullptr;
     PageViewer* m_pics = nullptr;
     QStackedLayout* m_stack = nullptr;

@@ -1,6 +1,7 @@
 #include "library/widgets/MediaTab.h"
 
 #include "library/FolderListing.h"
+#include "platform/widgets/NamedButton.h"
 
 #include <QComboBox>
 #include <QDesktopServices>
@@ -33,9 +34,9 @@ public:
 };
 } // namespace
 
-MediaTab::MediaTab(int index, const QString& heading, QWidget* parent)
-    : QFrame(parent), m_index(index) {
-    setObjectName(QStringLiteral("fraTab_%1").arg(index));
+MediaTab::MediaTab(MediaTabId tab, const QString& heading, QWidget* parent)
+    : QFrame(parent), m_tab(tab) {
+    setObjectName(QStringLiteral("fraTab_%1").arg(TabIndex(tab)));
     setFrameShape(QFrame::StyledPanel);
     // Every tab gets the same share of the browser, whatever its lists hold.
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
@@ -65,7 +66,7 @@ MediaTab::MediaTab(int index, const QString& heading, QWidget* parent)
 QLabel* MediaTab::makeHeading(const QString& heading) {
     m_heading = new TabHeading(heading, this);
     m_heading->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    m_heading->setObjectName(QStringLiteral("lblHeading_%1").arg(m_index));
+    m_heading->setObjectName(QStringLiteral("lblHeading_%1").arg(TabIndex(m_tab)));
     m_heading->setWordWrap(true);
     QFont bold = m_heading->font();
     bold.setBold(true);
@@ -76,7 +77,7 @@ QLabel* MediaTab::makeHeading(const QString& heading) {
 // The drive, folder and file lists; only the file list shows until "View" is clicked.
 void MediaTab::buildFolderPane(const QString& heading) {
     m_drive = new QComboBox(this);
-    m_drive->setObjectName(QStringLiteral("Drive1_%1").arg(m_index));
+    m_drive->setObjectName(QStringLiteral("Drive1_%1").arg(TabIndex(m_tab)));
     m_drive->setAccessibleName(QStringLiteral("Drive"));
     m_drive->setToolTip(QStringLiteral("Mounted volumes"));
     m_drive->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -85,7 +86,7 @@ void MediaTab::buildFolderPane(const QString& heading) {
     connect(m_drive, &QComboBox::activated, this, &MediaTab::Drive1_Change);
 
     m_dir = new QListWidget(this);
-    m_dir->setObjectName(QStringLiteral("Dir1_%1").arg(m_index));
+    m_dir->setObjectName(QStringLiteral("Dir1_%1").arg(TabIndex(m_tab)));
     m_dir->setAccessibleName(QStringLiteral("Folders"));
     m_dir->setToolTip(QStringLiteral("Double-click a folder to open it"));
     connect(m_dir, &QListWidget::itemActivated, this, &MediaTab::onFolderActivated);
@@ -96,7 +97,7 @@ void MediaTab::buildFolderPane(const QString& heading) {
     m_dir->setMinimumHeight(40);
 
     m_pathLabel = new QLabel(this);
-    m_pathLabel->setObjectName(QStringLiteral("lblPath_%1").arg(m_index));
+    m_pathLabel->setObjectName(QStringLiteral("lblPath_%1").arg(TabIndex(m_tab)));
     m_pathLabel->setMinimumWidth(1);
 
     m_body->addWidget(m_drive);
@@ -110,7 +111,7 @@ void MediaTab::buildFolderPane(const QString& heading) {
 
 void MediaTab::buildFileList(const QString& heading) {
     m_file = new QListWidget(this);
-    m_file->setObjectName(QStringLiteral("File1_%1").arg(m_index));
+    m_file->setObjectName(QStringLiteral("File1_%1").arg(TabIndex(m_tab)));
     m_file->setAccessibleName(heading + QStringLiteral(" files"));
     m_file->setUniformItemSizes(true); // large folders lay out without measuring each row
     // Several pictures may be picked (Ctrl/Shift) for a slide show of just those.
@@ -122,14 +123,14 @@ void MediaTab::buildFileList(const QString& heading) {
 // "View", and the button that opens the folder in the file manager (tabs with a folder only).
 QHBoxLayout* MediaTab::buildButtonRow() {
     auto* row = new QHBoxLayout;
-    m_cmdView = new QPushButton(QStringLiteral("View"), this);
-    m_cmdView->setObjectName(QStringLiteral("cmdView_%1").arg(m_index));
-    m_cmdView->setToolTip(QStringLiteral("Change Directories"));
+    m_cmdView =
+        NamedButton(QStringLiteral("View"), QStringLiteral("cmdView_%1").arg(TabIndex(m_tab)),
+                    QStringLiteral("Change Directories"), this);
     connect(m_cmdView, &QPushButton::clicked, this, &MediaTab::cmdView_Click);
     row->addWidget(m_cmdView);
     if (hasFolderPane()) {
         m_cmdOpenFolder = new QPushButton(this);
-        m_cmdOpenFolder->setObjectName(QStringLiteral("cmdOpenFolder_%1").arg(m_index));
+        m_cmdOpenFolder->setObjectName(QStringLiteral("cmdOpenFolder_%1").arg(TabIndex(m_tab)));
         m_cmdOpenFolder->setIcon(style()->standardIcon(QStyle::SP_DirOpenIcon));
         m_cmdOpenFolder->setAccessibleName(QStringLiteral("Open Folder"));
         m_cmdOpenFolder->setToolTip(
@@ -215,6 +216,13 @@ bool MediaTab::Dir1_Change(const QString& path) {
         return false;
     const QString folder = QDir(path).absolutePath();
     m_path = folder;
+    listFolder(folder);
+    selectDriveFor(folder);
+    emit folderChanged(m_tab, folder);
+    return true;
+}
+
+void MediaTab::listFolder(const QString& folder) {
     m_dir->clear();
     if (ParentFolder(folder) != folder)
         m_dir->addItem(kUp);
@@ -228,9 +236,6 @@ bool MediaTab::Dir1_Change(const QString& path) {
     }
     m_pathLabel->setText(QDir(folder).dirName().isEmpty() ? folder : QDir(folder).dirName());
     m_pathLabel->setToolTip(folder);
-    selectDriveFor(folder);
-    emit folderChanged(m_index, folder);
-    return true;
 }
 
 void MediaTab::refreshFiles() {
@@ -253,7 +258,7 @@ void MediaTab::Drive1_Change(int driveIndex) {
 
 void MediaTab::onFileChosen(QListWidgetItem* item) {
     if (item)
-        emit fileClicked(m_index, JoinPath(m_path, item->text()));
+        emit fileClicked(m_tab, JoinPath(m_path, item->text()));
 }
 
 bool MediaTab::eventFilter(QObject* watched, QEvent* event) {
@@ -278,8 +283,8 @@ void MediaTab::onFolderActivated(QListWidgetItem* item) {
 void MediaTab::cmdView_Click() {
     if (!hasFolderPane())
         return;
-    m_paneState = m_paneState == 1 ? 0 : 1;
-    const bool shown = m_paneState == 1;
+    m_folderPaneShown = !m_folderPaneShown;
+    const bool shown = m_folderPaneShown;
     m_drive->setVisible(shown);
     m_pathLabel->setVisible(shown);
     m_dir->setVisible(shown);

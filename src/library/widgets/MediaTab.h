@@ -1,5 +1,7 @@
 #pragma once
 
+#include "library/MediaTabs.h"
+
 #include <QFrame>
 #include <QString>
 #include <QStringList>
@@ -16,14 +18,14 @@ namespace cq {
 
 // One tab of the media browser: its heading, the drive, folder and file lists over one folder,
 // the "View" button that shows or hides the folder pane, and the button that opens the folder in
-// the desktop's file manager. Tab 4 has no folder pane: it holds the text list instead.
+// the desktop's file manager. The text tab has no folder pane: it holds the text list instead.
 class MediaTab : public QFrame {
     Q_OBJECT
 public:
-    MediaTab(int index, const QString& heading, QWidget* parent = nullptr);
+    MediaTab(MediaTabId tab, const QString& heading, QWidget* parent = nullptr);
 
-    int index() const { return m_index; }
-    bool hasFolderPane() const { return m_index != 4; }
+    MediaTabId id() const { return m_tab; }
+    bool hasFolderPane() const { return m_tab != MediaTabId::TextAndSpeech; }
     QString path() const { return m_path; }
     QStringList entries() const;
     // The rows picked in the file list, in list order, and the entry that has the focus.
@@ -38,22 +40,23 @@ public:
     void Drive1_Change(int driveIndex);
     void cmdView_Click();
     void cmdOpenFolder_Click();
-    bool folderPaneShown() const { return m_paneState == 1; }
 
-    // The frame of the text list (tab 4) and the tab's playback controls are made elsewhere.
+    // The frame of the text list and the tab's playback controls are made elsewhere.
     void setBodyWidget(QWidget* widget);
     // The drive, folder and file lists follow the text list's font size.
     void setListPointSize(double pointSize);
     void setControls(QWidget* controls);
 
 signals:
-    void fileClicked(int tab, const QString& fileSpec);
-    void folderChanged(int tab, const QString& path);
+    void fileClicked(cq::MediaTabId tab, const QString& fileSpec);
+    void folderChanged(cq::MediaTabId tab, const QString& path);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    // Fills the folder and file lists with what the folder holds.
+    void listFolder(const QString& folder);
     QLabel* makeHeading(const QString& heading);
     void buildFolderPane(const QString& heading);
     void buildFileList(const QString& heading);
@@ -63,8 +66,8 @@ private:
     void selectDriveFor(const QString& path);
     void onFolderActivated(QListWidgetItem* item);
 
-    int m_index;
-    int m_paneState = 0; // 1 while the folder pane is shown
+    MediaTabId m_tab;
+    bool m_folderPaneShown = false;
     QString m_path;
     QLabel* m_heading = nullptr;
     QComboBox* m_drive = nullptr;

@@ -1,5 +1,6 @@
 #include "share/widgets/ConvertAndEmailControls.h"
 
+#include "platform/widgets/NamedButton.h"
 #include "share/ConversionPresets.h"
 
 #include <QButtonGroup>
@@ -25,14 +26,6 @@ QLabel* Caption(const QString& text, QWidget* parent, const char* objectName) {
     label->setObjectName(QString::fromLatin1(objectName));
     label->setWordWrap(true);
     return label;
-}
-
-QPushButton* Button(const QString& caption, const char* objectName, const QString& tip,
-                    QWidget* parent) {
-    auto* button = new QPushButton(caption, parent);
-    button->setObjectName(QString::fromLatin1(objectName));
-    button->setToolTip(tip);
-    return button;
 }
 
 } // namespace
@@ -166,10 +159,11 @@ void ConvertAndEmailControls::addCarrierButtons(QGroupBox* box, QGridLayout* gri
     grid->addWidget(
         Caption(QStringLiteral("Don't See Your Cell Carrier MMS Server?"), box, "lblAddMMSServer"),
         3, 0);
-    cmdAddMMSServer = Button(QStringLiteral("Add MMS Server"), "cmdAddMMSServer",
-                             QStringLiteral("Add a cell carrier and its MMS server."), box);
-    cmdHelp = Button(QStringLiteral("Help"), "cmdHelp",
-                     QStringLiteral("How to find a cell carrier's MMS server."), box);
+    cmdAddMMSServer =
+        NamedButton(QStringLiteral("Add MMS Server"), QStringLiteral("cmdAddMMSServer"),
+                    QStringLiteral("Add a cell carrier and its MMS server."), box);
+    cmdHelp = NamedButton(QStringLiteral("Help"), QStringLiteral("cmdHelp"),
+                          QStringLiteral("How to find a cell carrier's MMS server."), box);
     auto* row = new QHBoxLayout;
     row->addWidget(cmdAddMMSServer);
     row->addWidget(cmdHelp);
@@ -184,8 +178,8 @@ QBoxLayout* ConvertAndEmailControls::progressRow(QWidget* parent) {
     progress->setObjectName(QStringLiteral("prgConversion"));
     progress->setRange(0, 100);
     progress->setAccessibleName(QStringLiteral("Conversion progress"));
-    cmdCancel = Button(QStringLiteral("Cancel"), "cmdCancel",
-                       QStringLiteral("Stop the conversion."), parent);
+    cmdCancel = NamedButton(QStringLiteral("Cancel"), QStringLiteral("cmdCancel"),
+                            QStringLiteral("Stop the conversion."), parent);
     auto* row = new QHBoxLayout;
     row->addWidget(progressLabel);
     row->addWidget(progress, 1);
@@ -194,19 +188,19 @@ QBoxLayout* ConvertAndEmailControls::progressRow(QWidget* parent) {
 }
 
 QBoxLayout* ConvertAndEmailControls::buttonRow(QWidget* parent) {
-    cmdConvertOnly = Button(
-        QStringLiteral("Convert Only"), "cmdConvertOnly",
+    cmdConvertOnly = NamedButton(
+        QStringLiteral("Convert Only"), QStringLiteral("cmdConvertOnly"),
         QStringLiteral("Convert the clip to the selected format and say where it was saved."),
         parent);
-    cmdEmail = Button(
-        QStringLiteral("Convert and Email"), "cmdEmail",
+    cmdEmail = NamedButton(
+        QStringLiteral("Convert and Email"), QStringLiteral("cmdEmail"),
         QStringLiteral("Creates a message in your desktop's mail client (through xdg-email) with "
                        "media clip attached. If a conversion option is selected, the file will be "
                        "converted first.  If a phone niumber is entered and an MMS server "
                        "selected, then  it will be addressed to that cellphone email address."),
         parent);
-    cmdClose =
-        Button(QStringLiteral("&Close"), "cmdClose", QStringLiteral("Close this window."), parent);
+    cmdClose = NamedButton(QStringLiteral("&Close"), QStringLiteral("cmdClose"),
+                           QStringLiteral("Close this window."), parent);
     auto* row = new QHBoxLayout;
     row->addStretch(1);
     row->addWidget(cmdConvertOnly);

@@ -1,6 +1,7 @@
 #include "share/widgets/SharePanel.h"
 
 #include "platform/Folders.h"
+#include "platform/widgets/NamedButton.h"
 #include "platform/widgets/OpenUrl.h"
 #include "share/CompanionPrograms.h"
 #include "share/HandOverFiles.h"
@@ -61,9 +62,7 @@ SharePanel::SharePanel(const AppPaths& paths, DirectorySettings& settings, QWidg
 
 QPushButton* SharePanel::addButton(const char* objectName, const QString& caption,
                                    const QString& tip) {
-    auto* button = new QPushButton(caption, this);
-    button->setObjectName(QString::fromLatin1(objectName));
-    button->setToolTip(tip);
+    auto* button = NamedButton(caption, QString::fromLatin1(objectName), tip, this);
     layout()->addWidget(button);
     return button;
 }
@@ -73,14 +72,22 @@ void SharePanel::setEventCountProvider(std::function<int()> provider) {
 }
 
 void SharePanel::cmdEmail_Click() {
-    const int events = m_eventCount ? m_eventCount()
-                                    : (QFileInfo(m_paths.gstrFinalMixAVIFileSpec).isFile() ? 1 : 0);
-    const QString attachment = ChooseEmailAttachment(events, m_paths.gstrFinalMixAVIFileSpec,
-                                                     m_paths.gstrFinalMixMP3FileSpec);
+    const QString attachment = clipToMail();
     if (!QFileInfo(attachment).isFile()) {
         tell(NoRenderedClipText(QStringLiteral("mail it")));
         return;
     }
+    handOverToEmailer(attachment);
+}
+
+QString SharePanel::clipToMail() const {
+    const int events = m_eventCount ? m_eventCount()
+                                    : (QFileInfo(m_paths.gstrFinalMixAVIFileSpec).isFile() ? 1 : 0);
+    return ChooseEmailAttachment(events, m_paths.gstrFinalMixAVIFileSpec,
+                                 m_paths.gstrFinalMixMP3FileSpec);
+}
+
+void SharePanel::handOverToEmailer(const QString& attachment) {
     const QString emailer =
         LocateEmailer(QCoreApplication::applicationDirPath(), m_paths.appFolder);
     if (emailer.isEmpty()) {
@@ -152,12 +159,21 @@ void SharePanel::saveRenderedFileTo(const QString& source) {
 }
 
 void SharePanel::cmdFTP_Click() {
+    if (writeFtpStartFolder())
+        startFtpProgram();
+}
+
+// The FTP program starts in the work folder, where the rendered clip is.
+bool SharePanel::writeFtpStartFolder() {
     m_settings.gstrFTPDirectory = m_paths.gstrTempFilesDirectory;
-    if (!m_settings.SaveFTPDirectoryToFile(m_paths.gstrFTPStartUpDirectoryFileSpec)) {
-        tell(QStringLiteral("The FTP start folder could not be written to \"%1\".")
-                 .arg(m_paths.gstrFTPStartUpDirectoryFileSpec));
-        return;
-    }
+    if (m_settings.SaveFTPDirectoryToFile(m_paths.gstrFTPStartUpDirectoryFileSpec))
+        return true;
+    tell(QStringLiteral("The FTP start folder could not be written to \"%1\".")
+             .arg(m_paths.gstrFTPStartUpDirectoryFileSpec));
+    return false;
+}
+
+void SharePanel::startFtpProgram() {
     if (!FtpProgramAvailable(m_paths.appFolder)) {
         tell(FtpMissingMessage(m_paths.appFolder));
         return;

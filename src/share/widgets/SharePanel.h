@@ -31,9 +31,14 @@ public:
     void cmdSupport_Click();
 
 private:
+    bool writeFtpStartFolder();
+    void startFtpProgram();
     QPushButton* addButton(const char* objectName, const QString& caption, const QString& tip);
     void saveRenderedFileTo(const QString& source);
     void tell(const QString& text, const QString& detail = QString());
+    // The rendered video, or the mixed sound of a recording without events.
+    QString clipToMail() const;
+    void handOverToEmailer(const QString& attachment);
 
     AppPaths m_paths;
     DirectorySettings& m_settings;

@@ -232,27 +232,33 @@ void frmConvertAndEmail::cmdConvertOnly_Click() {
 
 void frmConvertAndEmail::cmdEmail_Click() {
     m_sendTo.reset();
+    const std::optional<QString> recipient = phoneRecipient();
+    if (!recipient)
+        return;
+    m_sendTo = *recipient;
+    ConvertFileToEmail();
+}
+
+std::optional<QString> frmConvertAndEmail::phoneRecipient() {
     const QString phone = m_ui.txtPhoneNumber->text().trimmed();
     const int carrierRow = m_ui.lstCellCarrier->currentRow();
     const bool carrierChosen = carrierRow >= 0 && carrierRow < m_carriers.size() &&
                                m_ui.lstCellCarrier->currentItem() &&
                                m_ui.lstCellCarrier->currentItem()->isSelected();
-    if (!phone.isEmpty() && !carrierChosen) {
+    if (phone.isEmpty())
+        return QString();
+    if (!carrierChosen) {
         showMessage(QStringLiteral("Select the Recipient's Cell Carrier."));
-        return;
+        return std::nullopt;
     }
-    QString recipient;
-    if (!phone.isEmpty()) {
-        recipient = PhoneAddress(phone, m_carriers.at(carrierRow).domain);
-        if (recipient.startsWith(u'@')) {
-            showMessage(QStringLiteral("The phone number has no digits. Type the number, for "
-                                       "example (555) 123-4567."));
-            m_ui.txtPhoneNumber->setFocus();
-            return;
-        }
+    const QString recipient = PhoneAddress(phone, m_carriers.at(carrierRow).domain);
+    if (recipient.startsWith(u'@')) {
+        showMessage(QStringLiteral("The phone number has no digits. Type the number, for "
+                                   "example (555) 123-4567."));
+        m_ui.txtPhoneNumber->setFocus();
+        return std::nullopt;
     }
-    m_sendTo = recipient;
-    ConvertFileToEmail();
+    return recipient;
 }
 
 void frmConvertAndEmail::cmdAddMMSServer_Click() {

@@ -51,6 +51,9 @@ private:
     void setWork(Work work);
     void cmdConvertOnly_Click();
     void cmdEmail_Click();
+    // The phone's MMS address, empty for no phone; nothing (and the user told why) when the
+    // carrier or the number is missing.
+    std::optional<QString> phoneRecipient();
     void cmdAddMMSServer_Click();
     void cmdHelp_Click();
     // Starts converting the rendered clip to the selected format (nothing to do for "AVI").

@@ -1,6 +1,7 @@
 #include "share/widgets/frmSetDir.h"
 
 #include "platform/Folders.h"
+#include "platform/widgets/NamedButton.h"
 #include "share/SaveCopy.h"
 
 #include <QComboBox>
@@ -31,20 +32,7 @@ frmSetDir::frmSetDir(const QString& chosenFolder, QWidget* parent) : QDialog(par
     m_drive1->setObjectName(QStringLiteral("Drive1"));
     m_drive1->setToolTip(QStringLiteral("The home folder or a mounted volume."));
     m_drive1->setAccessibleName(QStringLiteral("Drive"));
-    m_drive1->addItem(QStringLiteral("Home (%1)").arg(QDir::homePath()), QDir::homePath());
-    for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
-        if (!volume.isValid() || !volume.isReady())
-            continue;
-        const QString root = volume.rootPath();
-        // Kernel and runtime file systems hold nothing a user saves to.
-        if (root.startsWith(u"/proc") || root.startsWith(u"/sys") || root.startsWith(u"/dev") ||
-            root.startsWith(u"/run"))
-            continue;
-        const QString label = volume.displayName() == root
-                                  ? root
-                                  : QStringLiteral("%1 (%2)").arg(volume.displayName(), root);
-        m_drive1->addItem(label, root);
-    }
+    fillDrives();
     outer->addWidget(m_drive1);
 
     m_lblPath = new QLabel(this);
@@ -59,22 +47,7 @@ frmSetDir::frmSetDir(const QString& chosenFolder, QWidget* parent) : QDialog(par
     m_dir1->setAccessibleName(QStringLiteral("Folders"));
     outer->addWidget(m_dir1, 1);
 
-    auto* buttons = new QHBoxLayout;
-    m_cmdNewFolder = new QPushButton(QStringLiteral("New Folder"), this);
-    m_cmdNewFolder->setObjectName(QStringLiteral("cmdNewFolder"));
-    m_cmdNewFolder->setToolTip(QStringLiteral("Make a new folder inside the current one."));
-    m_cmdOK = new QPushButton(QStringLiteral("OK"), this);
-    m_cmdOK->setObjectName(QStringLiteral("cmdOK"));
-    m_cmdOK->setToolTip(QStringLiteral("Use the current folder."));
-    m_cmdOK->setDefault(true);
-    m_cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
-    m_cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
-    m_cmdCancel->setToolTip(QStringLiteral("Close without choosing a folder."));
-    buttons->addWidget(m_cmdNewFolder);
-    buttons->addStretch(1);
-    buttons->addWidget(m_cmdOK);
-    buttons->addWidget(m_cmdCancel);
-    outer->addLayout(buttons);
+    outer->addLayout(buildButtons());
 
     connect(m_drive1, &QComboBox::activated, this, &frmSetDir::Drive1_Change);
     connect(m_dir1, &QListWidget::itemActivated, this, &frmSetDir::Dir1_Open);
@@ -90,8 +63,40 @@ frmSetDir::frmSetDir(const QString& chosenFolder, QWidget* parent) : QDialog(par
         start = QDir::homePath();
     m_chosenFolder = start;
     setPath(start);
-    m_chosenDrive = m_drive1->currentData().toString();
     resize(460, 420);
+}
+
+void frmSetDir::fillDrives() {
+    m_drive1->addItem(QStringLiteral("Home (%1)").arg(QDir::homePath()), QDir::homePath());
+    for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
+        if (!volume.isValid() || !volume.isReady())
+            continue;
+        const QString root = volume.rootPath();
+        // Kernel and runtime file systems hold nothing a user saves to.
+        if (root.startsWith(u"/proc") || root.startsWith(u"/sys") || root.startsWith(u"/dev") ||
+            root.startsWith(u"/run"))
+            continue;
+        const QString label = volume.displayName() == root
+                                  ? root
+                                  : QStringLiteral("%1 (%2)").arg(volume.displayName(), root);
+        m_drive1->addItem(label, root);
+    }
+}
+
+QHBoxLayout* frmSetDir::buildButtons() {
+    auto* row = new QHBoxLayout;
+    m_cmdNewFolder = NamedButton(QStringLiteral("New Folder"), QStringLiteral("cmdNewFolder"),
+                                 QStringLiteral("Make a new folder inside the current one."), this);
+    row->addWidget(m_cmdNewFolder);
+    row->addStretch(1);
+    m_cmdOK = NamedButton(QStringLiteral("OK"), QStringLiteral("cmdOK"),
+                          QStringLiteral("Use the current folder."), this);
+    m_cmdOK->setDefault(true);
+    row->addWidget(m_cmdOK);
+    m_cmdCancel = NamedButton(QStringLiteral("Cancel"), QStringLiteral("cmdCancel"),
+                              QStringLiteral("Close without choosing a folder."), this);
+    row->addWidget(m_cmdCancel);
+    return row;
 }
 
 void frmSetDir::selectDriveFor(const QString& folder) {
@@ -174,7 +179,6 @@ void frmSetDir::cmdOK_Click() {
         item && item->isSelected() && item->text() != u"..")
         setPath(item->data(kFolderRole).toString());
     m_chosenFolder = TrimChosenFolder(m_path);
-    m_chosenDrive = m_drive1->currentData().toString();
     m_cancelled = false;
     accept();
 }

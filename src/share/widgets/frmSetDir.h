@@ -3,6 +3,7 @@
 #include <QDialog>
 
 class QComboBox;
+class QHBoxLayout;
 class QLabel;
 class QListWidget;
 class QListWidgetItem;
@@ -18,7 +19,6 @@ public:
     explicit frmSetDir(const QString& chosenFolder, QWidget* parent = nullptr);
 
     QString chosenFolder() const { return m_chosenFolder; }
-    QString chosenDrive() const { return m_chosenDrive; }
     bool cancelled() const { return m_cancelled; }
 
     QString path() const { return m_path; } // Dir1's current folder
@@ -33,9 +33,11 @@ private:
     void cmdOK_Click();
     void cmdCancel_Click();
     void selectDriveFor(const QString& folder);
+    // The home folder, then every mounted volume a user may save to.
+    void fillDrives();
+    QHBoxLayout* buildButtons();
 
     QString m_chosenFolder;
-    QString m_chosenDrive;
     bool m_cancelled = false;
     QString m_path;
 

@@ -2,6 +2,7 @@
 
 #include "platform/TextFiles.h"
 #include "platform/TextHelpers.h"
+#include "platform/widgets/NamedButton.h"
 #include "text/TextListFile.h"
 #include "text/widgets/SpeechVoice.h"
 #include "text/widgets/frmAddMultipleLinesOfText.h"
@@ -30,22 +31,19 @@ TextFrame::TextFrame(StudioSettings& studio, SpeechVoice* voice, const QString& 
     // Two rows, so that the captions stay whole in the narrow text tab.
     auto* optionRow = new QGridLayout;
     m_options = new QButtonGroup(this);
-    const QString captions[3] = {QStringLiteral("Text"), QStringLiteral("Speech"),
-                                 QStringLiteral("Both")};
-    const QString tips[3] = {QStringLiteral("Show a clicked text on the screen"),
-                             QStringLiteral("Speak a clicked text aloud"),
-                             QStringLiteral("Show a clicked text and speak it")};
-    for (int i = 0; i < 3; ++i) {
-        m_optTextAndOrSpeech[i] = new QRadioButton(captions[i], this);
+    const QString tips[kTextOptionCount] = {QStringLiteral("Show a clicked text on the screen"),
+                                            QStringLiteral("Speak a clicked text aloud"),
+                                            QStringLiteral("Show a clicked text and speak it")};
+    for (int i = 0; i < kTextOptionCount; ++i) {
+        m_optTextAndOrSpeech[i] = new QRadioButton(TextOptionCaption(TextOption(i)), this);
         m_optTextAndOrSpeech[i]->setObjectName(QStringLiteral("optTextAndOrSpeech_%1").arg(i));
         m_optTextAndOrSpeech[i]->setToolTip(tips[i]);
         m_options->addButton(m_optTextAndOrSpeech[i], i);
         optionRow->addWidget(m_optTextAndOrSpeech[i], i / 2, i % 2);
     }
-    m_optTextAndOrSpeech[OptionText]->setChecked(true);
-    m_cmdBigText = new QPushButton(QStringLiteral("+"), this);
-    m_cmdBigText->setObjectName(QStringLiteral("cmdBigText"));
-    m_cmdBigText->setToolTip(QStringLiteral("View Files in larger or smaller text"));
+    m_optTextAndOrSpeech[int(TextOption::Text)]->setChecked(true);
+    m_cmdBigText = NamedButton(QStringLiteral("+"), QStringLiteral("cmdBigText"),
+                               QStringLiteral("View Files in larger or smaller text"), this);
     m_cmdBigText->setAccessibleName(QStringLiteral("Larger or smaller text"));
     m_cmdBigText->setFixedWidth(m_cmdBigText->sizeHint().height() + 4);
     optionRow->addWidget(m_cmdBigText, 1, 1, Qt::AlignRight);
@@ -60,9 +58,9 @@ TextFrame::TextFrame(StudioSettings& studio, SpeechVoice* voice, const QString& 
     m_lstText->installEventFilter(this);
     layout->addWidget(m_lstText, 1);
 
-    m_cmdAddMultiLinesOfText = new QPushButton(QStringLiteral("Edit All Texts..."), this);
-    m_cmdAddMultiLinesOfText->setObjectName(QStringLiteral("cmdAddMultiLinesOfText"));
-    m_cmdAddMultiLinesOfText->setToolTip(QStringLiteral("Edit the whole list, one text a line"));
+    m_cmdAddMultiLinesOfText =
+        NamedButton(QStringLiteral("Edit All Texts..."), QStringLiteral("cmdAddMultiLinesOfText"),
+                    QStringLiteral("Edit the whole list, one text a line"), this);
     layout->addWidget(m_cmdAddMultiLinesOfText);
 
     QFont font = m_lstText->font();
@@ -85,13 +83,9 @@ QStringList TextFrame::entries() const {
     return list;
 }
 
-int TextFrame::selectedOption() const {
+TextOption TextFrame::selectedOption() const {
     const int id = m_options->checkedId();
-    return id < 0 ? OptionText : id;
-}
-
-QString TextFrame::selectedOptionCaption() const {
-    return m_optTextAndOrSpeech[selectedOption()]->text();
+    return id < 0 ? TextOption::Text : TextOption(id);
 }
 
 void TextFrame::setEntries(const QStringList& entries) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "studio/StudioSettings.h"
+#include "text/TextOption.h"
 
 #include <QFrame>
 #include <QPointer>
@@ -20,7 +21,6 @@ class SpeechVoice;
 class TextFrame : public QFrame {
     Q_OBJECT
 public:
-    enum TextOption { OptionText = 0, OptionSpeech = 1, OptionBoth = 2 };
     static constexpr double kSmallListPointSize = 8.25;
     static constexpr double kLargeListPointSize = 10.0;
 
@@ -28,11 +28,8 @@ public:
               const QStringList& entries, QWidget* parent = nullptr);
 
     QStringList entries() const;
-    int selectedOption() const;
-    // "Text", "Speech" or "Both": the caption of the selected option.
-    QString selectedOptionCaption() const;
+    TextOption selectedOption() const;
     QListWidget* lstText() const { return m_lstText; }
-    double listPointSize() const { return m_listPointSize; }
 
     void lstText_DblClick();
     void lstText_KeyDown(int key);
@@ -40,8 +37,8 @@ public:
     void cmdBigText_Click();
 
 signals:
-    // A click on an entry: its text and the selected option (TextOption).
-    void textClicked(const QString& text, int option);
+    // A click on an entry: its text and the selected option.
+    void textClicked(const QString& text, cq::TextOption option);
     // The lists' font size changed; the file lists follow the text list.
     void listPointSizeChanged(double pointSize);
     void listChanged();
@@ -58,7 +55,7 @@ private:
     QString m_fileSpec;
     QListWidget* m_lstText = nullptr;
     QButtonGroup* m_options = nullptr;
-    QRadioButton* m_optTextAndOrSpeech[3] = {};
+    QRadioButton* m_optTextAndOrSpeech[kTextOptionCount] = {};
     QPushButton* m_cmdAddMultiLinesOfText = nullptr;
     QPushButton* m_cmdBigText = nullptr;
     double m_listPointSize = kSmallListPointSize;

@@ -1,6 +1,7 @@
 #include "text/widgets/frmAddMultipleLinesOfText.h"
 
 #include "platform/widgets/CenterForm.h"
+#include "platform/widgets/NamedButton.h"
 #include "text/TextListFile.h"
 
 #include <QHBoxLayout>
@@ -29,13 +30,11 @@ frmAddMultipleLinesOfText::frmAddMultipleLinesOfText(StudioSettings& studio,
 
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
-    m_cmdOK = new QPushButton(QStringLiteral("OK"), this);
-    m_cmdOK->setObjectName(QStringLiteral("cmdOK"));
-    m_cmdOK->setToolTip(QStringLiteral("Keep this list"));
+    m_cmdOK = NamedButton(QStringLiteral("OK"), QStringLiteral("cmdOK"),
+                          QStringLiteral("Keep this list"), this);
     m_cmdOK->setAutoDefault(false);
-    m_cmdCancel = new QPushButton(QStringLiteral("&Cancel"), this);
-    m_cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
-    m_cmdCancel->setToolTip(QStringLiteral("Leave the list as it was"));
+    m_cmdCancel = NamedButton(QStringLiteral("&Cancel"), QStringLiteral("cmdCancel"),
+                              QStringLiteral("Leave the list as it was"), this);
     m_cmdCancel->setAutoDefault(false);
     buttons->addWidget(m_cmdOK);
     buttons->addWidget(m_cmdCancel);
@@ -60,7 +59,6 @@ void frmAddMultipleLinesOfText::cmdOK_Click() {
     QString text = m_txtMultipleLinesOfText->toPlainText();
     text.replace(u'\n', QStringLiteral("\r\n"));
     if (!SaveTextListText(text, m_fileSpec)) {
-        m_saveFailed = true;
         QMessageBox::warning(
             this, windowTitle(),
             QStringLiteral("The text list could not be written to \"%1\".").arg(m_fileSpec));

@@ -18,8 +18,6 @@ public:
     frmAddMultipleLinesOfText(StudioSettings& studio, const QString& textListFileSpec,
                               const QString& text, QWidget* parent = nullptr);
 
-    bool saveFailed() const { return m_saveFailed; }
-
 public slots:
     void reject() override;
 
@@ -35,7 +33,6 @@ private:
     QPushButton* m_cmdOK = nullptr;
     QPushButton* m_cmdCancel = nullptr;
     bool m_centred = false;
-    bool m_saveFailed = false;
 };
 
 } // namespace cq

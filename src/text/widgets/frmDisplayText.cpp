@@ -22,6 +22,8 @@ frmDisplayText::frmDisplayText(StudioSettings& studio, SpeechVoice* voice, QWidg
     m_tmrDisplayTime = new QTimer(this);
     m_tmrDisplayTime->setObjectName(QStringLiteral("tmrDisplayTime"));
     m_tmrDisplayTime->setSingleShot(true);
+    // A coarse timer may fire up to 5% early, and the text must stay for its whole time.
+    m_tmrDisplayTime->setTimerType(Qt::PreciseTimer);
     connect(m_tmrDisplayTime, &QTimer::timeout, this, &frmDisplayText::tmrDisplayTime_Timer);
     m_tmrDelayedSoundTimer = new QTimer(this);
     m_tmrDelayedSoundTimer->setObjectName(QStringLiteral("tmrDelayedSoundTimer"));

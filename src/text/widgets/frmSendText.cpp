@@ -1,6 +1,7 @@
 #include "text/widgets/frmSendText.h"
 
 #include "platform/widgets/CenterForm.h"
+#include "platform/widgets/NamedButton.h"
 #include "text/widgets/SpeechVoice.h"
 #include "text/widgets/frmDisplayText.h"
 
@@ -42,9 +43,8 @@ frmSendText::frmSendText(StudioSettings& studio, SpeechVoice* voice, QWidget* pa
                              QStringLiteral("Keep the message"),
                              QStringLiteral("Leave the message as it was")};
     for (int i = 0; i < 3; ++i) {
-        m_lblPreview[i] = new QPushButton(captions[i], this);
-        m_lblPreview[i]->setObjectName(QStringLiteral("lblPreview_%1").arg(i));
-        m_lblPreview[i]->setToolTip(tips[i]);
+        m_lblPreview[i] =
+            NamedButton(captions[i], QStringLiteral("lblPreview_%1").arg(i), tips[i], this);
         m_lblPreview[i]->setAutoDefault(false);
         connect(m_lblPreview[i], &QPushButton::clicked, this, [this, i] { lblPreview_Click(i); });
         buttons->addWidget(m_lblPreview[i]);
@@ -74,28 +74,29 @@ QString frmSendText::typedText() const {
 }
 
 void frmSendText::lblPreview_Click(int index) {
-    switch (index) {
-    case 0:
-        m_studio.gstrCurrentText = typedText();
-        if (m_studio.gstrCurrentText.isEmpty())
-            return;
-        showTextFullScreen();
-        return;
-    case 1: {
-        const QString text = typedText();
-        if (text.isEmpty())
-            return;
-        hide();
-        m_studio.gstrCurrentText = text;
-        showTextFullScreen();
-        m_studio.gblnCancel = false;
-        done(QDialog::Accepted);
-        return;
-    }
-    default:
+    if (index == 0)
+        preview();
+    else if (index == 1)
+        saveAndClose();
+    else
         reject();
+}
+
+void frmSendText::preview() {
+    m_studio.gstrCurrentText = typedText();
+    if (!m_studio.gstrCurrentText.isEmpty())
+        showTextFullScreen();
+}
+
+void frmSendText::saveAndClose() {
+    const QString text = typedText();
+    if (text.isEmpty())
         return;
-    }
+    hide();
+    m_studio.gstrCurrentText = text;
+    showTextFullScreen();
+    m_studio.gblnCancel = false;
+    done(QDialog::Accepted);
 }
 
 void frmSendText::reject() {

@@ -31,7 +31,10 @@ protected:
 
 private:
     void Form_Load();
+    // The three buttons "Preview", "Save" and "Cancel", in that order.
     void lblPreview_Click(int index);
+    void preview();
+    void saveAndClose();
     void showTextFullScreen();
 
     StudioSettings& m_studio;

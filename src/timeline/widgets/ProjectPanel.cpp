@@ -1,6 +1,7 @@
 #include "timeline/widgets/ProjectPanel.h"
 
 #include "platform/Folders.h"
+#include "platform/widgets/NamedButton.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/RecordingState.h"
 
@@ -23,14 +24,12 @@ ProjectPanel::ProjectPanel(RecordingState& state, EventGridModel& grid, QString 
     : QWidget(parent), m_state(state), m_grid(grid), m_voiceFileSpec(std::move(voiceFileSpec)),
       m_workFolder(std::move(workFolder)), m_projectsFolder(std::move(projectsFolder)) {
     setObjectName(QStringLiteral("ProjectPanel"));
-    m_cmdSaveProject = new QPushButton(kSaveTitle, this);
-    m_cmdSaveProject->setObjectName(QStringLiteral("cmdSaveProject"));
-    m_cmdSaveProject->setToolTip(
-        QStringLiteral("Keep the recorded voice and its events in a project folder"));
-    m_cmdOpenProject = new QPushButton(kOpenTitle, this);
-    m_cmdOpenProject->setObjectName(QStringLiteral("cmdOpenProject"));
-    m_cmdOpenProject->setToolTip(
-        QStringLiteral("Bring back a saved recording to replay or render it"));
+    m_cmdSaveProject = NamedButton(
+        kSaveTitle, QStringLiteral("cmdSaveProject"),
+        QStringLiteral("Keep the recorded voice and its events in a project folder"), this);
+    m_cmdOpenProject =
+        NamedButton(kOpenTitle, QStringLiteral("cmdOpenProject"),
+                    QStringLiteral("Bring back a saved recording to replay or render it"), this);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_cmdSaveProject);
@@ -54,21 +53,38 @@ QString ProjectPanel::defaultSaveFolder() const {
                   QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh.mm")));
 }
 
+bool ProjectPanel::refuseWhileRecording(const QString& title) {
+    if (!m_state.gblnRecording)
+        return false;
+    QMessageBox::information(this, title, QStringLiteral("Press Stop to end the recording first."));
+    return true;
+}
+
+bool ProjectPanel::mayReplaceProjectIn(const QString& folder) {
+    return !IsProjectFolder(folder) ||
+           QMessageBox::question(
+               this, kSaveTitle,
+               QStringLiteral("\"%1\" already holds a project. Replace it?").arg(folder)) ==
+               QMessageBox::Yes;
+}
+
 void ProjectPanel::cmdSaveProject_Click() {
-    if (m_state.gblnRecording) {
-        QMessageBox::information(this, kSaveTitle,
-                                 QStringLiteral("Press Stop to end the recording first."));
+    if (refuseWhileRecording(kSaveTitle))
         return;
-    }
     const QString folder = askSaveFolder ? askSaveFolder() : QString();
-    if (folder.isEmpty())
+    if (!folder.isEmpty() && mayReplaceProjectIn(folder))
+        saveProject(folder);
+}
+
+void ProjectPanel::cmdOpenProject_Click() {
+    if (refuseWhileRecording(kOpenTitle))
         return;
-    if (IsProjectFolder(folder) &&
-        QMessageBox::question(
-            this, kSaveTitle,
-            QStringLiteral("\"%1\" already holds a project. Replace it?").arg(folder)) !=
-            QMessageBox::Yes)
-        return;
+    const QString folder = askOpenFolder ? askOpenFolder() : QString();
+    if (!folder.isEmpty())
+        openProject(folder);
+}
+
+void ProjectPanel::saveProject(const QString& folder) {
     const ProjectResult result = SaveProject(folder, m_grid.rows(), m_voiceFileSpec, m_workFolder);
     if (!result.ok()) {
         QMessageBox::warning(this, kSaveTitle, result.error);
@@ -81,15 +97,7 @@ void ProjectPanel::cmdSaveProject_Click() {
                                      .arg(result.missingFiles.join(u'\n')));
 }
 
-void ProjectPanel::cmdOpenProject_Click() {
-    if (m_state.gblnRecording) {
-        QMessageBox::information(this, kOpenTitle,
-                                 QStringLiteral("Press Stop to end the recording first."));
-        return;
-    }
-    const QString folder = askOpenFolder ? askOpenFolder() : QString();
-    if (folder.isEmpty())
-        return;
+void ProjectPanel::openProject(const QString& folder) {
     const ProjectResult result = OpenProject(folder, m_voiceFileSpec, m_workFolder);
     if (!result.ok()) {
         QMessageBox::warning(
@@ -98,7 +106,7 @@ void ProjectPanel::cmdOpenProject_Click() {
         return;
     }
     m_grid.setRows(result.rows);
-    m_state.gdblRecordingLength = result.voiceMs > 0 ? result.voiceMs / 1000.0 : 0;
+    m_state.recordingLengthMs = qMax<qint64>(result.voiceMs, 0);
     emit projectOpened(folder);
     if (!result.missingFiles.isEmpty())
         QMessageBox::warning(this, kOpenTitle,

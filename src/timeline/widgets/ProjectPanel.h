@@ -32,6 +32,11 @@ signals:
 
 private:
     QString defaultSaveFolder() const;
+    // Tells the user to stop first and returns true while a recording runs.
+    bool refuseWhileRecording(const QString& title);
+    bool mayReplaceProjectIn(const QString& folder);
+    void saveProject(const QString& folder);
+    void openProject(const QString& folder);
 
     RecordingState& m_state;
     EventGridModel& m_grid;

@@ -1,5 +1,6 @@
 #include "timeline/widgets/RecordingPanel.h"
 
+#include "platform/widgets/NamedButton.h"
 #include "timeline/RecordingController.h"
 
 #include <QHBoxLayout>
@@ -86,9 +87,8 @@ RecordingPanel::RecordingPanel(RecordingController& controller, QWidget* parent)
     m_lblRecording->setSizePolicy(keep);
     m_lblRecording->hide();
 
-    m_cmdEvents = new QPushButton(QStringLiteral("Events"), this);
-    m_cmdEvents->setObjectName(QStringLiteral("cmdEvents"));
-    m_cmdEvents->setToolTip(QStringLiteral("Video Events"));
+    m_cmdEvents = NamedButton(QStringLiteral("Events"), QStringLiteral("cmdEvents"),
+                              QStringLiteral("Video Events"), this);
 
     m_tmrRecording.setObjectName(QStringLiteral("tmrRecording"));
     m_tmrRecording.setInterval(700);

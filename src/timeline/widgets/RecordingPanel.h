@@ -21,7 +21,6 @@ public:
     QToolButton* recordButton() const { return m_cmdRecordVoiceEmail; }
     QToolButton* stopButton() const { return m_cmdPause; }
     QToolButton* replayButton() const { return m_cmdPlayVoiceEmail; }
-    QPushButton* eventsButton() const { return m_cmdEvents; }
     QLabel* recordingLabel() const { return m_lblRecording; }
     QTimer& tmrRecording() { return m_tmrRecording; }
 

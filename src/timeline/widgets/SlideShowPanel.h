@@ -16,10 +16,6 @@ class SlideShowPanel : public QWidget {
 public:
     explicit SlideShowPanel(SlideShow& show, QWidget* parent = nullptr);
 
-    QPushButton* startButton() const { return m_cmdSlideShow; }
-    QComboBox* waitBox() const { return m_cboSlideShowPictureWait; }
-    QCheckBox* randomBox() const { return m_chkRandom; }
-
 private:
     void LoadcboSlideShowPictureWait();
     void onRunningChanged(bool running);

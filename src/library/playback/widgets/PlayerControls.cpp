@@ -2,28 +2,28 @@
 
 #include "library/playback/MediaPlayer.h"
 #include "library/playback/widgets/VolumeSlider.h"
+#include "platform/widgets/NamedButton.h"
 
 #include <QHBoxLayout>
-#include <QMouseEvent>
 #include <QPushButton>
 
 namespace cq {
 
-PlayerControls::PlayerControls(int index, MediaPlayer* player, QWidget* parent)
-    : QWidget(parent), m_index(index), m_player(player) {
+PlayerControls::PlayerControls(MediaTabId tab, MediaPlayer* player, QWidget* parent)
+    : QWidget(parent), m_tab(tab), m_player(player) {
+    const int index = TabIndex(tab);
+    const bool speech = tab == MediaTabId::TextAndSpeech;
     setObjectName(QStringLiteral("playerControls_%1").arg(index));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     m_slider = new VolumeSlider(index, this);
     m_slider->setLevel(m_player ? m_player->volume() : kLevelScale);
-    m_cmdMute = new QPushButton(QStringLiteral("Mute"), this);
-    m_cmdMute->setObjectName(QStringLiteral("cmdMute_%1").arg(index));
-    m_cmdMute->setToolTip(index == kTextAndSpeechIndex ? QStringLiteral("Silence the voice")
-                                                       : QStringLiteral("Mute or unmute"));
-    m_cmdStop = new QPushButton(QStringLiteral("Stop"), this);
-    m_cmdStop->setObjectName(QStringLiteral("cmdStop_%1").arg(index));
-    m_cmdStop->setToolTip(index == kTextAndSpeechIndex ? QStringLiteral("Stop speaking")
-                                                       : QStringLiteral("Stop playing"));
+    m_cmdMute = NamedButton(
+        QStringLiteral("Mute"), QStringLiteral("cmdMute_%1").arg(index),
+        speech ? QStringLiteral("Silence the voice") : QStringLiteral("Mute or unmute"), this);
+    m_cmdStop = NamedButton(
+        QStringLiteral("Stop"), QStringLiteral("cmdStop_%1").arg(index),
+        speech ? QStringLiteral("Stop speaking") : QStringLiteral("Stop playing"), this);
     layout->addWidget(m_slider, 1);
     layout->addWidget(m_cmdMute);
     layout->addWidget(m_cmdStop);
@@ -43,7 +43,8 @@ bool PlayerControls::muted() const {
 }
 
 void PlayerControls::picSlider_Change(int level) {
-    if (m_index != kUndrivenSliderIndex && m_player)
+    // The Standard Effects slider moves but drives no player.
+    if (m_tab != MediaTabId::StandardEffects && m_player)
         m_player->setVolume(level * kPlayerVolumeMax / kLevelScale);
 }
 
@@ -53,7 +54,7 @@ void PlayerControls::cmdMute_Click() {
     font.setBold(mute);
     m_cmdMute->setFont(font);
     m_cmdMute->setAccessibleDescription(mute ? QStringLiteral("Muted") : QString());
-    if (m_index == kTextAndSpeechIndex) {
+    if (m_tab == MediaTabId::TextAndSpeech) {
         if (mute)
             emit stopSpeechRequested();
         return;
@@ -63,18 +64,10 @@ void PlayerControls::cmdMute_Click() {
 }
 
 void PlayerControls::cmdStop_Click() {
-    if (m_index == kTextAndSpeechIndex)
+    if (m_tab == MediaTabId::TextAndSpeech)
         emit stopSpeechRequested();
     if (m_player)
         m_player->stop();
-    emit stopped(m_index);
-}
-
-void PlayerControls::mousePressEvent(QMouseEvent* event) {
-    if (m_player)
-        m_player->notifyClick();
-    emit playerClicked(m_index);
-    QWidget::mousePressEvent(event);
 }
 
 } // namespace cq

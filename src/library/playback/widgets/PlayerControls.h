@@ -1,5 +1,7 @@
 #pragma once
 
+#include "library/MediaTabs.h"
+
 #include <QPointer>
 #include <QWidget>
 
@@ -15,12 +17,8 @@ class VolumeSlider;
 class PlayerControls : public QWidget {
     Q_OBJECT
 public:
-    static constexpr int kTextAndSpeechIndex = 4;
-    static constexpr int kUndrivenSliderIndex = 5;
+    PlayerControls(MediaTabId tab, MediaPlayer* player, QWidget* parent = nullptr);
 
-    PlayerControls(int index, MediaPlayer* player, QWidget* parent = nullptr);
-
-    int index() const { return m_index; }
     MediaPlayer* player() const;
     VolumeSlider* slider() const { return m_slider; }
     bool muted() const;
@@ -30,17 +28,11 @@ public:
 
 signals:
     void stopSpeechRequested();
-    void stopped(int index);
-    // The user touched this tab's player: it becomes the audio player last used.
-    void playerClicked(int index);
-
-protected:
-    void mousePressEvent(QMouseEvent* event) override;
 
 private:
     void picSlider_Change(int level);
 
-    int m_index;
+    MediaTabId m_tab;
     QPointer<MediaPlayer> m_player;
     VolumeSlider* m_slider = nullptr;
     QPushButton* m_cmdMute = nullptr;

@@ -1,6 +1,7 @@
 #include "library/playback/widgets/PlayerTransport.h"
 
 #include "library/playback/MediaPlayer.h"
+#include "platform/widgets/NamedButton.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -8,7 +9,7 @@
 #include <QSlider>
 #include <QTimer>
 
-#include <cmath>
+#include <algorithm>
 
 namespace cq {
 
@@ -17,9 +18,8 @@ PlayerTransport::PlayerTransport(MediaPlayer* player, QWidget* parent)
     setObjectName(QStringLiteral("playerTransport"));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    m_cmdPlayPause = new QPushButton(QStringLiteral("Play"), this);
-    m_cmdPlayPause->setObjectName(QStringLiteral("cmdPlayPause"));
-    m_cmdPlayPause->setToolTip(QStringLiteral("Play or pause"));
+    m_cmdPlayPause = NamedButton(QStringLiteral("Play"), QStringLiteral("cmdPlayPause"),
+                                 QStringLiteral("Play or pause"), this);
     m_sldPosition = new QSlider(Qt::Horizontal, this);
     m_sldPosition->setObjectName(QStringLiteral("sldPosition"));
     m_sldPosition->setAccessibleName(QStringLiteral("Position"));
@@ -43,12 +43,12 @@ PlayerTransport::PlayerTransport(MediaPlayer* player, QWidget* parent)
         connect(m_player, &MediaPlayer::positionTick, this, &PlayerTransport::showPosition);
         connect(m_player, &MediaPlayer::durationChanged, this, &PlayerTransport::showDuration);
         connect(m_player, &MediaPlayer::playStateChange, this, &PlayerTransport::showState);
-        showDuration(m_player->duration());
+        showDuration(m_player->durationMs());
     }
 }
 
-QString PlayerTransport::timeText(double seconds) {
-    const int whole = static_cast<int>(std::floor(std::max(0.0, seconds)));
+QString PlayerTransport::timeText(qint64 ms) {
+    const qint64 whole = std::max<qint64>(0, ms) / 1000;
     return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QChar(u'0'));
 }
 
@@ -62,22 +62,22 @@ void PlayerTransport::cmdPlayPause_Click() {
 }
 
 void PlayerTransport::seekToBar() {
-    if (m_player && m_duration > 0)
+    if (m_player && m_durationMs > 0)
         m_player->setCurrentPosition(m_sldPosition->value() / 1000.0);
 }
 
-void PlayerTransport::showPosition(double seconds) {
+void PlayerTransport::showPosition(qint64 ms) {
     if (!m_sldPosition->isSliderDown())
-        m_sldPosition->setValue(static_cast<int>(seconds * 1000));
-    m_lblTime->setText(timeText(seconds) + QStringLiteral(" / ") + timeText(m_duration));
+        m_sldPosition->setValue(static_cast<int>(ms));
+    m_lblTime->setText(timeText(ms) + QStringLiteral(" / ") + timeText(m_durationMs));
 }
 
-void PlayerTransport::showDuration(double seconds) {
-    m_duration = std::max(0.0, seconds);
-    m_sldPosition->setRange(0, static_cast<int>(m_duration * 1000));
-    m_sldPosition->setEnabled(m_duration > 0);
-    m_lblTime->setText(timeText(m_player ? m_player->currentPosition() : 0) +
-                       QStringLiteral(" / ") + timeText(m_duration));
+void PlayerTransport::showDuration(qint64 ms) {
+    m_durationMs = std::max<qint64>(0, ms);
+    m_sldPosition->setRange(0, static_cast<int>(m_durationMs));
+    m_sldPosition->setEnabled(m_durationMs > 0);
+    const qint64 position = m_player ? m_player->mediaPlayer()->position() : 0;
+    m_lblTime->setText(timeText(position) + QStringLiteral(" / ") + timeText(m_durationMs));
 }
 
 void PlayerTransport::showState(int playState) {

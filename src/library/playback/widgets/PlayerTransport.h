@@ -19,20 +19,21 @@ public:
     PlayerTransport(MediaPlayer* player, QWidget* parent = nullptr);
 
     QSlider* positionBar() const { return m_sldPosition; }
-    static QString timeText(double seconds);
+    // "m:ss", the seconds cut, never rounded up.
+    static QString timeText(qint64 ms);
 
 private:
     void cmdPlayPause_Click();
     void seekToBar();
-    void showPosition(double seconds);
-    void showDuration(double seconds);
+    void showPosition(qint64 ms);
+    void showDuration(qint64 ms);
     void showState(int playState);
 
     QPointer<MediaPlayer> m_player;
     QPushButton* m_cmdPlayPause = nullptr;
     QSlider* m_sldPosition = nullptr;
     QLabel* m_lblTime = nullptr;
-    double m_duration = 0;
+    qint64 m_durationMs = 0;
 };
 
 } // namespace cq

@@ -23,9 +23,6 @@ public:
     VolumeLevelsPanel(MediaPlayer* recordedAudioPlayer, MasterVolume* master,
                       QWidget* parent = nullptr);
 
-    VolumeSlider* recordedAudioSlider() const { return m_recordedSlider; }
-    VolumeSlider* masterSlider() const { return m_masterSlider; }
-
 private:
     QPointer<MediaPlayer> m_recordedPlayer;
     QPointer<MasterVolume> m_master;
