@@ -99,68 +99,69 @@ QList<EventRow> hundredEvents(const Inputs& in) {
     return rows;
 }
 
-// The same video from one ffmpeg run: every item decoded once, fitted, held for its frames,
-// concatenated and mixed with the voice.
-QStringList baselineArguments(const QList<EventRow>& rows, const QString& voice, qint64 voiceMs,
-                              const QString& size, const QString& black, const QString& out) {
-    const QSize s = ParseFrameSize(size);
+struct BaselineItem {
+    QString type;
+    QString file;
+    qint64 startMs = 0;
+    qint64 begMs = -1;
+};
+
+QList<BaselineItem> baselineItems(const QList<EventRow>& rows, const QString& black) {
+    QList<BaselineItem> items;
+    if (rows.first().timeMs() > 0)
+        items.append({"Black", black, 0, -1});
+    for (const EventRow& r : rows)
+        items.append({r.mediaType, r.fileSpec, r.timeMs(), r.begVideoAtMs()});
+    return items;
+}
+
+// Adds every item as an input and its filter chain to the graph: decoded once, fitted, held
+// for its frames.
+QString baselineGraph(const QList<BaselineItem>& items, qint64 voiceMs, const QSize& s,
+                      QStringList& args) {
     const double fps = 30000.0 / 1001.0;
     const QString fit = QStringLiteral("scale=%1:%2:force_original_aspect_ratio=decrease:"
                                        "force_divisible_by=2,"
                                        "pad=%1:%2:(ow-iw)/2:(oh-ih)/2,setsar=1,format=yuv420p")
                             .arg(s.width())
                             .arg(s.height());
-    QStringList args{"-nostdin", "-v", "error", "-i", voice};
-    QString graph;
-    int k = 1;
     auto frameAt = [&](qint64 ms) {
         return std::llround(ms * fps / 1000.0);
     };
-    QList<std::tuple<QString, QString, qint64, qint64>> items; // type, file, start, begin
-    if (rows.first().timeMs() > 0)
-        items.append({"Black", black, 0, -1});
-    for (const EventRow& r : rows)
-        items.append({r.mediaType, r.fileSpec, r.timeMs(), r.begVideoAtMs()});
+    QString graph;
     for (int i = 0; i < items.size(); ++i) {
-        const auto& [type, file, start, beg] = items[i];
-        const qint64 end = i + 1 < items.size() ? std::get<2>(items[i + 1]) : voiceMs;
-        const qint64 frames = frameAt(end) - frameAt(start);
-        if (type == "Video") {
-            if (beg > 0)
-                args << "-ss" << QString::number(beg / 1000.0);
-            args << "-i" << file;
-            graph += QStringLiteral("[%1:v]fps=30000/1001,%2,tpad=stop=-1:stop_mode=clone,"
-                                    "trim=end_frame=%3,setpts=PTS-STARTPTS[v%1];")
-                         .arg(k)
-                         .arg(fit)
-                         .arg(frames);
-        } else {
-            args << "-i" << file;
-            graph += QStringLiteral("[%1:v]%2,loop=loop=%3:size=1,setpts=N/(30000/1001)/TB[v%1];")
-                         .arg(k)
-                         .arg(fit)
-                         .arg(frames - 1);
-        }
-        ++k;
+        const BaselineItem& item = items[i];
+        const qint64 end = i + 1 < items.size() ? items[i + 1].startMs : voiceMs;
+        const qint64 frames = frameAt(end) - frameAt(item.startMs);
+        if (item.type == "Video" && item.begMs > 0)
+            args << "-ss" << QString::number(item.begMs / 1000.0);
+        args << "-i" << item.file;
+        graph += item.type == "Video"
+                     ? QStringLiteral("[%1:v]fps=30000/1001,%2,tpad=stop=-1:stop_mode=clone,"
+                                      "trim=end_frame=%3,setpts=PTS-STARTPTS[v%1];")
+                           .arg(i + 1)
+                           .arg(fit)
+                           .arg(frames)
+                     : QStringLiteral("[%1:v]%2,loop=loop=%3:size=1,setpts=N/(30000/1001)/TB[v%1];")
+                           .arg(i + 1)
+                           .arg(fit)
+                           .arg(frames - 1);
     }
-    for (int i = 1; i < k; ++i)
+    for (int i = 1; i <= items.size(); ++i)
         graph += QStringLiteral("[v%1]").arg(i);
-    graph += QStringLiteral("concat=n=%1:v=1:a=0[v]").arg(k - 1);
-    args << "-filter_complex" << graph << "-map"
-         << "[v]"
-         << "-map"
-         << "0:a"
-         << "-r"
-         << "30000/1001"
-         << "-c:v"
-         << "mpeg4"
-         << "-q:v"
-         << "4"
-         << "-c:a"
-         << "mp2"
-         << "-b:a"
-         << "128k"
-         << "-y" << out;
+    return graph + QStringLiteral("concat=n=%1:v=1:a=0[v]").arg(items.size());
+}
+
+// The same video from one ffmpeg run: every item decoded once, fitted, held for its frames,
+// concatenated and mixed with the voice.
+QStringList baselineArguments(const QList<EventRow>& rows, const QString& voice, qint64 voiceMs,
+                              const QString& size, const QString& black, const QString& out) {
+    QStringList args{"-nostdin", "-v", "error", "-i", voice};
+    const QString graph =
+        baselineGraph(baselineItems(rows, black), voiceMs, ParseFrameSize(size), args);
+    args += QStringList{
+        "-filter_complex", graph,  "-map", "[v]",  "-map", "0:a",  "-r",   "30000/1001", "-c:v",
+        "mpeg4",           "-q:v", "4",    "-c:a", "mp2",  "-b:a", "128k", "-y",         out};
     return args;
 }
 
@@ -228,6 +229,70 @@ void longMessageDrift(const AppPaths& paths, const Inputs& in, const QString& di
                 verdict(r.ok() && spread <= 40));
 }
 
+struct SizeResult {
+    double base = 0, render = 0, changed = 0, cpuRender = 0, cpuBase = 0;
+    RenderReport report, again;
+};
+
+SizeResult measureSize(const AppPaths& paths, const Inputs& in, const QList<EventRow>& rows,
+                       const QString& size, const QString& dir) {
+    SizeResult r;
+    // Warm the page cache and ffmpeg's libraries first.
+    timeBaseline(rows, in.voice, size, paths.blackPictureFileSpec, dir + "/warm.avi");
+    const double cpu0 = childCpuSeconds();
+    r.base = timeBaseline(rows, in.voice, size, paths.blackPictureFileSpec, dir + "/base.avi");
+    const double cpu1 = childCpuSeconds();
+    r.render = timeRender(paths, rows, in.voice, size, &r.report);
+    r.cpuRender = childCpuSeconds() - cpu1;
+    r.cpuBase = cpu1 - cpu0;
+    // One picture changes; the other nine pieces are kept.
+    ffmpeg({"-f", "lavfi", "-i", QStringLiteral("testsrc=s=1920x1080:n=%1").arg(size.size()),
+            "-frames:v", "1", "-update", "1", "-q:v", "3", "-y", in.pictures[3]});
+    ToolPool pool;
+    RenderJob job(inputsFor(paths, rows, in.voice, size), pool);
+    QElapsedTimer t;
+    t.start();
+    r.again = job.runToEnd();
+    r.changed = seconds(t);
+    return r;
+}
+
+// Prints one size's lines against its goals; true when every goal is met.
+bool printSize(const QString& size, const SizeResult& r, double message) {
+    const bool is320 = size == u"320X240";
+    const bool fast = r.render / r.base <= 0.75;
+    const bool realtime = !is320 || message / r.render >= 30;
+    const bool quickAgain = r.changed / r.base <= 0.3;
+    std::printf("%s, 10 events, 60 s message\n", qPrintable(size));
+    std::printf("  one-pass baseline     %6.2f s\n", r.base);
+    std::printf("  render                %6.2f s  (%s, length %s)\n", r.render,
+                r.report.outcome == RenderReport::Outcome::Rendered ? "rendered" : "FAILED",
+                r.report.lengthOk ? "ok" : "OFF");
+    std::printf("  render / baseline     %6.2f    (goal <= 0.75: %s)\n", r.render / r.base,
+                verdict(fast));
+    std::printf("  processor time        %6.2f s render, %.2f s baseline, ratio %.2f\n",
+                r.cpuRender, r.cpuBase, r.cpuRender / r.cpuBase);
+    if (is320)
+        std::printf("  realtime factor       %6.1f x  (goal >= 30: %s)\n", message / r.render,
+                    verdict(realtime));
+    std::printf("  measured: video %.3f s, sound %.3f s, voice %.3f s\n", r.report.videoMs / 1000.0,
+                r.report.audioMs / 1000.0, r.report.voiceMs / 1000.0);
+    std::printf("  one item changed      %6.2f s, %.2f x baseline (goal <= 0.3: %s), %d "
+                "pieces reused\n\n",
+                r.changed, r.changed / r.base, verdict(quickAgain), r.again.reusedPieces);
+    return fast && realtime && quickAgain && r.report.ok() && r.again.ok();
+}
+
+// The application folder the renders work in, with the black picture of the lead-in.
+AppPaths makeAppFolder(const QString& dir) {
+    const AppPaths paths = AppPaths::forFolder(dir + "/app");
+    QDir().mkpath(paths.appFolder + "/SystemMedia");
+    QDir().mkpath(paths.appFolder + "/SystemMediaGen");
+    ffmpeg({"-f", "lavfi", "-i", "color=black:s=640x480", "-frames:v", "1", "-update", "1", "-y",
+            paths.blackPictureFileSpec});
+    return paths;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -244,66 +309,19 @@ int main(int argc, char** argv) {
         dir.setAutoRemove(false);
         std::printf("keeping %s\n", qPrintable(dir.path()));
     }
-    const AppPaths paths = AppPaths::forFolder(dir.path() + "/app");
-    QDir().mkpath(paths.appFolder + "/SystemMedia");
-    QDir().mkpath(paths.appFolder + "/SystemMediaGen");
-    ffmpeg({"-f", "lavfi", "-i", "color=black:s=640x480", "-frames:v", "1", "-update", "1", "-y",
-            paths.blackPictureFileSpec});
+    const AppPaths paths = makeAppFolder(dir.path());
     std::printf("Making the inputs (60 s voice, 6 pictures 1920x1080, 10 s 1280x720 video)...\n");
     const Inputs in = makeInputs(dir.path());
     const QList<EventRow> ten = tenEvents(in);
-    const double message = WavDurationMs(in.voice) / 1000.0;
     double load[1] = {0};
     getloadavg(load, 1);
     std::printf("cores: %d, load average at start %.1f (wall times grow with other work)\n\n",
                 QThread::idealThreadCount(), load[0]);
-
     bool allMet = true;
-    for (const QString size : {"320X240", "1280X720"}) {
-        // Warm the page cache and ffmpeg's libraries first.
-        timeBaseline(ten, in.voice, size, paths.blackPictureFileSpec, dir.path() + "/warm.avi");
-        const double cpu0 = childCpuSeconds();
-        const double base =
-            timeBaseline(ten, in.voice, size, paths.blackPictureFileSpec, dir.path() + "/base.avi");
-        const double cpu1 = childCpuSeconds();
-        RenderReport report;
-        const double render = timeRender(paths, ten, in.voice, size, &report);
-        const double cpu2 = childCpuSeconds();
-        // One picture changes; the other nine pieces are kept.
-        ffmpeg({"-f", "lavfi", "-i", QStringLiteral("testsrc=s=1920x1080:n=%1").arg(size.size()),
-                "-frames:v", "1", "-update", "1", "-q:v", "3", "-y", in.pictures[3]});
-        RenderReport again;
-        const double changed = [&] {
-            ToolPool pool;
-            RenderJob job(inputsFor(paths, ten, in.voice, size), pool);
-            QElapsedTimer t;
-            t.start();
-            again = job.runToEnd();
-            return seconds(t);
-        }();
-        const bool is320 = size == u"320X240";
-        const bool fast = render / base <= 0.75;
-        const bool realtime = !is320 || message / render >= 30;
-        const bool quickAgain = changed / base <= 0.3;
-        allMet = allMet && fast && realtime && quickAgain && report.ok() && again.ok();
-        std::printf("%s, 10 events, 60 s message\n", qPrintable(size));
-        std::printf("  one-pass baseline     %6.2f s\n", base);
-        std::printf("  render                %6.2f s  (%s, length %s)\n", render,
-                    report.outcome == RenderReport::Outcome::Rendered ? "rendered" : "FAILED",
-                    report.lengthOk ? "ok" : "OFF");
-        std::printf("  render / baseline     %6.2f    (goal <= 0.75: %s)\n", render / base,
-                    verdict(fast));
-        std::printf("  processor time        %6.2f s render, %.2f s baseline, ratio %.2f\n",
-                    cpu2 - cpu1, cpu1 - cpu0, (cpu2 - cpu1) / (cpu1 - cpu0));
-        if (is320)
-            std::printf("  realtime factor       %6.1f x  (goal >= 30: %s)\n", message / render,
-                        verdict(realtime));
-        std::printf("  measured: video %.3f s, sound %.3f s, voice %.3f s\n",
-                    report.videoMs / 1000.0, report.audioMs / 1000.0, report.voiceMs / 1000.0);
-        std::printf("  one item changed      %6.2f s, %.2f x baseline (goal <= 0.3: %s), %d "
-                    "pieces reused\n\n",
-                    changed, changed / base, verdict(quickAgain), again.reusedPieces);
-    }
+    for (const QString size : {"320X240", "1280X720"})
+        allMet = printSize(size, measureSize(paths, in, ten, size, dir.path()),
+                           WavDurationMs(in.voice) / 1000.0) &&
+                 allMet;
     if (QCoreApplication::arguments().contains(QStringLiteral("--long")))
         longMessageDrift(paths, in, dir.path());
     else

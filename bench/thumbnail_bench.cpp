@@ -53,20 +53,56 @@ void waitUntilWritten(PicturesWebPage& page) {
     }
 }
 
+QString findConvert(int argc, char** argv) {
+    QString convert = argc > 1 ? QString::fromLocal8Bit(argv[1])
+                               : QStandardPaths::findExecutable(QStringLiteral("convert"),
+                                                                {QStringLiteral("/usr/bin")});
+    return convert.isEmpty() ? QStandardPaths::findExecutable(QStringLiteral("convert")) : convert;
+}
+
+void makePictures(const QString& folder) {
+    std::printf("Making %d pictures of 1920x1080...\n", kPictures);
+    for (int i = 0; i < kPictures; ++i)
+        MakePicture(i).save(
+            JoinPath(folder, QStringLiteral("picture %1.jpg").arg(i, 2, 10, QChar(u'0'))), "JPEG",
+            90);
+}
+
+// The reference: one picture-tool process per picture, one after another. -1 when one failed.
+double timeSequential(const QString& convert, const QString& folder, const QStringList& entries,
+                      const QString& out) {
+    QElapsedTimer timer;
+    timer.start();
+    ToolRunner runner;
+    for (const QString& entry : entries) {
+        const RunResult result =
+            runner.runProgram(convert, {JoinPath(folder, entry), QStringLiteral("-resize"),
+                                        QStringLiteral("134X100"), JoinPath(out, entry)});
+        if (!result.ok()) {
+            std::fprintf(stderr, "convert failed: %s\n", qPrintable(result.errorText));
+            return -1;
+        }
+    }
+    return Seconds(timer);
+}
+
+double timePage(PicturesWebPage& page, const QString& folder, const QStringList& entries) {
+    QElapsedTimer timer;
+    timer.start();
+    page.RefreshPicturesWebPage(folder, entries);
+    waitUntilWritten(page);
+    return Seconds(timer);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
-    QString convert = argc > 1 ? QString::fromLocal8Bit(argv[1])
-                               : QStandardPaths::findExecutable(QStringLiteral("convert"),
-                                                                {QStringLiteral("/usr/bin")});
-    if (convert.isEmpty())
-        convert = QStandardPaths::findExecutable(QStringLiteral("convert"));
+    const QString convert = findConvert(argc, argv);
     if (convert.isEmpty()) {
         std::fprintf(stderr, "convert (Debian package imagemagick) is needed\n");
         return 1;
     }
-
     QTemporaryDir root;
     const AppPaths paths = AppPaths::forFolder(root.path());
     QDir().mkpath(paths.gstrSmallPicsDirectory);
@@ -75,44 +111,18 @@ int main(int argc, char** argv) {
     const QString sequentialOut = root.filePath(QStringLiteral("sequential"));
     QDir().mkpath(folder);
     QDir().mkpath(sequentialOut);
-
-    std::printf("Making %d pictures of 1920x1080...\n", kPictures);
-    for (int i = 0; i < kPictures; ++i)
-        MakePicture(i).save(
-            JoinPath(folder, QStringLiteral("picture %1.jpg").arg(i, 2, 10, QChar(u'0'))), "JPEG",
-            90);
+    makePictures(folder);
     const QStringList entries = ListMediaFiles(folder);
-
-    // The reference: one picture-tool process per picture, one after another.
-    QElapsedTimer timer;
-    timer.start();
-    ToolRunner runner;
-    for (const QString& entry : entries) {
-        const RunResult result =
-            runner.runProgram(convert, {JoinPath(folder, entry), QStringLiteral("-resize"),
-                                        QStringLiteral("134X100"), JoinPath(sequentialOut, entry)});
-        if (!result.ok()) {
-            std::fprintf(stderr, "convert failed: %s\n", qPrintable(result.errorText));
-            return 1;
-        }
-    }
-    const double sequential = Seconds(timer);
-
+    const double sequential = timeSequential(convert, folder, entries, sequentialOut);
+    if (sequential < 0)
+        return 1;
     ToolPool pool;
     PicturesWebPage page(paths, pool, convert);
-    timer.restart();
-    page.RefreshPicturesWebPage(folder, entries);
-    waitUntilWritten(page);
-    const double cold = Seconds(timer);
+    const double cold = timePage(page, folder, entries);
     const int made = QDir(JoinPath(paths.gstrSmallPicsDirectory, QStringLiteral("Pictures")))
                          .entryList(QDir::Files)
                          .size();
-
-    timer.restart();
-    page.RefreshPicturesWebPage(folder, entries);
-    waitUntilWritten(page);
-    const double warm = Seconds(timer);
-
+    const double warm = timePage(page, folder, entries);
     std::printf("cores: %d, pictures: %d, thumbnails made: %d\n", QThread::idealThreadCount(),
                 kPictures, made);
     std::printf("sequential convert per picture: %.3f s (%.1f ms each)\n", sequential,

@@ -23,6 +23,38 @@ using test::ColourName;
 using test::RenderEndToEnd;
 using test::Row;
 
+namespace {
+
+// Frames stand at whole frame steps from 0: no frame is shifted in time. A still's held frames
+// are empty chunks, which a decoder skips, so steps may be left out between frames.
+void expectFramesOnWholeSteps(test::RenderTestMedia& media, const QString& out, double seconds) {
+    const double step = 1001.0 / 30000.0;
+    const QList<double> times = media.frameTimes(out);
+    ASSERT_GT(times.size(), 30);
+    EXPECT_NEAR(times.first(), 0, 0.002);
+    EXPECT_NEAR(times.last(), seconds - step, step);
+    for (qsizetype i = 0; i < times.size(); ++i) {
+        ASSERT_NEAR(times[i] / step, std::round(times[i] / step), 0.05) << "frame " << i;
+        if (i > 0) {
+            ASSERT_GT(times[i], times[i - 1] + step / 2) << "frame " << i;
+        }
+    }
+    EXPECT_EQ(ReadAviContents(out).videoFrames, std::llround(seconds / step));
+    EXPECT_LT(times.size(), 80) << "the stills' held frames were encoded one by one";
+}
+
+// The voice runs from start to end; the video's 1 kHz tone only while the video is on screen.
+void expectVoiceThroughoutAndVideoToneOnlyOnScreen(test::RenderTestMedia& media,
+                                                   const QString& out) {
+    for (double at : {0.1, 1.9, 3.5})
+        EXPECT_GT(media.bandLevel(out, at, 0.4, 440), -35) << at;
+    EXPECT_GT(media.bandLevel(out, 1.7, 0.6, 1000), -35);
+    EXPECT_LT(media.bandLevel(out, 0.6, 0.6, 1000), -45);
+    EXPECT_LT(media.bandLevel(out, 2.7, 0.4, 1000), -45);
+}
+
+} // namespace
+
 TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
     const QString voice = mediaFile("RecordedAudio.wav");
     const QString red = mediaFile("red 4x3.jpg");
@@ -64,33 +96,14 @@ TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
     EXPECT_NEAR(media.duration(out, "format"), 4.0, 0.2);
     EXPECT_NEAR(media.duration(out, "video"), 4.0, 0.2);
     EXPECT_NEAR(media.duration(out, "audio"), 4.0, 0.2);
-    // Frames stand at whole frame steps from 0: no frame is shifted in time. A still's held
-    // frames are empty chunks, which a decoder skips, so steps may be left out between frames.
-    const double step = 1001.0 / 30000.0;
-    const QList<double> times = media.frameTimes(out);
-    ASSERT_GT(times.size(), 30);
-    EXPECT_NEAR(times.first(), 0, 0.002);
-    EXPECT_NEAR(times.last(), 4.0 - step, step);
-    for (qsizetype i = 0; i < times.size(); ++i) {
-        ASSERT_NEAR(times[i] / step, std::round(times[i] / step), 0.05) << "frame " << i;
-        if (i > 0) {
-            ASSERT_GT(times[i], times[i - 1] + step / 2) << "frame " << i;
-        }
-    }
-    EXPECT_EQ(ReadAviContents(out).videoFrames, 120);
-    EXPECT_LT(times.size(), 80) << "the stills' held frames were encoded one by one";
+    expectFramesOnWholeSteps(media, out, 4.0);
 
     expectSequence(out, {{0.5, "red"}, {1.5, "green"}, {2.5, "yellow"}, {3.2, "blue"}});
     // The tall picture stands between black bars.
     EXPECT_EQ(ColourName(media.colourAt(out, 3.5)), "blue");
     EXPECT_EQ(ColourName(media.colourAt(out, 3.9)), "blue");
 
-    // The voice runs from start to end; the video's tone only while the video is on screen.
-    for (double at : {0.1, 1.9, 3.5})
-        EXPECT_GT(media.bandLevel(out, at, 0.4, 440), -35) << at;
-    EXPECT_GT(media.bandLevel(out, 1.7, 0.6, 1000), -35);
-    EXPECT_LT(media.bandLevel(out, 0.6, 0.6, 1000), -45);
-    EXPECT_LT(media.bandLevel(out, 2.7, 0.4, 1000), -45);
+    expectVoiceThroughoutAndVideoToneOnlyOnScreen(media, out);
 
     const QString log = ReadFileToString(report.logFile);
     EXPECT_TRUE(log.contains("measured: voice 4.000s")) << log.toStdString();

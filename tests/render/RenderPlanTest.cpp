@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 
 using namespace cq;
 using test::Row;
@@ -122,37 +121,21 @@ TEST(PieceRecipe, KeyChangesWithEveryInputThatMattersAndNothingElse) {
                   .key(),
               key);
 
-    const QList<std::pair<const char*, std::function<void(PieceRecipe&)>>> changes{
-        {"kind",
-         [](PieceRecipe& r) {
-             r.kind = SegmentKind::Black;
-         }},
-        {"source",
-         [&](PieceRecipe& r) {
-             r.source = other;
-         }},
-        {"frames",
-         [](PieceRecipe& r) {
-             r.frames = 91;
-         }},
-        {"size",
-         [](PieceRecipe& r) {
-             r.frameSize = QSize(320, 180);
-         }},
-        {"rate",
-         [](PieceRecipe& r) {
-             r.rate = {25, 1};
-         }},
-        {"encoder",
-         [](PieceRecipe& r) {
-             r.encoderOptions = "-c:v mpeg4 -q:v 3";
-         }},
-    };
-    for (const auto& [what, change] : changes) {
-        PieceRecipe r = make();
-        change(r);
-        EXPECT_NE(r.key(), key) << what;
-    }
+    PieceRecipe kind = make(), source = make(), frames = make(), size = make(), rate = make(),
+                encoder = make();
+    kind.kind = SegmentKind::Black;
+    source.source = other;
+    frames.frames = 91;
+    size.frameSize = QSize(320, 180);
+    rate.rate = {25, 1};
+    encoder.encoderOptions = "-c:v mpeg4 -q:v 3";
+    for (const auto& [what, changed] : {std::pair{"kind", kind},
+                                        {"source", source},
+                                        {"frames", frames},
+                                        {"size", size},
+                                        {"rate", rate},
+                                        {"encoder", encoder}})
+        EXPECT_NE(changed.key(), key) << what;
     auto video = [&](qint64 startMs) {
         return PieceRecipe::of(SegmentKind::Video, pic, startMs, 90, QSize(320, 240),
                                FrameRate::ntsc(), "-c:v mpeg4")
