@@ -21,6 +21,15 @@ bool isPresent(const QAudioDevice& device) {
             return true;
     return false;
 }
+
+// The default input; when the one the system named has gone, the first input there is.
+QAudioDevice defaultInput() {
+    const QAudioDevice named = QMediaDevices::defaultAudioInput();
+    if (!named.isNull() && isPresent(named))
+        return named;
+    const QList<QAudioDevice> inputs = QMediaDevices::audioInputs();
+    return inputs.isEmpty() ? QAudioDevice() : inputs.first();
+}
 } // namespace
 
 Microphone::Microphone(QObject* parent) : QObject(parent) {
@@ -39,7 +48,7 @@ bool Microphone::open(const QAudioDevice& device) {
     m_wanted = true;
     m_followDefault = device.isNull();
     m_check.start();
-    return openSource(device.isNull() ? QMediaDevices::defaultAudioInput() : device);
+    return openSource(device.isNull() ? defaultInput() : device);
 }
 
 void Microphone::close() {
@@ -124,7 +133,7 @@ void Microphone::check() {
         return;
     }
     if (m_followDefault)
-        openSource(QMediaDevices::defaultAudioInput());
+        openSource(defaultInput());
 }
 
 void Microphone::checkStream() {
@@ -140,7 +149,7 @@ void Microphone::checkStream() {
     }
     if (!m_followDefault || m_held)
         return;
-    const QAudioDevice current = QMediaDevices::defaultAudioInput();
+    const QAudioDevice current = defaultInput();
     if (!current.isNull() && current.id() != m_device.id()) {
         closeSource();
         openSource(current);

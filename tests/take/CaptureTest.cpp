@@ -141,3 +141,68 @@ TEST(Capture, TheVoiceOnDiskIsAValidWavUpToTheLastSecondWhileRecording) {
     recorder.stop();
     EXPECT_EQ(readHeader(path).headerDataBytes, readHeader(path).fileBytes - 44);
 }
+
+namespace {
+// Takes the test microphone away from the sound server; it comes back with the object at the
+// latest, as the default input again.
+struct UnpluggedMicrophone {
+    UnpluggedMicrophone() {
+        QProcess p;
+        p.start(QStringLiteral("sh"),
+                {"-c", "pactl list short modules | grep 'source_name=testmic' | cut -f1"});
+        p.waitForFinished(10000);
+        module = QString::fromUtf8(p.readAllStandardOutput()).trimmed();
+        ok = !module.isEmpty() && pactl({"unload-module", module});
+    }
+    ~UnpluggedMicrophone() { plugBackIn(); }
+    bool plugBackIn() {
+        if (!ok)
+            return true;
+        ok = false;
+        return pactl({"load-module", "module-remap-source", "source_name=testmic",
+                      "master=micfeed.monitor"}) &&
+               pactl({"set-default-source", "testmic"});
+    }
+    QString module;
+    bool ok = false;
+};
+} // namespace
+
+TEST(Capture, AMicrophoneThatGoesAndComesBackIsHeardAgain) {
+    REQUIRE_AUDIO();
+    Recorder recorder;
+    ASSERT_TRUE(listening(recorder));
+    Microphone& mic = recorder.microphone();
+    const auto heard = [&] {
+        const qint64 windows = recorder.meter().windowsMeasured();
+        return QTest::qWaitFor([&] { return recorder.meter().windowsMeasured() >= windows + 10; },
+                               10000);
+    };
+    QTemporaryDir dir;
+    ASSERT_EQ(recorder.start(dir.filePath("v.wav")), Recorder::StartResult::Started);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return recorder.capturedMs() >= 500; }, 10000));
+    QList<Recorder::EndReason> ended;
+    QObject::connect(&recorder, &Recorder::captureEnded,
+                     [&](Recorder::EndReason reason) { ended << reason; });
+    UnpluggedMicrophone unplugged;
+    ASSERT_TRUE(unplugged.ok);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !ended.isEmpty(); }, 10000));
+    EXPECT_EQ(ended, QList<Recorder::EndReason>({Recorder::EndReason::DeviceLost}));
+    EXPECT_FALSE(mic.isOpen());
+    EXPECT_EQ(recorder.meter().level().rmsDb, kLevelFloorDb);
+    const qint64 kept = recorder.stop();
+    EXPECT_GE(kept, Recorder::kBytesPerSecond / 2);
+
+    ASSERT_TRUE(unplugged.plugBackIn());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return mic.isOpen(); }, 10000));
+    EXPECT_TRUE(heard());
+    EXPECT_NEAR(recorder.meter().level().rmsDb, -21.0, 1.0);
+    // And the next take starts at its press again.
+    QElapsedTimer betweenPresses;
+    betweenPresses.start();
+    ASSERT_EQ(recorder.start(dir.filePath("w.wav")), Recorder::StartResult::Started);
+    QTest::qWaitFor([&] { return betweenPresses.elapsed() >= 1000; }, 3000);
+    const qint64 bytes = recorder.stop();
+    EXPECT_NEAR(double(bytes * 1000 / Recorder::kBytesPerSecond), double(betweenPresses.elapsed()),
+                150.0);
+}
