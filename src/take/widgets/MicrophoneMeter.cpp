@@ -3,8 +3,11 @@
 #include "take/LevelMeter.h"
 #include "take/widgets/LevelBar.h"
 
+#include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QLabel>
+
+#include <algorithm>
 
 namespace cq {
 
@@ -23,6 +26,17 @@ MicrophoneMeter::MicrophoneMeter(const LevelMeter& meter, QWidget* parent)
     m_warning = new QLabel(this);
     m_warning->setObjectName(QStringLiteral("lblMicrophoneWarning"));
     m_warning->setStyleSheet(QStringLiteral("color: #c81e1e; font-weight: bold;"));
+    // The buttons beside the meter must not move when a warning comes and goes.
+    QFont bold = m_warning->font();
+    bold.setBold(true);
+    const QFontMetrics metrics(bold);
+    m_warning->setFixedWidth(
+        std::max(metrics.horizontalAdvance(QString::fromLatin1(kNoSoundWarning)),
+                 metrics.horizontalAdvance(QString::fromLatin1(kTooLoudWarning))) +
+        metrics.averageCharWidth());
+    QSizePolicy keep = m_warning->sizePolicy();
+    keep.setRetainSizeWhenHidden(true);
+    m_warning->setSizePolicy(keep);
     m_warning->hide();
 
     auto* layout = new QHBoxLayout(this);
