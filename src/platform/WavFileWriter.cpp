@@ -4,6 +4,10 @@
 
 #include <QtEndian>
 
+#include <cerrno>
+#include <cstring>
+#include <unistd.h>
+
 namespace cq {
 
 namespace {
@@ -72,9 +76,16 @@ bool WavFileWriter::updateHeader() {
     bool ok = m_file.seek(0) && m_file.write(header) == header.size();
     ok = m_file.seek(end) && ok;
     ok = m_file.flush() && ok;
+    // To the disk itself, not only the system's cache: a power cut then loses no more either.
+    // A file that cannot be synced (EINVAL: not a disk file) is no failure of the recording.
+    const bool synced = ::fdatasync(m_file.handle()) == 0 || errno == EINVAL;
+    const QString syncError = synced ? QString() : QString::fromLocal8Bit(std::strerror(errno));
     m_sinceHeader = 0;
     if (!ok)
         m_error = m_file.errorString();
+    else if (!synced)
+        m_error = syncError;
+    ok = ok && synced;
     return ok;
 }
 

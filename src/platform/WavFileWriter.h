@@ -7,8 +7,9 @@
 namespace cq {
 
 // Writes a 16-bit PCM WAV file while it is being recorded. The samples go to disk as they
-// arrive and the 44-byte header is brought up to date every so often, so a process that dies
-// mid-recording leaves a file that plays up to about the last header update.
+// arrive and the 44-byte header is brought up to date and synced to the disk every so often, so
+// a process that dies (or a machine that loses power) mid-recording leaves a file that plays up
+// to the last header update.
 class WavFileWriter {
 public:
     WavFileWriter(quint32 samplesPerSecond, quint16 channels);
@@ -22,7 +23,7 @@ public:
     // Appends sample bytes; the header is rewritten when headerEveryBytes have arrived since
     // the last update. False when the disk refused the bytes; what was written before stays.
     bool append(const QByteArray& bytes);
-    // Brings the header up to date and flushes; the file stays open.
+    // Brings the header up to date and syncs the file to the disk; the file stays open.
     bool updateHeader();
     // Final header, file closed. Safe to call twice.
     bool close();

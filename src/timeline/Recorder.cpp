@@ -1,27 +1,19 @@
 #include "timeline/Recorder.h"
 
-#include <QAudioFormat>
-#include <QAudioSource>
+#include "take/Microphone.h"
+
 #include <QFile>
 #include <QMediaDevices>
 
 namespace cq {
 
-namespace {
-QAudioFormat voiceFormat() {
-    QAudioFormat format;
-    format.setSampleRate(Recorder::kSamplesPerSecond);
-    format.setChannelCount(1);
-    format.setSampleFormat(QAudioFormat::Int16);
-    return format;
-}
-} // namespace
-
-Recorder::Recorder(QObject* parent) : QObject(parent), m_writer(kSamplesPerSecond, 1) {
-    // The sound system does not always say when an input goes away (a stream of a removed
-    // source may even go on from another one): look for it once a second.
-    m_deviceCheck.setInterval(1000);
-    connect(&m_deviceCheck, &QTimer::timeout, this, &Recorder::checkDevice);
+Recorder::Recorder(QObject* parent)
+    : QObject(parent), m_microphone(new Microphone(this)), m_writer(kSamplesPerSecond, 1) {
+    // Half a second between header updates keeps a killed take playable to within a second.
+    m_writer.setHeaderEveryBytes(kBytesPerSecond / 2);
+    connect(m_microphone, &Microphone::sound, this, &Recorder::onSound);
+    connect(m_microphone, &Microphone::lost, this, &Recorder::onMicrophoneLost);
+    connect(m_microphone, &Microphone::opened, this, [this] { m_meter.reset(); });
 }
 
 Recorder::~Recorder() {
@@ -32,48 +24,61 @@ bool Recorder::hasInputDevice() {
     return !QMediaDevices::defaultAudioInput().isNull();
 }
 
+bool Recorder::listen() {
+    m_listening = true;
+    if (m_microphone->isOpen() && m_microphone->followsDefault())
+        return true;
+    return m_microphone->open();
+}
+
+bool Recorder::openMicrophone(const QAudioDevice& device) {
+    if (device.isNull()) {
+        if (m_microphone->isOpen() && m_microphone->followsDefault())
+            return true;
+        if (!hasInputDevice())
+            return false;
+        return m_microphone->open();
+    }
+    if (m_microphone->isOpen() && m_microphone->device().id() == device.id())
+        return true;
+    return m_microphone->open(device);
+}
+
 Recorder::StartResult Recorder::start(const QString& wavFileSpec, const QAudioDevice& device) {
     if (m_recording)
         return StartResult::AlreadyRecording;
     m_error.clear();
-    m_device = device.isNull() ? QMediaDevices::defaultAudioInput() : device;
-    if (m_device.isNull())
+    if (!openMicrophone(device)) {
+        m_error = m_microphone->errorString();
+        releaseMicrophone();
         return StartResult::NoInputDevice;
+    }
     if (!m_writer.open(wavFileSpec)) {
         m_error = m_writer.errorString();
+        releaseMicrophone();
         return StartResult::FileError;
     }
-    m_source = new QAudioSource(m_device, voiceFormat(), this);
-    // A small buffer keeps the bytes we count close to what the microphone has heard.
-    m_source->setBufferSize(static_cast<qsizetype>(kBytesPerSecond / 20));
-    connect(m_source, &QAudioSource::stateChanged, this, &Recorder::onStateChanged);
+    // What the microphone heard before the press only goes to the meter.
+    m_microphone->drain();
+    m_microphone->setDeviceHeld(true);
+    m_meter.setWatchingSilence(true);
     m_startLatencyMs = -1;
-    m_sinceCaptureStart.start();
-    m_io = m_source->start();
-    if (!m_io) {
-        m_error = QStringLiteral("the sound input could not be opened");
-        delete m_source;
-        m_source = nullptr;
-        m_writer.close();
-        QFile::remove(wavFileSpec);
-        return StartResult::NoInputDevice;
-    }
-    connect(m_io, &QIODevice::readyRead, this, &Recorder::drain);
-    m_sinceLastBytes.start();
-    m_deviceCheck.start();
+    m_sincePress.start();
+    m_sinceCaptureEnd.invalidate();
     m_recording = true;
+    m_capturing = true;
     return StartResult::Started;
 }
 
-void Recorder::drain() {
-    if (!m_io)
-        return;
-    QByteArray bytes = m_io->readAll();
-    if (bytes.isEmpty())
-        return;
+void Recorder::onSound(const QByteArray& pcm) {
+    m_meter.addSamples(pcm);
+    if (m_capturing)
+        write(pcm);
+}
+
+void Recorder::write(QByteArray bytes) {
     if (m_startLatencyMs < 0)
-        m_startLatencyMs = m_sinceCaptureStart.elapsed();
-    m_sinceLastBytes.start();
+        m_startLatencyMs = m_sincePress.elapsed();
     const qint64 room = m_limitBytes - m_writer.dataBytes();
     const bool full = bytes.size() >= room;
     if (full)
@@ -91,67 +96,46 @@ void Recorder::drain() {
 }
 
 void Recorder::endCapture() {
-    if (!m_source)
+    if (!m_capturing)
         return;
-    m_deviceCheck.stop();
-    QAudioSource* source = m_source;
-    m_source = nullptr;
-    m_io = nullptr;
-    source->disconnect(this);
-    source->stop();
-    source->deleteLater();
+    m_capturing = false;
     m_writer.updateHeader();
     m_sinceCaptureEnd.start();
 }
 
-void Recorder::onStateChanged() {
-    if (!m_source || m_source->error() == QAudio::NoError)
+void Recorder::onMicrophoneLost(const QString& why) {
+    m_meter.reset();
+    if (!m_capturing)
         return;
-    if (m_source->state() != QAudio::StoppedState && m_source->error() != QAudio::FatalError &&
-        m_source->error() != QAudio::OpenError)
-        return;
-    drain();
-    if (!m_source)
-        return;
-    m_error = QStringLiteral("the sound input stopped working");
-    endCapture();
-    emit captureEnded(EndReason::DeviceLost, m_error);
-}
-
-void Recorder::checkDevice() {
-    if (!m_source)
-        return;
-    drain();
-    if (!m_source)
-        return;
-    bool present = false;
-    for (const QAudioDevice& d : QMediaDevices::audioInputs())
-        present = present || d.id() == m_device.id();
-    const bool stalled = m_sinceLastBytes.elapsed() > kStallMs;
-    if (present && !stalled)
-        return;
-    m_error =
-        present ? QStringLiteral("the sound input \"%1\" stopped delivering sound")
-                      .arg(m_device.description())
-                : QStringLiteral("the sound input \"%1\" was removed").arg(m_device.description());
+    m_error = why;
     endCapture();
     emit captureEnded(EndReason::DeviceLost, m_error);
 }
 
 qint64 Recorder::elapsedMs() {
-    if (m_source)
-        drain();
-    if (m_recording && !m_source && m_sinceCaptureEnd.isValid())
+    if (m_capturing)
+        m_microphone->drain();
+    if (m_recording && !m_capturing && m_sinceCaptureEnd.isValid())
         return capturedMs() + m_sinceCaptureEnd.elapsed();
     return capturedMs();
+}
+
+void Recorder::releaseMicrophone() {
+    m_microphone->setDeviceHeld(false);
+    if (!m_listening)
+        m_microphone->close();
+    else if (!m_microphone->followsDefault() || !m_microphone->isOpen())
+        m_microphone->open();
 }
 
 qint64 Recorder::stop() {
     if (!m_recording)
         return 0;
-    drain();
+    if (m_capturing)
+        m_microphone->drain();
     endCapture();
     m_recording = false;
+    m_meter.setWatchingSilence(false);
     m_sinceCaptureEnd.invalidate();
     const qint64 bytes = m_writer.dataBytes();
     const QString file = m_writer.fileName();
@@ -159,6 +143,7 @@ qint64 Recorder::stop() {
         m_error = m_writer.errorString();
     if (bytes == 0)
         QFile::remove(file);
+    releaseMicrophone();
     return bytes;
 }
 

@@ -1,5 +1,6 @@
 // The program is drawn in layers, bottom up: platform helpers; the studio's state; the
-// subsystems (library, text, render, share, then timeline, which shows library items); the
+// subsystems (library, text, render, share, take, then timeline, which shows library items and
+// records through the take); the
 // window that assembles them. An include that points up or sideways makes a cycle sooner or
 // later, so every #include "..." under src/ is checked here.
 
@@ -23,7 +24,8 @@ std::optional<int> layerOf(const QString& relativePath) {
         {QStringLiteral("platform"), 0}, {QStringLiteral("studio"), 1},
         {QStringLiteral("library"), 2},  {QStringLiteral("text"), 2},
         {QStringLiteral("render"), 2},   {QStringLiteral("share"), 2},
-        {QStringLiteral("timeline"), 3}, {QStringLiteral("app"), 4}};
+        {QStringLiteral("take"), 2},     {QStringLiteral("timeline"), 3},
+        {QStringLiteral("app"), 4}};
     const auto it = layers.constFind(top);
     return it == layers.constEnd() ? std::nullopt : std::optional<int>(*it);
 }
@@ -50,8 +52,11 @@ QString violation(const QString& includer, const QString& included) {
     if (fromTop != toTop && *to >= *from)
         return QStringLiteral("points up or sideways in the layers");
     // Widgets may use their own subsystem's widgets and the platform's shared ones (message
-    // boxes, centring); logic uses no widgets at all.
-    const bool sharedWidgets = toTop == QStringLiteral("platform");
+    // boxes, centring), and the record buttons show the take's level meter; logic uses no
+    // widgets at all.
+    const bool sharedWidgets =
+        toTop == QStringLiteral("platform") ||
+        (toTop == QStringLiteral("take") && fromTop == QStringLiteral("timeline"));
     if (isWidgetPath(included) && !isAssembly(includer) &&
         (!isWidgetPath(includer) || (fromTop != toTop && !sharedWidgets)))
         return QStringLiteral("logic or another subsystem reaching into widgets");
@@ -108,6 +113,7 @@ TEST(Layering, TheRuleRefusesWhatWouldMakeACycle) {
         violation("library/widgets/MediaTab.cpp", "library/playback/widgets/PlayerControls.h"), "");
     EXPECT_EQ(violation("app/widgets/MediaStation.cpp", "text/widgets/TextFrame.h"), "");
     EXPECT_EQ(violation("share/widgets/SharePanel.cpp", "platform/widgets/OpenUrl.h"), "");
+    EXPECT_EQ(violation("timeline/widgets/RecordingPanel.cpp", "take/widgets/LevelBar.h"), "");
     // Up, sideways, into another subsystem's widgets, logic into widgets, unknown folders.
     EXPECT_NE(violation("platform/ToolRunner.cpp", "studio/AppPaths.h"), "");
     EXPECT_NE(violation("render/RenderJob.cpp", "timeline/EventGridModel.h"), "");
@@ -116,4 +122,7 @@ TEST(Layering, TheRuleRefusesWhatWouldMakeACycle) {
     EXPECT_NE(violation("text/TextListFile.cpp", "text/widgets/TextFrame.h"), "");
     EXPECT_NE(violation("misc/Thing.cpp", "platform/Folders.h"), "");
     EXPECT_NE(violation("share/SaveCopy.cpp", "platform/widgets/OpenUrl.h"), "");
+    EXPECT_NE(violation("take/Microphone.cpp", "timeline/Recorder.h"), "");
+    EXPECT_NE(violation("timeline/Recorder.cpp", "take/widgets/LevelBar.h"), "");
+    EXPECT_NE(violation("render/widgets/RenderPanel.cpp", "take/widgets/LevelBar.h"), "");
 }

@@ -177,6 +177,9 @@ TEST(RecordingController, AnUnwritableWorkFolderIsNamedAndNothingRecords) {
 TEST(RecordingController, AFullDiskEndsCaptureWithAMessageAndKeepsTheVoice) {
     REQUIRE_AUDIO();
     Studio s;
+    // As in the studio, the microphone is open before the press.
+    ASSERT_TRUE(s.recorder.listen());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return s.recorder.meter().windowsMeasured() > 0; }, 10000));
     // The file-size limit stands in for a disk that fills up after half a second of voice.
     std::signal(SIGXFSZ, SIG_IGN);
     rlimit old{};
@@ -194,6 +197,11 @@ TEST(RecordingController, AFullDiskEndsCaptureWithAMessageAndKeepsTheVoice) {
         << s.messages[0].toStdString();
     EXPECT_TRUE(s.messages[0].contains("0.5 seconds of voice were captured"));
     EXPECT_TRUE(s.state.gblnRecording); // the timeline goes on until Stop
+    // The meter goes on too: the microphone is still heard.
+    const qint64 windows = s.recorder.meter().windowsMeasured();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return s.recorder.meter().windowsMeasured() >= windows + 5; },
+                                10000));
+    EXPECT_GT(s.recorder.meter().level().rmsDb, -40.0);
     s.logger.LogMediaEvent("Pictures", "/late.jpg");
     EXPECT_GE(s.grid.row(0).timeMs(), 500);
     s.controller->cmdPause_Click();

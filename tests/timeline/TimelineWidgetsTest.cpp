@@ -4,6 +4,8 @@
 #include "library/widgets/MediaBrowser.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
+#include "take/widgets/LevelBar.h"
+#include "take/widgets/MicrophoneMeter.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogic.h"
 #include "timeline/MediaClickHandler.h"
@@ -148,6 +150,11 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     QString work;
     {
         auto w = test::OpenStudio(app);
+        // The microphone is heard from the start, before any take: the meter beside the record
+        // buttons shows the test tone (about -21 dBFS).
+        const LevelBar* level = w->timeline().recordingPanel()->microphoneMeter()->bar();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return level->value() > -30; }, 10000));
+        EXPECT_LT(level->value(), -15);
         work = w->paths().gstrTempFilesDirectory;
         QList<ClickTime> clicks;
         recordFourClicks(*w, media.path(), clicks);

@@ -1,6 +1,7 @@
 #include "timeline/widgets/RecordingPanel.h"
 
 #include "platform/widgets/NamedButton.h"
+#include "take/widgets/MicrophoneMeter.h"
 #include "timeline/RecordingController.h"
 
 #include <QHBoxLayout>
@@ -59,7 +60,8 @@ QToolButton* pictureButton(const QString& name, const QString& caption, const QS
 
 } // namespace
 
-RecordingPanel::RecordingPanel(RecordingController& controller, QWidget* parent)
+RecordingPanel::RecordingPanel(RecordingController& controller, const LevelMeter& meter,
+                               QWidget* parent)
     : QWidget(parent), m_controller(controller) {
     setObjectName(QStringLiteral("RecordingPanel"));
     m_cmdRecordVoiceEmail = pictureButton(
@@ -87,6 +89,8 @@ RecordingPanel::RecordingPanel(RecordingController& controller, QWidget* parent)
     m_lblRecording->setSizePolicy(keep);
     m_lblRecording->hide();
 
+    m_meter = new MicrophoneMeter(meter, this);
+
     m_cmdEvents = NamedButton(QStringLiteral("Events"), QStringLiteral("cmdEvents"),
                               QStringLiteral("Video Events"), this);
 
@@ -97,6 +101,7 @@ RecordingPanel::RecordingPanel(RecordingController& controller, QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_cmdRecordVoiceEmail);
     layout->addWidget(m_cmdPause);
+    layout->addWidget(m_meter);
     layout->addWidget(m_lblRecording);
     layout->addWidget(m_cmdPlayVoiceEmail);
     layout->addWidget(m_cmdEvents);

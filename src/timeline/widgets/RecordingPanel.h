@@ -9,19 +9,23 @@ class QToolButton;
 
 namespace cq {
 
+class LevelMeter;
+class MicrophoneMeter;
 class RecordingController;
 
-// The record and stop buttons with the blinking "Recording" label, the grid's "Events"
-// button and the replay button.
+// The record and stop buttons with the microphone's level meter beside them, the blinking
+// "Recording" label, the grid's "Events" button and the replay button.
 class RecordingPanel : public QWidget {
     Q_OBJECT
 public:
-    explicit RecordingPanel(RecordingController& controller, QWidget* parent = nullptr);
+    RecordingPanel(RecordingController& controller, const LevelMeter& meter,
+                   QWidget* parent = nullptr);
 
     QToolButton* recordButton() const { return m_cmdRecordVoiceEmail; }
     QToolButton* stopButton() const { return m_cmdPause; }
     QToolButton* replayButton() const { return m_cmdPlayVoiceEmail; }
     QLabel* recordingLabel() const { return m_lblRecording; }
+    MicrophoneMeter* microphoneMeter() const { return m_meter; }
     QTimer& tmrRecording() { return m_tmrRecording; }
 
 signals:
@@ -37,6 +41,7 @@ private:
     QToolButton* m_cmdPlayVoiceEmail;
     QPushButton* m_cmdEvents;
     QLabel* m_lblRecording;
+    MicrophoneMeter* m_meter;
     QTimer m_tmrRecording;
 };
 

@@ -53,7 +53,7 @@ TimelineStudio::TimelineStudio(Context context, QObject* parent)
                                            context.paths.gstrRecordedAudioFileSpec, this);
 
     QWidget* window = context.window;
-    m_recordingPanel = new RecordingPanel(*m_controller, window);
+    m_recordingPanel = new RecordingPanel(*m_controller, m_recorder->meter(), window);
     m_slideShowPanel = new SlideShowPanel(*m_slideShow, window);
     m_projectPanel =
         new ProjectPanel(context.recording, *m_grid, context.paths.gstrRecordedAudioFileSpec,
@@ -85,6 +85,9 @@ TimelineStudio::~TimelineStudio() = default;
 
 void TimelineStudio::checkInputDevice() {
     m_controller->checkInputDevice();
+    // From now on the microphone stays open: its level shows, and a take starts at the press
+    // instead of when the sound system has set up a stream. One plugged in later is found too.
+    m_recorder->listen();
 }
 
 } // namespace cq

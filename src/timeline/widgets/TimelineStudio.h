@@ -66,7 +66,8 @@ public:
     SlideShow& slideShow() { return *m_slideShow; }
     MediaDisplay& display() { return m_display; }
 
-    // The start-up check of the sound input (shows the full-duplex message when there is none).
+    // The start-up check of the sound input (shows the full-duplex message when there is none),
+    // after which the microphone is kept open.
     void checkInputDevice();
 
 signals:
