@@ -23,7 +23,8 @@ std::optional<int> layerOf(const QString& relativePath) {
         {QStringLiteral("platform"), 0}, {QStringLiteral("studio"), 1},
         {QStringLiteral("library"), 2},  {QStringLiteral("text"), 2},
         {QStringLiteral("render"), 2},   {QStringLiteral("share"), 2},
-        {QStringLiteral("timeline"), 3}, {QStringLiteral("app"), 4}};
+        {QStringLiteral("take"), 2},     {QStringLiteral("timeline"), 3},
+        {QStringLiteral("app"), 4}};
     const auto it = layers.constFind(top);
     return it == layers.constEnd() ? std::nullopt : std::optional<int>(*it);
 }
