@@ -33,7 +33,7 @@ QMessageBox* TakeQuestions::openBox(const QString& objectName, const QString& te
 }
 
 void TakeQuestions::offerLeftTake() {
-    if (!m_keeper.isUnsaved() || m_open)
+    if (!m_keeper.isUnsaved() || (m_open && m_open->isVisible()))
         return;
     QMessageBox* box = openBox(QStringLiteral("restoreTakeQuestion"),
                                QStringLiteral("A recording that was never saved was found: the "
@@ -59,7 +59,7 @@ void TakeQuestions::offerLeftTake() {
 bool TakeQuestions::takeMayGo(const QString& action, std::function<void()> then) {
     if (!m_keeper.isUnsaved())
         return true;
-    if (m_open) {
+    if (m_open && m_open->isVisible()) {
         m_open->raise();
         return false;
     }
