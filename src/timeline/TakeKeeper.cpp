@@ -9,14 +9,15 @@
 
 namespace cq {
 
-TakeKeeper::TakeKeeper(Parts parts, const QString& workFolder, QObject* parent)
-    : QObject(parent), m_parts(parts), m_files(workFolder, parts.controller.voiceFileSpec()),
-      m_journal(new TakeJournal(this)) {
-    connect(&m_parts.controller, &RecordingController::recordingChanged, this,
+TakeKeeper::TakeKeeper(RecordingController& controller, EventLogger& logger,
+                       const QString& workFolder, QObject* parent)
+    : QObject(parent), m_controller(controller), m_logger(logger),
+      m_files(workFolder, controller.voiceFileSpec()), m_journal(new TakeJournal(this)) {
+    connect(&m_controller, &RecordingController::recordingChanged, this,
             &TakeKeeper::onRecordingChanged);
-    connect(&m_parts.logger, &EventLogger::eventLogged, this, &TakeKeeper::onRowLogged);
-    connect(&m_parts.grid, &EventGridModel::dataChanged, this, &TakeKeeper::onRowsCorrected);
-    connect(&m_parts.grid, &EventGridModel::rowsRemoved, this, &TakeKeeper::onRowsCorrected);
+    connect(&m_logger, &EventLogger::eventLogged, this, &TakeKeeper::onRowLogged);
+    connect(&m_logger.grid(), &EventGridModel::dataChanged, this, &TakeKeeper::onRowsCorrected);
+    connect(&m_logger.grid(), &EventGridModel::rowsRemoved, this, &TakeKeeper::onRowsCorrected);
     connect(m_journal, &TakeJournal::writeFailed, this, &TakeKeeper::stopOnJournalFailure);
 }
 
@@ -24,7 +25,7 @@ void TakeKeeper::onRecordingChanged(bool recording) {
     if (!recording) {
         m_journal->finish();
         // A take without a voice or a click holds nothing to keep.
-        if (m_parts.grid.rowCount() == 0 && !QFileInfo(m_files.voiceFileSpec()).isFile())
+        if (m_logger.grid().rowCount() == 0 && !QFileInfo(m_files.voiceFileSpec()).isFile())
             m_files.markSaved();
         return;
     }
@@ -33,17 +34,17 @@ void TakeKeeper::onRecordingChanged(bool recording) {
 }
 
 void TakeKeeper::onRowLogged(int row) {
-    m_journal->append(m_parts.grid.row(row));
+    m_journal->append(m_logger.grid().row(row));
 }
 
 void TakeKeeper::onRowsCorrected() {
-    if (!m_parts.state.gblnRecording && isUnsaved())
-        m_journal->rewrite(m_files.journalFileSpec(), m_parts.grid.rows());
+    if (!m_logger.state().gblnRecording && isUnsaved())
+        m_journal->rewrite(m_files.journalFileSpec(), m_logger.grid().rows());
 }
 
 void TakeKeeper::stopOnJournalFailure(const QString& why) {
-    if (m_parts.state.gblnRecording)
-        m_parts.controller.cmdPause_Click();
+    if (m_logger.state().gblnRecording)
+        m_controller.cmdPause_Click();
     emit journalFailed(
         QStringLiteral("Recording"),
         QStringLiteral("The recording was stopped: its clicks could not be written to \"%1\" "
@@ -54,9 +55,9 @@ void TakeKeeper::stopOnJournalFailure(const QString& why) {
 
 QString TakeKeeper::restore() {
     const KeptTake take = m_files.restore();
-    m_parts.logger.reset();
-    m_parts.grid.setRows(take.rows);
-    m_parts.state.recordingLengthMs = qMax<qint64>(take.voiceMs, 0);
+    m_logger.reset();
+    m_logger.grid().setRows(take.rows);
+    m_logger.state().recordingLengthMs = qMax<qint64>(take.voiceMs, 0);
     return take.voiceProblem;
 }
 
@@ -66,8 +67,8 @@ void TakeKeeper::markSaved() {
 
 void TakeKeeper::discard() {
     m_files.discard();
-    m_parts.logger.reset();
-    m_parts.state.recordingLengthMs = 0;
+    m_logger.reset();
+    m_logger.state().recordingLengthMs = 0;
 }
 
 QStringList TakeKeeper::keptFileNames() const {

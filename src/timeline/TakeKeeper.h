@@ -20,14 +20,9 @@ struct RecordingState;
 class TakeKeeper : public QObject {
     Q_OBJECT
 public:
-    struct Parts {
-        RecordingState& state;
-        EventGridModel& grid;
-        EventLogger& logger;
-        RecordingController& controller;
-    };
-
-    TakeKeeper(Parts parts, const QString& workFolder, QObject* parent = nullptr);
+    // The take is the one the controller records, logged by the logger into the grid.
+    TakeKeeper(RecordingController& controller, EventLogger& logger, const QString& workFolder,
+               QObject* parent = nullptr);
 
     // A take was recorded (or restored) and is neither saved nor discarded.
     bool isUnsaved() const { return m_files.isUnsaved(); }
@@ -49,7 +44,8 @@ private:
     void onRowsCorrected();
     void stopOnJournalFailure(const QString& why);
 
-    Parts m_parts;
+    RecordingController& m_controller;
+    EventLogger& m_logger;
     TakeFiles m_files;
     TakeJournal* m_journal;
 };

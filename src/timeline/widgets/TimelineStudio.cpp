@@ -87,8 +87,8 @@ TimelineStudio::TimelineStudio(Context context, QObject* parent)
 // The take stays in the work folder until it is saved or discarded; what would replace it asks
 // first.
 void TimelineStudio::keepTheTake(QWidget* window) {
-    m_takeKeeper = new TakeKeeper({m_context.recording, *m_grid, *m_logger, *m_controller},
-                                  m_context.paths.gstrTempFilesDirectory, this);
+    m_takeKeeper =
+        new TakeKeeper(*m_controller, *m_logger, m_context.paths.gstrTempFilesDirectory, this);
     m_takeQuestions = new TakeQuestions(*m_takeKeeper, *m_projectPanel, window);
     m_controller->mayReplaceTake = [this] {
         return m_takeQuestions->takeMayGo(QStringLiteral("recording a new one"),
