@@ -8,6 +8,7 @@
 #include "platform/Console.h"
 #include "platform/TerminationSignals.h"
 #include "studio/AppFolder.h"
+#include "take/StudioFolderLock.h"
 
 #include "Version.h"
 
@@ -64,6 +65,16 @@ int runStudio(const StudioOptions& options, int argc, char** argv) {
         else
             QMessageBox::critical(nullptr, QStringLiteral("Clipquill"), folder.problem);
         return 1;
+    }
+    // A second studio on the folder would record over the first one's take and empty its work
+    // folder: it ends before touching anything there.
+    StudioFolderLock lock(folder.folder);
+    if (!windowless && !lock.tryLock()) {
+        PrintTo(stderr, lock.problem() + u'\n');
+        // Without a screen (offscreen) nobody could answer the box: stderr says it all.
+        if (QGuiApplication::platformName() != QStringLiteral("offscreen"))
+            QMessageBox::critical(nullptr, QStringLiteral("Clipquill"), lock.problem());
+        return kFolderInUseExitCode;
     }
     WindowlessStartup startup = WindowlessStartup::run(folder.folder, XdgFolders::fromDesktop());
     if (!folder.problem.isEmpty())

@@ -19,11 +19,11 @@ bool MakeFolderPath(const QString& path) {
 
 namespace cq {
 
-int DeleteFilesInFolder(const QString& folder) {
+int DeleteFilesInFolder(const QString& folder, const QStringList& keepNames) {
     int failures = 0;
     const QDir dir(folder);
     for (const QString& name : dir.entryList(QDir::Files | QDir::Hidden | QDir::System))
-        if (!QFile::remove(dir.filePath(name)))
+        if (!keepNames.contains(name) && !QFile::remove(dir.filePath(name)))
             ++failures;
     return failures;
 }

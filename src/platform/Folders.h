@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace cq {
 
@@ -12,8 +13,8 @@ bool MakeFolderPath(const QString& path);
 
 namespace cq {
 
-// Deletes every file directly in the folder (not its subfolders); the folder stays.
-// Returns how many files could not be deleted.
-int DeleteFilesInFolder(const QString& folder);
+// Deletes every file directly in the folder (not its subfolders) but those named in keepNames;
+// the folder stays. Returns how many files could not be deleted.
+int DeleteFilesInFolder(const QString& folder, const QStringList& keepNames = {});
 
 } // namespace cq

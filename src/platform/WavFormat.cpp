@@ -136,6 +136,30 @@ WavInfo ReadWavInfo(const QString& fileSpec) {
     }
 }
 
+bool RepairWavLength(const QString& fileSpec, QString* error) {
+    const WavInfo info = ReadWavInfo(fileSpec);
+    if (!info.ok()) {
+        *error = info.error;
+        return false;
+    }
+    QFile f(fileSpec);
+    if (!f.open(QIODevice::ReadWrite)) {
+        *error = QStringLiteral("\"%1\" cannot be written: %2").arg(fileSpec, f.errorString());
+        return false;
+    }
+    qint64 bytes = qMin<qint64>(f.size() - info.dataOffset, 0xFFFFFFFFll - info.dataOffset);
+    bytes -= bytes % info.blockAlign;
+    char size[4];
+    bool ok = f.resize(info.dataOffset + bytes);
+    qToLittleEndian(quint32(bytes), size);
+    ok = ok && f.seek(info.dataOffset - 4) && f.write(size, 4) == 4;
+    qToLittleEndian(quint32(info.dataOffset + bytes - 8), size);
+    ok = ok && f.seek(4) && f.write(size, 4) == 4 && f.flush();
+    if (!ok)
+        *error = QStringLiteral("\"%1\" cannot be written: %2").arg(fileSpec, f.errorString());
+    return ok;
+}
+
 qint64 WavDurationMs(const QString& fileSpec) {
     return ReadWavInfo(fileSpec).durationMs;
 }

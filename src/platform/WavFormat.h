@@ -37,6 +37,12 @@ struct WavInfo {
 // it, so a FIFO never blocks the caller.
 WavInfo ReadWavInfo(const QString& fileSpec);
 
+// Makes the header of a WAV file whose samples are its last chunk (as a recording is written)
+// say how long it is, from the file's size: a recording whose program died before its header
+// was finished plays to its last whole frame again. A torn last frame is cut off. False with
+// *error set when the file is no WAV file or cannot be written.
+bool RepairWavLength(const QString& fileSpec, QString* error);
+
 // The playing time in milliseconds; -1 when ReadWavInfo refuses the file.
 qint64 WavDurationMs(const QString& fileSpec);
 

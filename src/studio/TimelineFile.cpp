@@ -4,13 +4,51 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QStringDecoder>
 
 namespace cq {
 
+namespace {
+
+// Whether the bytes look like UTF-16 without a byte-order mark: text of the Latin range
+// leaves every other byte zero.
+bool looksLikeUtf16(const QByteArray& bytes) {
+    const qsizetype n = qMin<qsizetype>(bytes.size(), 400);
+    qsizetype zeros = 0;
+    for (qsizetype i = 0; i < n; ++i)
+        zeros += bytes[i] == '\0' ? 1 : 0;
+    return n >= 2 && zeros * 3 >= n;
+}
+
+} // namespace
+
+QString DecodeTimelineBytes(const QByteArray& bytes, QString* error) {
+    const QString saveAsUtf8 = QStringLiteral("; save it again as UTF-8 text");
+    if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF") || looksLikeUtf16(bytes)) {
+        *error = QStringLiteral("the file is UTF-16 text, which cannot be read") + saveAsUtf8;
+        return {};
+    }
+    if (bytes.contains('\0')) {
+        *error = QStringLiteral("the file holds zero bytes, so it is not a text file");
+        return {};
+    }
+    QStringDecoder utf8(QStringDecoder::Utf8);
+    // A byte-order mark is dropped by the decoder: such a file reads like one without.
+    QString text = utf8(bytes);
+    if (utf8.hasError()) {
+        *error = QStringLiteral("the file is not UTF-8 text") + saveAsUtf8;
+        return {};
+    }
+    return text;
+}
+
 TimelineReadResult ParseTimelineText(const QString& text, const QString& baseFolder) {
     TimelineReadResult result;
-    QStringList lines = text.split(QStringLiteral("\r\n"));
-    // The file ends with CR LF: the piece after it is empty.
+    QString unified = text;
+    unified.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    unified.replace(u'\r', u'\n');
+    QStringList lines = unified.split(u'\n');
+    // The file ends with a line end: the piece after it is empty.
     while (!lines.isEmpty() && lines.last().isEmpty())
         lines.removeLast();
     const QDir base(baseFolder);
@@ -36,7 +74,11 @@ TimelineReadResult ReadTimelineFile(const QString& fileSpec) {
         r.error = QStringLiteral("the timeline \"%1\" does not exist").arg(fileSpec);
         return r;
     }
-    return ParseTimelineText(ReadFileToString(fileSpec), info.absolutePath());
+    TimelineReadResult decoded;
+    const QString text = DecodeTimelineBytes(ReadFileToBytes(fileSpec), &decoded.error);
+    if (!decoded.ok())
+        return decoded;
+    return ParseTimelineText(text, info.absolutePath());
 }
 
 QString TimelineText(const QList<EventRow>& rows, const QString& baseFolder) {

@@ -2,19 +2,24 @@
 
 #include "studio/EventRow.h"
 
+#include <QByteArray>
 #include <QList>
 #include <QString>
 
 namespace cq {
 
 // Timeline.txt: the event rows, one per line, each exactly the grid's row text, CR LF line
-// ends, no header. A relative file path is relative to the folder of the file.
+// ends, no header. A relative file path is relative to the folder of the file. Files edited by
+// hand are read too: LF or CR line ends, and a UTF-8 byte-order mark.
 struct TimelineReadResult {
     QList<EventRow> rows;
     QString error; // "line 3: ..." for the first bad line; empty when all is well
     bool ok() const { return error.isEmpty(); }
 };
 
+// The text of a timeline file; empty with *error saying what is wrong when the bytes are not
+// UTF-8 text (UTF-16, binary).
+QString DecodeTimelineBytes(const QByteArray& bytes, QString* error);
 TimelineReadResult ParseTimelineText(const QString& text, const QString& baseFolder);
 TimelineReadResult ReadTimelineFile(const QString& fileSpec);
 

@@ -29,6 +29,8 @@ public:
     // A new recording: the grid back to its header row, the count to 0.
     void reset();
     int mediaCount() const { return m_mediaCount; }
+    EventGridModel& grid() { return m_grid; }
+    RecordingState& state() { return m_state; }
 
 signals:
     void eventLogged(int row);

@@ -32,7 +32,13 @@ bool RecordingController::checkInputDevice() {
 }
 
 void RecordingController::cmdRecordVoiceEmail_Click() {
+    if (!m_parts.state.gblnRecording && !takeMayBeReplaced())
+        return;
     startRecording();
+}
+
+bool RecordingController::takeMayBeReplaced() const {
+    return !mayReplaceTake || mayReplaceTake();
 }
 
 void RecordingController::cmdPause_Click() {

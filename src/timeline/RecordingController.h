@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 namespace cq {
 
 class EventGridModel;
@@ -45,6 +47,10 @@ public:
 
     QString voiceFileSpec() const { return m_voiceFileSpec; }
 
+    // Asked before a new recording replaces the take there is; false holds the press back (the
+    // asker presses again once the take is saved or discarded). Unset: always replaced.
+    std::function<bool()> mayReplaceTake;
+
 signals:
     void recordingChanged(bool recording);
     // Stop was pressed (the screen-saver keep-alive ends with it).
@@ -53,6 +59,7 @@ signals:
     void warning(const QString& title, const QString& text);
 
 private:
+    bool takeMayBeReplaced() const;
     void startRecording();
     // Ends the recording that runs, or else stops every replay, slide show and player.
     void stop();

@@ -51,3 +51,34 @@ TEST(TimelineFile, RoundTripWithPathsRelativeToTheFileFolder) {
     EXPECT_EQ(back.rows[2].fileSpec, project + "/pics/a.jpg");
     EXPECT_EQ(back.rows[1].text, QString("Hello there"));
 }
+
+// Timeline files edited by hand come with other line ends and encodings than the studio writes.
+TEST(TimelineFile, HandEditedFilesReadOrSayWhatIsWrong) {
+    QTemporaryDir dir;
+    const QByteArray rows = "1\tVideo\t0.000\t\t/media/clip.mp4\n2\tPictures\t3.250\t\t/p.jpg\n";
+    auto read = [&dir](const QByteArray& bytes) {
+        const QString file = dir.filePath("Timeline.txt");
+        EXPECT_TRUE(WriteWholeFile(bytes, file));
+        return ReadTimelineFile(file);
+    };
+    for (const QByteArray& bytes :
+         {rows, "\xEF\xBB\xBF" + rows, QByteArray(rows).replace("\n", "\r"),
+          "\xEF\xBB\xBF" + QByteArray(rows).replace("\n", "\r\n")}) {
+        const TimelineReadResult r = read(bytes);
+        ASSERT_TRUE(r.ok()) << r.error.toStdString();
+        ASSERT_EQ(r.rows.size(), 2);
+        EXPECT_EQ(r.rows[0].mediaCount, 1);
+        EXPECT_EQ(r.rows[1].fileSpec, "/p.jpg");
+    }
+    const QString text = QString::fromUtf8(rows);
+    QByteArray utf16le("\xFF\xFE");
+    utf16le.append(reinterpret_cast<const char*>(text.utf16()), text.size() * 2);
+    const QByteArray utf16NoMark = utf16le.mid(2);
+    for (const QByteArray& bytes : {utf16le, utf16NoMark}) {
+        const TimelineReadResult r = read(bytes);
+        EXPECT_TRUE(r.error.contains("UTF-16")) << r.error.toStdString();
+        EXPECT_FALSE(r.error.contains("fields"));
+    }
+    EXPECT_TRUE(read("1\tVideo\t0.000\t\t/caf\xE9.mp4\r\n").error.contains("not UTF-8"));
+    EXPECT_TRUE(read(QByteArray("\x89PNG\r\n\x1A\n\0\0\0\rIHDR", 16)).error.contains("zero bytes"));
+}

@@ -15,10 +15,13 @@
 #include "render/widgets/RenderPanel.h"
 #include "share/widgets/SharePanel.h"
 #include "timeline/EventGridModel.h"
+#include "timeline/RecordingController.h"
+#include "timeline/TakeKeeper.h"
 #include "timeline/widgets/EventGridView.h"
 #include "timeline/widgets/ProjectPanel.h"
 #include "timeline/widgets/RecordingPanel.h"
 #include "timeline/widgets/SlideShowPanel.h"
+#include "timeline/widgets/TakeQuestions.h"
 #include "timeline/widgets/TimelineStudio.h"
 
 #include <QCloseEvent>
@@ -62,6 +65,7 @@ frmClipquill::frmClipquill(WindowlessStartup startup, QWidget* parent)
     buildLayout();
     setWindowTitle(windowTitleText());
     QTimer::singleShot(0, m_timeline, &TimelineStudio::checkInputDevice);
+    QTimer::singleShot(0, &m_timeline->takeQuestions(), &TakeQuestions::offerLeftTake);
     if (!m_startupProblems.isEmpty())
         QTimer::singleShot(0, this, &frmClipquill::showStartupProblems);
 }
@@ -234,12 +238,28 @@ void frmClipquill::showStartupProblems() {
 }
 
 void frmClipquill::closeEvent(QCloseEvent* event) {
+    if (!takeLetsClose()) {
+        event->ignore();
+        return;
+    }
     Form_Unload();
     QMainWindow::closeEvent(event);
 }
 
+bool frmClipquill::takeLetsClose() {
+    if (m_closeAnswered)
+        return true;
+    if (m_recording.gblnRecording)
+        m_timeline->controller().cmdPause_Click();
+    return m_timeline->takeQuestions().takeMayGo(QStringLiteral("closing the studio"), [this] {
+        m_closeAnswered = true;
+        close();
+    });
+}
+
 void frmClipquill::Form_Unload() {
-    DeleteFilesInFolder(m_paths.gstrTempFilesDirectory);
+    // An unsaved take stays for the next start to offer back.
+    DeleteFilesInFolder(m_paths.gstrTempFilesDirectory, m_timeline->takeKeeper().keptFileNames());
 }
 
 } // namespace cq

@@ -68,6 +68,8 @@ private:
     void onRenderFinished(const RenderReport& report);
     void cboVideoRes_Change(const QString& text);
     void cmdSaveDirectories_Click();
+    // Whether the window may close now: an unsaved take asks first.
+    bool takeLetsClose();
     void Form_Unload();
     void showStartupProblems();
 
@@ -95,6 +97,8 @@ private:
     std::unique_ptr<TabPictureList> m_pictureList;
     TimelineStudio* m_timeline = nullptr;
     SharePanel* m_sharePanel = nullptr;
+    // The unsaved take was saved or discarded on the way out.
+    bool m_closeAnswered = false;
 };
 
 } // namespace cq

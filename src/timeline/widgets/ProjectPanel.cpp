@@ -77,7 +77,7 @@ void ProjectPanel::cmdSaveProject_Click() {
 }
 
 void ProjectPanel::cmdOpenProject_Click() {
-    if (refuseWhileRecording(kOpenTitle))
+    if (refuseWhileRecording(kOpenTitle) || (mayReplaceTake && !mayReplaceTake()))
         return;
     const QString folder = askOpenFolder ? askOpenFolder() : QString();
     if (!folder.isEmpty())
@@ -90,6 +90,7 @@ void ProjectPanel::saveProject(const QString& folder) {
         QMessageBox::warning(this, kSaveTitle, result.error);
         return;
     }
+    emit projectSaved(folder);
     if (!result.missingFiles.isEmpty())
         QMessageBox::information(this, kSaveTitle,
                                  QStringLiteral("The project was saved, but these files were "

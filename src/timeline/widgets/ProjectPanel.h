@@ -23,12 +23,15 @@ public:
     // The dialogs ask these for a folder (tests replace them); empty means cancelled.
     std::function<QString()> askSaveFolder;
     std::function<QString()> askOpenFolder;
+    // Asked before an opened project replaces the take there is; false holds the press back.
+    std::function<bool()> mayReplaceTake;
 
     void cmdSaveProject_Click();
     void cmdOpenProject_Click();
 
 signals:
     void projectOpened(const QString& folder);
+    void projectSaved(const QString& folder);
 
 private:
     QString defaultSaveFolder() const;

@@ -12,10 +12,12 @@
 #include "timeline/RecordingState.h"
 #include "timeline/Replay.h"
 #include "timeline/SlideShow.h"
+#include "timeline/TakeKeeper.h"
 #include "timeline/widgets/EventGridView.h"
 #include "timeline/widgets/ProjectPanel.h"
 #include "timeline/widgets/RecordingPanel.h"
 #include "timeline/widgets/SlideShowPanel.h"
+#include "timeline/widgets/TakeQuestions.h"
 
 #include <QMessageBox>
 
@@ -78,6 +80,36 @@ TimelineStudio::TimelineStudio(Context context, QObject* parent)
                                            "to \"%1\"; its event is logged but will "
                                            "render black.")
                                 .arg(fileSpec));
+            });
+    keepTheTake(window);
+}
+
+// The take stays in the work folder until it is saved or discarded; what would replace it asks
+// first.
+void TimelineStudio::keepTheTake(QWidget* window) {
+    m_takeKeeper =
+        new TakeKeeper(*m_controller, *m_logger, m_context.paths.gstrTempFilesDirectory, this);
+    m_takeQuestions = new TakeQuestions(*m_takeKeeper, *m_projectPanel, window);
+    m_controller->mayReplaceTake = [this] {
+        return m_takeQuestions->takeMayGo(QStringLiteral("recording a new one"),
+                                          [this] { m_controller->cmdRecordVoiceEmail_Click(); });
+    };
+    m_projectPanel->mayReplaceTake = [this] {
+        return m_takeQuestions->takeMayGo(QStringLiteral("opening a project"),
+                                          [this] { m_projectPanel->cmdOpenProject_Click(); });
+    };
+    connect(m_projectPanel, &ProjectPanel::projectSaved, m_takeKeeper, &TakeKeeper::markSaved);
+    connect(m_takeKeeper, &TakeKeeper::journalFailed, window,
+            [window](const QString& title, const QString& text) {
+                showMessage(window, QMessageBox::Warning, title, text);
+            });
+    connect(m_takeQuestions, &TakeQuestions::takeRestored, window,
+            [window](const QString& problem) {
+                if (!problem.isEmpty())
+                    showMessage(window, QMessageBox::Warning, QStringLiteral("Restore"),
+                                QStringLiteral("The events of the recording are back, but its "
+                                               "voice is not: %1")
+                                    .arg(problem));
             });
 }
 

@@ -24,6 +24,8 @@ class RecordingPanel;
 class Replay;
 class SlideShow;
 class SlideShowPanel;
+class TakeKeeper;
+class TakeQuestions;
 struct AppPaths;
 struct DirectorySettings;
 struct RecordingState;
@@ -65,6 +67,8 @@ public:
     Replay& replay() { return *m_replay; }
     SlideShow& slideShow() { return *m_slideShow; }
     MediaDisplay& display() { return m_display; }
+    TakeKeeper& takeKeeper() { return *m_takeKeeper; }
+    TakeQuestions& takeQuestions() { return *m_takeQuestions; }
 
     // The start-up check of the sound input (shows the full-duplex message when there is none),
     // after which the microphone is kept open.
@@ -91,6 +95,10 @@ private:
     SlideShowPanel* m_slideShowPanel;
     ProjectPanel* m_projectPanel;
     EventGridView* m_gridView;
+    TakeKeeper* m_takeKeeper;
+    TakeQuestions* m_takeQuestions;
+
+    void keepTheTake(QWidget* window);
 };
 
 } // namespace cq

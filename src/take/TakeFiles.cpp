@@ -1,0 +1,84 @@
+#include "take/TakeFiles.h"
+
+#include "platform/TextFiles.h"
+#include "platform/WavFormat.h"
+#include "studio/TimelineFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace cq {
+
+namespace {
+
+// Text pictures are made in the work folder; other media live where the user keeps them.
+QStringList workFolderFileNames(const QString& workFolder, const QList<EventRow>& rows) {
+    const QString base = QDir::cleanPath(QDir(workFolder).absolutePath());
+    QStringList names;
+    for (const EventRow& row : rows) {
+        const QFileInfo file(row.fileSpec);
+        if (!row.fileSpec.isEmpty() && QDir::cleanPath(file.absolutePath()) == base)
+            names << file.fileName();
+    }
+    return names;
+}
+
+} // namespace
+
+TakeFiles::TakeFiles(QString workFolder, QString voiceFileSpec)
+    : m_workFolder(std::move(workFolder)), m_voiceFileSpec(std::move(voiceFileSpec)) {}
+
+QString TakeFiles::journalFileSpec() const {
+    return QDir(m_workFolder).filePath(QString::fromLatin1(kTakeJournalFileName));
+}
+
+bool TakeFiles::isUnsaved() const {
+    return QFileInfo(journalFileSpec()).isFile();
+}
+
+QList<EventRow> TakeFiles::journalRows() const {
+    QByteArray bytes = ReadFileToBytes(journalFileSpec());
+    // A line without its end was being written when the studio ended.
+    bytes.truncate(bytes.lastIndexOf('\n') + 1);
+    QString error;
+    const QString text = DecodeTimelineBytes(bytes, &error);
+    QStringList lines = text.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+    for (; !lines.isEmpty(); lines.removeLast()) {
+        const TimelineReadResult read = ParseTimelineText(lines.join(u'\n'), m_workFolder);
+        if (read.ok())
+            return read.rows;
+    }
+    return {};
+}
+
+KeptTake TakeFiles::restore() const {
+    KeptTake take;
+    take.rows = journalRows();
+    if (!QFileInfo(m_voiceFileSpec).isFile())
+        take.voiceProblem = QStringLiteral("no voice was recorded");
+    else if (RepairWavLength(m_voiceFileSpec, &take.voiceProblem))
+        take.voiceMs = WavDurationMs(m_voiceFileSpec);
+    return take;
+}
+
+void TakeFiles::markSaved() const {
+    QFile::remove(journalFileSpec());
+}
+
+void TakeFiles::discard() const {
+    const QDir work(m_workFolder);
+    for (const QString& name : workFolderFileNames(m_workFolder, journalRows()))
+        QFile::remove(work.filePath(name));
+    QFile::remove(m_voiceFileSpec);
+    QFile::remove(journalFileSpec());
+}
+
+QStringList TakeFiles::keptFileNames() const {
+    if (!isUnsaved())
+        return {};
+    return workFolderFileNames(m_workFolder, journalRows())
+           << QFileInfo(m_voiceFileSpec).fileName() << QString::fromLatin1(kTakeJournalFileName);
+}
+
+} // namespace cq

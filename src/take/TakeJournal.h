@@ -1,0 +1,52 @@
+#pragma once
+
+#include "studio/EventRow.h"
+
+#include <QFile>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+namespace cq {
+
+// The clicks of a take as they happen: each logged row goes to the journal file at once (one
+// write, so a killed studio loses no click) and the file is synced to the disk at least once a
+// second (so a power cut loses at most that second). Lines are the event rows' text with CR LF
+// ends, the way Timeline.txt holds them, so one reader serves both.
+class TakeJournal : public QObject {
+    Q_OBJECT
+public:
+    static constexpr int kSyncIntervalMs = 500;
+
+    explicit TakeJournal(QObject* parent = nullptr);
+    ~TakeJournal() override;
+
+    // Creates (or empties) the journal for a new take. False with errorString() set when the
+    // file cannot be made.
+    bool start(const QString& fileSpec);
+    // Writes one row at once. False (and writeFailed emitted, the journal closed) when the disk
+    // refused it.
+    bool append(const EventRow& row);
+    // Syncs and closes; the file stays as the mark of a take not yet saved.
+    void finish();
+    // Replaces the whole journal of a stopped take (rows corrected in the grid).
+    bool rewrite(const QString& fileSpec, const QList<EventRow>& rows);
+
+    bool isOpen() const { return m_file.isOpen(); }
+    QString errorString() const { return m_error; }
+
+signals:
+    void writeFailed(const QString& why);
+
+private:
+    bool sync();
+    bool fail(const QString& why);
+
+    QFile m_file;
+    QTimer m_syncTimer;
+    bool m_unsynced = false;
+    QString m_error;
+};
+
+} // namespace cq

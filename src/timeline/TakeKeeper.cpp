@@ -1,0 +1,78 @@
+#include "timeline/TakeKeeper.h"
+
+#include "timeline/EventGridModel.h"
+#include "timeline/EventLogger.h"
+#include "timeline/RecordingController.h"
+#include "timeline/RecordingState.h"
+
+#include <QFileInfo>
+
+namespace cq {
+
+TakeKeeper::TakeKeeper(RecordingController& controller, EventLogger& logger,
+                       const QString& workFolder, QObject* parent)
+    : QObject(parent), m_controller(controller), m_logger(logger),
+      m_files(workFolder, controller.voiceFileSpec()), m_journal(new TakeJournal(this)) {
+    connect(&m_controller, &RecordingController::recordingChanged, this,
+            &TakeKeeper::onRecordingChanged);
+    connect(&m_logger, &EventLogger::eventLogged, this, &TakeKeeper::onRowLogged);
+    connect(&m_logger.grid(), &EventGridModel::dataChanged, this, &TakeKeeper::onRowsCorrected);
+    connect(&m_logger.grid(), &EventGridModel::rowsRemoved, this, &TakeKeeper::onRowsCorrected);
+    connect(m_journal, &TakeJournal::writeFailed, this, &TakeKeeper::stopOnJournalFailure);
+}
+
+void TakeKeeper::onRecordingChanged(bool recording) {
+    if (!recording) {
+        m_journal->finish();
+        // A take without a voice or a click holds nothing to keep.
+        if (m_logger.grid().rowCount() == 0 && !QFileInfo(m_files.voiceFileSpec()).isFile())
+            m_files.markSaved();
+        return;
+    }
+    if (!m_journal->start(m_files.journalFileSpec()))
+        stopOnJournalFailure(m_journal->errorString());
+}
+
+void TakeKeeper::onRowLogged(int row) {
+    m_journal->append(m_logger.grid().row(row));
+}
+
+void TakeKeeper::onRowsCorrected() {
+    if (!m_logger.state().gblnRecording && isUnsaved())
+        m_journal->rewrite(m_files.journalFileSpec(), m_logger.grid().rows());
+}
+
+void TakeKeeper::stopOnJournalFailure(const QString& why) {
+    if (m_logger.state().gblnRecording)
+        m_controller.cmdPause_Click();
+    emit journalFailed(
+        QStringLiteral("Recording"),
+        QStringLiteral("The recording was stopped: its clicks could not be written to \"%1\" "
+                       "(%2). The disk may be full. What was recorded until now is kept; free "
+                       "some space, then save it as a project or record again.")
+            .arg(m_files.journalFileSpec(), why));
+}
+
+QString TakeKeeper::restore() {
+    const KeptTake take = m_files.restore();
+    m_logger.reset();
+    m_logger.grid().setRows(take.rows);
+    m_logger.state().recordingLengthMs = qMax<qint64>(take.voiceMs, 0);
+    return take.voiceProblem;
+}
+
+void TakeKeeper::markSaved() {
+    m_files.markSaved();
+}
+
+void TakeKeeper::discard() {
+    m_files.discard();
+    m_logger.reset();
+    m_logger.state().recordingLengthMs = 0;
+}
+
+QStringList TakeKeeper::keptFileNames() const {
+    return m_files.keptFileNames();
+}
+
+} // namespace cq

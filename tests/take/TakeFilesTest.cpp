@@ -1,0 +1,131 @@
+#include "take/TakeFiles.h"
+#include "platform/TextFiles.h"
+#include "platform/WavFormat.h"
+#include "take/StudioFolderLock.h"
+#include "take/TakeJournal.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using namespace cq;
+
+namespace {
+
+// Starts the helper and waits for its first line, what it did before it is killed.
+QString startHelper(QProcess& helper, const QStringList& args) {
+    helper.start(CQ_TAKE_HELPER, args);
+    EXPECT_TRUE(helper.waitForStarted(10000));
+    EXPECT_TRUE(helper.waitForReadyRead(30000));
+    return QString::fromUtf8(helper.readLine()).trimmed();
+}
+
+EventRow pictureRow(int count) {
+    return {count,
+            "Pictures",
+            QString::number(count) + ".000",
+            "",
+            QStringLiteral("/media/p%1.jpg").arg(count),
+            std::nullopt};
+}
+
+} // namespace
+
+TEST(KeptTake, AKilledTakeComesBackWithEveryClickAndItsWholeVoice) {
+    QTemporaryDir work;
+    QProcess helper;
+    ASSERT_EQ(startHelper(helper, {"take", work.path()}), "recorded 3 rows and 48000 bytes");
+    helper.kill();
+    ASSERT_TRUE(helper.waitForFinished(10000));
+    EXPECT_EQ(helper.exitStatus(), QProcess::CrashExit);
+
+    const TakeFiles files(work.path(), work.filePath("RecordedAudio.wav"));
+    ASSERT_TRUE(files.isUnsaved());
+    // The header still says no sound: the recording was never finished.
+    EXPECT_EQ(ReadWavInfo(files.voiceFileSpec()).dataBytes, 48000); // counted to the end
+    const KeptTake take = files.restore();
+    EXPECT_EQ(take.voiceProblem, "");
+    EXPECT_EQ(take.voiceMs, 3000);
+    const QByteArray voice = ReadFileToBytes(files.voiceFileSpec());
+    EXPECT_EQ(voice.mid(40, 4), QByteArray("\x80\xBB\0\0", 4)); // 48000 in the header now
+    ASSERT_EQ(take.rows.size(), 3);
+    EXPECT_EQ(take.rows[2].rowText(), "3\tPictures\t2.500\t\t/media/picture 2.jpg");
+    EXPECT_EQ(files.keptFileNames(),
+              QStringList({"RecordedAudio.wav", QString::fromLatin1(kTakeJournalFileName)}));
+    files.discard();
+    EXPECT_FALSE(files.isUnsaved());
+    EXPECT_TRUE(QDir(work.path()).isEmpty());
+}
+
+TEST(KeptTake, ACutShortRowAndATornFrameAreDroppedOnRestore) {
+    QTemporaryDir work;
+    const TakeFiles files(work.path(), work.filePath("RecordedAudio.wav"));
+    WriteWholeFile(pictureRow(1).rowText().toUtf8() + "\r\n" + pictureRow(2).rowText().toUtf8() +
+                       "\r\n3\tPict",
+                   files.journalFileSpec());
+    // 16-bit stereo: 4 bytes a frame; the last frame lost its last byte.
+    WriteWholeFile(WavHeader(8000, 2, 16, 0) + QByteArray(32003, '\1'), files.voiceFileSpec());
+    const KeptTake take = files.restore();
+    ASSERT_EQ(take.rows.size(), 2);
+    EXPECT_EQ(take.rows[1].fileSpec, "/media/p2.jpg");
+    EXPECT_EQ(take.voiceMs, 1000);
+    EXPECT_EQ(QFileInfo(files.voiceFileSpec()).size(), 44 + 32000);
+    const WavInfo repaired = ReadWavInfo(files.voiceFileSpec());
+    EXPECT_EQ(repaired.dataBytes, 32000);
+
+    // A voice that is no WAV at all: the clicks still come back, and the user learns why the
+    // voice does not.
+    WriteWholeFile("not a recording", files.voiceFileSpec());
+    const KeptTake broken = files.restore();
+    EXPECT_EQ(broken.rows.size(), 2);
+    EXPECT_EQ(broken.voiceMs, -1);
+    EXPECT_TRUE(broken.voiceProblem.contains("RIFF")) << broken.voiceProblem.toStdString();
+}
+
+TEST(KeptTake, AFullDiskStopsTheJournalWithAReasonAndKeepsWhatWasWritten) {
+    QTemporaryDir work;
+    const TakeFiles files(work.path(), work.filePath("RecordedAudio.wav"));
+    TakeJournal journal;
+    ASSERT_TRUE(journal.start(files.journalFileSpec()));
+    QSignalSpy failed(&journal, &TakeJournal::writeFailed);
+    // A file may grow no further than 100 bytes: the disk is full for the journal.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    ::getrlimit(RLIMIT_FSIZE, &old);
+    rlimit small = old;
+    small.rlim_cur = 100;
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    int written = 0;
+    while (written < 20 && journal.append(pictureRow(written + 1)))
+        ++written;
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    EXPECT_GE(written, 2);
+    EXPECT_LT(written, 20);
+    ASSERT_EQ(failed.size(), 1);
+    EXPECT_FALSE(failed.first().first().toString().isEmpty());
+    EXPECT_FALSE(journal.isOpen());
+    EXPECT_FALSE(journal.append(pictureRow(99))); // stays stopped, no second report
+    EXPECT_EQ(failed.size(), 1);
+    EXPECT_EQ(files.restore().rows.size(), written);
+}
+
+TEST(StudioFolderLock, ASecondHolderIsRefusedUntilTheFirstIsGoneEvenKilled) {
+    QTemporaryDir app;
+    QProcess first;
+    ASSERT_EQ(startHelper(first, {"lock", app.path()}), "locked");
+    StudioFolderLock second(app.path());
+    EXPECT_FALSE(second.tryLock());
+    EXPECT_TRUE(second.problem().contains("in use")) << second.problem().toStdString();
+    EXPECT_TRUE(second.problem().contains(QString::number(first.processId())));
+    first.kill(); // its lock file stays behind
+    ASSERT_TRUE(first.waitForFinished(10000));
+    ASSERT_TRUE(QFile::exists(app.filePath(StudioFolderLock::kLockFileName)));
+    EXPECT_TRUE(second.tryLock()) << second.problem().toStdString();
+}
