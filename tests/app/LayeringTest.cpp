@@ -1,8 +1,7 @@
 // The program is drawn in layers, bottom up: platform helpers; the studio's state; the
 // subsystems (library, text, render, share, take, then timeline, which shows library items and
-// records through the take); the
-// window that assembles them. An include that points up or sideways makes a cycle sooner or
-// later, so every #include "..." under src/ is checked here.
+// records through the take); the window that assembles them. An include that points up or sideways
+// makes a cycle sooner or later, so every #include "..." under src/ is checked here.
 
 #include <QDir>
 #include <QDirIterator>

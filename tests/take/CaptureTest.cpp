@@ -103,7 +103,8 @@ TEST(Capture, EveryTakeLastsFromThePressToTheStop) {
         betweenPresses.start();
         ASSERT_EQ(recorder.start(path), Recorder::StartResult::Started);
         const qint64 wantMs = 900 + 500 * take;
-        QTest::qWaitFor([&] { return betweenPresses.elapsed() >= wantMs; }, int(wantMs) + 1000);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return betweenPresses.elapsed() >= wantMs; },
+                                    int(wantMs) + 1000));
         const qint64 bytes = recorder.stop();
         const qint64 pressesMs = betweenPresses.elapsed();
         const qint64 wavMs = WavDurationMs(path);
@@ -201,7 +202,7 @@ TEST(Capture, AMicrophoneThatGoesAndComesBackIsHeardAgain) {
     QElapsedTimer betweenPresses;
     betweenPresses.start();
     ASSERT_EQ(recorder.start(dir.filePath("w.wav")), Recorder::StartResult::Started);
-    QTest::qWaitFor([&] { return betweenPresses.elapsed() >= 1000; }, 3000);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return betweenPresses.elapsed() >= 1000; }, 3000));
     const qint64 bytes = recorder.stop();
     EXPECT_NEAR(double(bytes * 1000 / Recorder::kBytesPerSecond), double(betweenPresses.elapsed()),
                 150.0);
