@@ -171,10 +171,7 @@ bool ToolRunner::startHandOver(const QString& program, const QStringList& argume
     return startProcess(program, arguments, Kind::HandOver);
 }
 
-bool ToolRunner::startProcess(const QString& program, const QStringList& arguments, Kind kind) {
-    const bool script = kind == Kind::Script;
-    const bool handOver = kind == Kind::HandOver;
-    releaseProcess();
+void ToolRunner::makeProcess(const QString& program, const QStringList& arguments, bool handOver) {
     m_process = new QProcess(this);
     m_process->setProgram(program);
     m_process->setArguments(arguments);
@@ -198,6 +195,9 @@ bool ToolRunner::startProcess(const QString& program, const QStringList& argumen
         sigemptyset(&none);
         ::sigprocmask(SIG_SETMASK, &none, nullptr);
     });
+}
+
+void ToolRunner::connectProcess() {
     connect(m_process, &QProcess::readyReadStandardOutput, this,
             [this] { deliver([this] { readChannel(QProcess::StandardOutput); }); });
     connect(m_process, &QProcess::readyReadStandardError, this,
@@ -209,6 +209,9 @@ bool ToolRunner::startProcess(const QString& program, const QStringList& argumen
     connect(m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         deliver([=, this] { onErrorOccurred(error); });
     });
+}
+
+void ToolRunner::resetRun(bool script, bool handOver) {
     m_stdout.clear();
     m_stderrTail.clear();
     m_partial[0].clear();
@@ -219,6 +222,15 @@ bool ToolRunner::startProcess(const QString& program, const QStringList& argumen
     m_script = script;
     m_handOver = handOver;
     m_running = true;
+}
+
+bool ToolRunner::startProcess(const QString& program, const QStringList& arguments, Kind kind) {
+    const bool script = kind == Kind::Script;
+    const bool handOver = kind == Kind::HandOver;
+    releaseProcess();
+    makeProcess(program, arguments, handOver);
+    connectProcess();
+    resetRun(script, handOver);
     QPointer<ToolRunner> self(this);
     m_process->start();
     if (!self || !m_running) // it failed at once; finished has been emitted

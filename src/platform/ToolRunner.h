@@ -92,6 +92,11 @@ private:
     void removeTemporaryFolder();
     bool failToStart(const QString& why);
     bool startProcess(const QString& program, const QStringList& arguments, Kind kind);
+    // The process with its environment and its place in a group of its own, not yet started.
+    void makeProcess(const QString& program, const QStringList& arguments, bool handOver);
+    void connectProcess();
+    // Forgets what the last run left: output, result, flags.
+    void resetRun(bool script, bool handOver);
     void releaseProcess();
     // Runs a handler of the process's signals; the runner may be gone when it returns.
     void deliver(const std::function<void()>& handler);
