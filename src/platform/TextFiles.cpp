@@ -1,7 +1,8 @@
 #include "platform/TextFiles.h"
 
+#include "platform/RegularFiles.h"
+
 #include <QFile>
-#include <QFileInfo>
 #include <QSaveFile>
 
 namespace cq {
@@ -28,7 +29,7 @@ bool SaveTextToFile(const QString& text, const QString& fileSpec) {
 }
 
 QByteArray ReadFileToBytes(const QString& fileSpec) {
-    if (fileSpec.isEmpty() || !QFileInfo(fileSpec).isFile())
+    if (!IsRegularFile(fileSpec))
         return {};
     QFile file(fileSpec);
     if (!file.open(QIODevice::ReadOnly))
@@ -37,8 +38,8 @@ QByteArray ReadFileToBytes(const QString& fileSpec) {
 }
 
 QString NotARegularFileProblem(const QString& fileSpec) {
-    const QFileInfo info(fileSpec);
-    if (!info.exists() || info.isFile())
+    const FileKind kind = KindOfFile(fileSpec);
+    if (kind == FileKind::Missing || kind == FileKind::Regular)
         return {};
     return QStringLiteral("\"%1\" is not a regular file, so it was not read. Replace it with a "
                           "text file or remove it.")
