@@ -1,6 +1,7 @@
-// The program is drawn in layers, bottom up: platform helpers; the studio's state; the
-// subsystems (library, text, render, share, take, then timeline, which shows library items and
-// records through the take); the window that assembles them. An include that points up or sideways
+// The program is drawn in layers, bottom up: platform helpers; the studio's state; captions,
+// which the render and the timeline both use; the subsystems (library, text, render, share, take,
+// then timeline, which shows library items and records through the take); the window that
+// assembles them. An include that points up or sideways
 // makes a cycle sooner or later, so every #include "..." under src/ is checked here.
 
 #include <QDir>
@@ -18,13 +19,13 @@ namespace {
 std::optional<int> layerOf(const QString& relativePath) {
     const QString top = relativePath.section(u'/', 0, 0);
     if (!relativePath.contains(u'/'))
-        return relativePath == QStringLiteral("main.cpp") ? std::optional<int>(5) : std::nullopt;
+        return relativePath == QStringLiteral("main.cpp") ? std::optional<int>(6) : std::nullopt;
     static const QHash<QString, int> layers{
         {QStringLiteral("platform"), 0}, {QStringLiteral("studio"), 1},
-        {QStringLiteral("library"), 2},  {QStringLiteral("text"), 2},
-        {QStringLiteral("render"), 2},   {QStringLiteral("share"), 2},
-        {QStringLiteral("take"), 2},     {QStringLiteral("timeline"), 3},
-        {QStringLiteral("app"), 4}};
+        {QStringLiteral("captions"), 2}, {QStringLiteral("library"), 3},
+        {QStringLiteral("text"), 3},     {QStringLiteral("render"), 3},
+        {QStringLiteral("share"), 3},    {QStringLiteral("take"), 3},
+        {QStringLiteral("timeline"), 4}, {QStringLiteral("app"), 5}};
     const auto it = layers.constFind(top);
     return it == layers.constEnd() ? std::nullopt : std::optional<int>(*it);
 }
@@ -113,6 +114,7 @@ TEST(Layering, TheRuleRefusesWhatWouldMakeACycle) {
     EXPECT_EQ(violation("app/widgets/MediaStation.cpp", "text/widgets/TextFrame.h"), "");
     EXPECT_EQ(violation("share/widgets/SharePanel.cpp", "platform/widgets/OpenUrl.h"), "");
     EXPECT_EQ(violation("timeline/widgets/RecordingPanel.cpp", "take/widgets/LevelBar.h"), "");
+    EXPECT_EQ(violation("render/RenderJob.cpp", "captions/SubtitleFiles.h"), "");
     // Up, sideways, into another subsystem's widgets, logic into widgets, unknown folders.
     EXPECT_NE(violation("platform/ToolRunner.cpp", "studio/AppPaths.h"), "");
     EXPECT_NE(violation("render/RenderJob.cpp", "timeline/EventGridModel.h"), "");
@@ -124,4 +126,5 @@ TEST(Layering, TheRuleRefusesWhatWouldMakeACycle) {
     EXPECT_NE(violation("take/Microphone.cpp", "timeline/Recorder.h"), "");
     EXPECT_NE(violation("timeline/Recorder.cpp", "take/widgets/LevelBar.h"), "");
     EXPECT_NE(violation("render/widgets/RenderPanel.cpp", "take/widgets/LevelBar.h"), "");
+    EXPECT_NE(violation("captions/SubtitleFiles.cpp", "render/RenderJob.h"), "");
 }

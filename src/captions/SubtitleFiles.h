@@ -1,0 +1,28 @@
+#pragma once
+
+#include "captions/CaptionCue.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace cq {
+
+// The two subtitle formats players and browsers read, both UTF-8. A cue's text is cleaned on the
+// way out so that no text can end a cue early or be read as a timing line: blank lines are
+// dropped and "-->" is written with a no-break space inside the arrow.
+QByteArray WriteSrt(const CaptionCues& cues);
+QByteArray WriteVtt(const CaptionCues& cues);
+
+struct ReadCues {
+    CaptionCues cues;
+    QString problem; // empty when the whole file was read
+};
+
+// Reads SRT or WebVTT (LF or CR LF, with or without a byte order mark). Cues whose timing line
+// cannot be read are skipped and named in `problem`; the rest are kept.
+ReadCues ReadSubtitles(const QByteArray& bytes);
+
+// "00:01:02,345" (SRT) or "00:01:02.345" (WebVTT).
+QString SubtitleTime(qint64 ms, QChar separator);
+
+} // namespace cq
