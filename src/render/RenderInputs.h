@@ -1,5 +1,6 @@
 #pragma once
 
+#include "captions/CaptionCue.h"
 #include "platform/ToolLocator.h"
 #include "render/AviContainer.h"
 #include "render/FrameRate.h"
@@ -27,6 +28,11 @@ struct RenderInputs {
     FrameRate frameRate;
     QString output; // FinalMix.avi, or FinalMix.mp3 for a recording without events
     bool keepVideoSound = false;
+    // The message's captions. With writeCaptions, X.srt and X.vtt are written beside the output X;
+    // with burnCaptions, the pieces under a cue show it in the picture.
+    CaptionCues captions;
+    bool writeCaptions = false;
+    bool burnCaptions = false;
     std::shared_ptr<const RenderContainer> container = MakeAviContainer();
 };
 
