@@ -27,6 +27,22 @@ qint64 secondsTextMs(const QString& text) {
     return ok && s >= 0 ? std::llround(s * 1000.0) : -1;
 }
 
+// The number behind the first label after a heading of the last summary: "I:  -35.2 LUFS".
+double summaryValue(const QString& text, qsizetype summary, QStringView heading,
+                    QStringView label) {
+    const qsizetype at = text.indexOf(heading, summary);
+    if (at < 0)
+        return qQNaN();
+    const QStringList words = FfmpegLabelLine(text.mid(at), label).split(u' ', Qt::SkipEmptyParts);
+    if (words.isEmpty())
+        return qQNaN();
+    if (words.first() == u"-inf")
+        return -qInf();
+    bool ok = false;
+    const double value = words.first().toDouble(&ok);
+    return ok ? value : qQNaN();
+}
+
 } // namespace
 
 QString FfmpegLabelLine(const QString& text, QStringView label) {
@@ -125,6 +141,17 @@ ProbedLengths FfprobeLengths(const QString& text) {
         type.clear();
     }
     return lengths;
+}
+
+LoudnessSummary FfmpegLoudnessSummary(const QString& text) {
+    // The filter prints a line per 100 ms at verbose level; only the summary at the end counts.
+    const qsizetype summary = text.lastIndexOf(u"Summary:");
+    if (summary < 0)
+        return {};
+    LoudnessSummary s;
+    s.integratedLufs = summaryValue(text, summary, u"Integrated loudness:", u"I:");
+    s.truePeakDb = summaryValue(text, summary, u"True peak:", u"Peak:");
+    return s;
 }
 
 } // namespace cq

@@ -3,6 +3,7 @@
 #include "platform/ToolLocator.h"
 #include "render/AviContainer.h"
 #include "render/FrameRate.h"
+#include "render/VoiceOptions.h"
 #include "studio/EventRow.h"
 
 #include <QList>
@@ -27,6 +28,7 @@ struct RenderInputs {
     FrameRate frameRate;
     QString output; // FinalMix.avi, or FinalMix.mp3 for a recording without events
     bool keepVideoSound = false;
+    VoiceOptions voice;
     std::shared_ptr<const RenderContainer> container = MakeAviContainer();
 };
 
