@@ -54,4 +54,8 @@ struct LoudnessSummary {
 };
 LoudnessSummary FfmpegLoudnessSummary(const QString& text);
 
+// The "Noise floor dB: " that the astats filter prints for the whole input, in dBFS; -inf for
+// digital silence, NaN when the text holds none.
+double FfmpegNoiseFloorDb(const QString& text);
+
 } // namespace cq

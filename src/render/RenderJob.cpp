@@ -189,14 +189,14 @@ void RenderJob::makePlan() {
 // The measurement goes to the pool ahead of the pieces and runs beside them: by the time the
 // pieces are made, the mix rarely has to wait for it.
 void RenderJob::measureVoice() {
-    if (!m_in.voice.even)
+    if (!m_in.voice.even && !m_in.voice.reduceNoise)
         return;
     m_voice = new VoiceMeasure(m_in.ffmpeg.path, m_in.voiceFile, m_in.voice, m_space.folder, m_pool,
                                this);
     connect(m_voice, &VoiceMeasure::logLine, this, &RenderJob::log);
     connect(m_voice, &VoiceMeasure::finished, this, [this] {
         if (!m_voice->problem().isEmpty())
-            log(QStringLiteral("the voice's level could not be measured and stays as recorded: ") +
+            log(QStringLiteral("the voice could not be measured; its level stays as recorded: ") +
                 m_voice->problem());
         if (std::exchange(m_mixWaitsForVoice, false))
             startMix();
@@ -238,12 +238,12 @@ void RenderJob::mix() {
 
 void RenderJob::startMix() {
     emit statusChanged(QStringLiteral("Mixing the video with the voice"));
-    std::optional<VoiceGain> gain;
-    if (m_voice) {
-        gain = m_voice->gain();
-        m_report.voiceLevelReused = m_voice->reused();
-    }
-    m_plan.finalLine = FinalMixLine(m_in, m_plan, m_videosWithSound, VoiceFilter(m_in.voice, gain));
+    std::optional<VoiceTreatment> treatment;
+    if (m_voice && m_voice->problem().isEmpty())
+        treatment = m_voice->treatment();
+    m_report.voiceLevelReused = m_voice && m_voice->reused();
+    m_plan.finalLine =
+        FinalMixLine(m_in, m_plan, m_videosWithSound, VoiceFilter(m_in.voice, treatment));
     log(QStringLiteral("final: ") + m_plan.finalLine);
     m_mix = new MixStep(m_plan.finalLine, m_space.partialOutput,
                         m_space.scriptPrefix + QStringLiteral("0.sh"), this);

@@ -17,6 +17,9 @@ constexpr double kMaxGainDb = 30.0;
 // The limiter never costs more than this much loudness on speech; a larger shortfall would mean
 // a measurement gone wrong, not a reason to drive the limiter harder.
 constexpr double kMaxCorrectionDb = 6.0;
+// The noise floors ffmpeg's afftdn accepts.
+constexpr double kLowestNoiseFloorDb = -80.0;
+constexpr double kHighestNoiseFloorDb = -20.0;
 
 QString decibels(double db) {
     return QString::number(db, 'f', 2);
@@ -32,53 +35,71 @@ QString limiterChain() {
 
 } // namespace
 
-QString VoiceGain::text() const {
-    return QStringLiteral("gain_db=%1 limit=%2\n").arg(decibels(gainDb)).arg(limit ? 1 : 0);
+QString VoiceTreatment::text() const {
+    return QStringLiteral("noise_db=%1 gain_db=%2 limit=%3\n")
+        .arg(decibels(noiseFloorDb), decibels(gainDb))
+        .arg(limit ? 1 : 0);
 }
 
-std::optional<VoiceGain> VoiceGain::fromText(const QString& text) {
+std::optional<VoiceTreatment> VoiceTreatment::fromText(const QString& text) {
     static const QRegularExpression re(QRegularExpression::anchoredPattern(
-        QStringLiteral("gain_db=(-?[0-9]{1,2}\\.[0-9]{2}) limit=([01])\\n")));
+        QStringLiteral("noise_db=(-[0-9]{1,2}\\.[0-9]{2}) gain_db=(-?[0-9]{1,2}\\.[0-9]{2}) "
+                       "limit=([01])\\n")));
     const QRegularExpressionMatch m = re.match(text);
     if (!m.hasMatch())
         return std::nullopt;
-    return VoiceGain{m.captured(1).toDouble(), m.captured(2) == u"1"};
+    return VoiceTreatment{m.captured(1).toDouble(), m.captured(2).toDouble(),
+                          m.captured(3) == u"1"};
 }
 
-VoiceGain GainForLoudness(const LoudnessSummary& voice) {
+double NoiseFloorForReduction(double measuredDb) {
+    if (std::isnan(measuredDb))
+        return VoiceTreatment{}.noiseFloorDb;
+    return std::clamp(measuredDb, kLowestNoiseFloorDb, kHighestNoiseFloorDb);
+}
+
+VoiceTreatment WithGainForLoudness(VoiceTreatment t, const LoudnessSummary& voice) {
     if (!voice.ok() || voice.integratedLufs < kQuietestMeasurableLufs)
-        return {};
-    VoiceGain g;
-    g.gainDb = std::clamp(kVoiceTargetLufs - voice.integratedLufs, -kMaxGainDb, kMaxGainDb);
-    g.limit = voice.truePeakDb + g.gainDb > kVoiceLimitDb;
-    return g;
+        return t;
+    t.gainDb = std::clamp(kVoiceTargetLufs - voice.integratedLufs, -kMaxGainDb, kMaxGainDb);
+    t.limit = voice.truePeakDb + t.gainDb > kVoiceLimitDb;
+    return t;
 }
 
-VoiceGain CorrectedGain(const VoiceGain& first, const LoudnessSummary& limited) {
-    if (!first.limit || !limited.ok())
-        return first;
-    VoiceGain g = first;
-    g.gainDb += std::clamp(kVoiceTargetLufs - limited.integratedLufs, 0.0, kMaxCorrectionDb);
-    return g;
+bool MakeUpLimiterLoss(VoiceTreatment& t, const LoudnessSummary& limited) {
+    const double missing = kVoiceTargetLufs - limited.integratedLufs;
+    if (!t.limit || !limited.ok() || std::abs(missing) <= kVoiceOnTargetLu)
+        return true;
+    t.gainDb =
+        std::min(t.gainDb + std::clamp(missing, -kMaxCorrectionDb, kMaxCorrectionDb), kMaxGainDb);
+    return false;
 }
 
-QString VoiceFilter(const VoiceOptions& options, const std::optional<VoiceGain>& gain) {
+QString VoiceFilter(const VoiceOptions& options, const std::optional<VoiceTreatment>& treatment) {
     QStringList filters;
     if (options.reduceNoise)
-        filters << QStringLiteral("afftdn=nr=12:nf=-50:tn=1"); // follows the noise as it changes
-    if (gain && gain->gainDb != 0.0)
-        filters << QStringLiteral("volume=%1dB").arg(decibels(gain->gainDb));
-    if (gain && gain->limit)
+        filters << QStringLiteral("afftdn=nr=12:nf=%1")
+                       .arg(decibels(treatment ? treatment->noiseFloorDb
+                                               : VoiceTreatment{}.noiseFloorDb));
+    if (treatment && treatment->gainDb != 0.0)
+        filters << QStringLiteral("volume=%1dB").arg(decibels(treatment->gainDb));
+    if (treatment && treatment->limit)
         filters << limiterChain();
     return filters.join(u',');
 }
 
-QString VoiceMeasureLine(const QString& ffmpeg, const QString& voice, const VoiceOptions& options,
-                         const std::optional<VoiceGain>& gain) {
-    QString filter = VoiceFilter(options, gain);
+QString NoiseFloorMeasureFilter() {
+    return QStringLiteral("astats=measure_overall=Noise_floor:measure_perchannel=none");
+}
+
+QString LoudnessMeasureFilter(const VoiceOptions& options, const VoiceTreatment& treatment) {
+    const QString before = VoiceFilter(options, treatment);
     // framelog=verbose keeps the line per 100 ms out of stderr; the summary still comes.
-    filter += (filter.isEmpty() ? QString() : QStringLiteral(",")) +
-              QStringLiteral("ebur128=peak=true:framelog=verbose");
+    return (before.isEmpty() ? QString() : before + u',') +
+           QStringLiteral("ebur128=peak=true:framelog=verbose");
+}
+
+QString VoiceMeasureLine(const QString& ffmpeg, const QString& voice, const QString& filter) {
     return ShellQuote(ffmpeg) + QStringLiteral(" -nostdin -hide_banner -nostats -i ") +
            ShellQuote(voice) + QStringLiteral(" -af ") + ShellQuote(filter) +
            QStringLiteral(" -f null -");

@@ -17,32 +17,41 @@ constexpr double kVoicePeakCeilingDb = -1.5;
 // under the ceiling, for the overshoot of resampling back and of the encoders.
 constexpr double kVoiceLimitDb = -2.5;
 
-// What the mix does to the voice's level: a gain, and whether a limiter must hold the peaks
-// that the gain would push over the ceiling.
-struct VoiceGain {
+// What the mix does to the voice, as its measurements decided: the level of its background
+// noise, a gain, and whether a limiter must hold the peaks that the gain would push over the
+// ceiling.
+struct VoiceTreatment {
+    double noiseFloorDb = -50.0;
     double gainDb = 0.0;
     bool limit = false;
 
-    bool operator==(const VoiceGain&) const = default;
-    // "gain_db=19.20 limit=1", as kept in the render's work space.
+    bool operator==(const VoiceTreatment&) const = default;
+    // "noise_db=-38.00 gain_db=19.20 limit=1", as kept in the render's work space.
     QString text() const;
-    static std::optional<VoiceGain> fromText(const QString& text);
+    static std::optional<VoiceTreatment> fromText(const QString& text);
 };
 
+// The background noise as noise reduction takes it: the voice's quietest stretches, within the
+// range the reduction works in.
+double NoiseFloorForReduction(double measuredDb);
 // The gain that brings a voice of this measured loudness to the target. A voice too quiet to
 // measure (silence, a cable that was not plugged in) is left alone rather than raised into noise.
-VoiceGain GainForLoudness(const LoudnessSummary& voice);
-// The limiter takes some loudness away with the peaks: measured again after the first gain and
-// the limiter, the gain is raised by what is missing.
-VoiceGain CorrectedGain(const VoiceGain& first, const LoudnessSummary& limited);
+VoiceTreatment WithGainForLoudness(VoiceTreatment treatment, const LoudnessSummary& voice);
+// The limiter takes some loudness away with the peaks, the more the higher the gain: measured
+// through the gain and the limiter, the gain moves by what is missing. True when the measured
+// loudness was already on target, so there is nothing to measure again.
+constexpr double kVoiceOnTargetLu = 0.2;
+bool MakeUpLimiterLoss(VoiceTreatment& treatment, const LoudnessSummary& limited);
 
 // The filters of the voice's part of the mix, in order: noise reduction, gain, limiter. Empty
-// when the voice goes in as it was recorded. gain: none leaves the level as it is.
-QString VoiceFilter(const VoiceOptions& options, const std::optional<VoiceGain>& gain);
+// when the voice goes in as it was recorded. treatment: none leaves the level as it is.
+QString VoiceFilter(const VoiceOptions& options, const std::optional<VoiceTreatment>& treatment);
 
-// A run that measures the voice as the mix would hear it through the given gain (none: the voice
-// after noise reduction alone): ffmpeg's ebur128 summary on stderr.
-QString VoiceMeasureLine(const QString& ffmpeg, const QString& voice, const VoiceOptions& options,
-                         const std::optional<VoiceGain>& gain);
+// The filter that measures the noise floor (astats), and the one that measures the loudness the
+// mix would hear through the treatment so far (ebur128); each prints its summary on stderr.
+QString NoiseFloorMeasureFilter();
+QString LoudnessMeasureFilter(const VoiceOptions& options, const VoiceTreatment& treatment);
+// A run of ffmpeg that puts the voice through a measuring filter.
+QString VoiceMeasureLine(const QString& ffmpeg, const QString& voice, const QString& filter);
 
 } // namespace cq

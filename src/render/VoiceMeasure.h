@@ -6,22 +6,22 @@
 #include <QPointer>
 #include <QString>
 
-#include <optional>
-
 namespace cq {
 
 class ToolPool;
 struct RunResult;
 
-// Measures how loud the voice is, through the shared tool pool beside the pieces, and works out
-// the gain of the mix. A voice whose peaks the gain would push over the ceiling is measured a
-// second time through the limiter, whose loss the gain then makes up. The gain is kept in the
-// render's work space under a key of the voice file (size, time, head and tail) and the noise
-// setting, so a render of the same voice does not measure it again.
+// Measures the voice, through the shared tool pool beside the pieces, and works out what the mix
+// does to it: for noise reduction, the level of its background noise; for an even voice, how
+// loud it is after that, and so its gain. A voice whose peaks the gain would push over the
+// ceiling is measured again through the limiter, whose loss the gain then makes up, a few times
+// at most, until the loudness is on target. The
+// outcome is kept in the render's work space under a key of the voice file (size, time, head
+// and tail) and the options, so a render of the same voice does not measure it again.
 //
-// A gain found in the work space is there at once after start(): isRunning() is false and
+// An outcome found in the work space is there at once after start(): isRunning() is false and
 // finished does not come. Otherwise finished comes once, after the last run; a voice that
-// cannot be measured gets no gain, and problem() says why.
+// cannot be measured is left as it is, and problem() says why.
 class VoiceMeasure : public QObject {
     Q_OBJECT
 public:
@@ -32,31 +32,37 @@ public:
     void start();
     void cancel();
     bool isRunning() const { return m_taskId != 0; }
-    VoiceGain gain() const { return m_gain; }
+    VoiceTreatment treatment() const { return m_treatment; }
     bool reused() const { return m_reused; }
     QString problem() const { return m_problem; }
-    // Where the gain of this voice and setting is kept.
-    QString levelFile() const;
+    // Where the outcome for this voice and these options is kept.
+    QString keptFile() const { return m_keptFile; }
 
 signals:
     void logLine(const QString& line);
     void finished();
 
 private:
-    void submit(const std::optional<VoiceGain>& through);
+    enum class Stage { NoiseFloor, Loudness, Limited };
+
+    void submit(Stage stage);
     void onTaskFinished(int id, const RunResult& result);
-    void end(const VoiceGain& gain, const QString& problem);
+    // False when the stage's run told nothing. onTarget: false when a run through the limiter
+    // found the loudness off and moved the gain.
+    bool takeMeasurement(const QString& stderrText, bool& onTarget);
+    void end(const QString& problem);
     void keep() const;
 
     QString m_ffmpeg;
     QString m_voice;
     VoiceOptions m_options;
     QString m_folder;
-    QString m_levelFile;
+    QString m_keptFile;
     QPointer<ToolPool> m_pool;
     int m_taskId = 0;
-    std::optional<VoiceGain> m_first; // set while the second measurement runs
-    VoiceGain m_gain;
+    Stage m_stage = Stage::NoiseFloor;
+    int m_limitedRuns = 0;
+    VoiceTreatment m_treatment;
     bool m_reused = false;
     QString m_problem;
 };
