@@ -19,6 +19,7 @@ struct RenderInputs {
     QList<EventRow> rows;
     qint64 recordingMs = 0; // the voice's length
     QString voiceFile;      // RecordedAudio.wav
+    VoiceOptions voice;     // what the mix does to it
     QString workFolder;     // where the render takes a work space of its own
     QString scriptFolder;   // where the scripts of its runs are written
     QString blackPicture;   // the lead-in, and the stand-in of any item that fails
@@ -28,7 +29,6 @@ struct RenderInputs {
     FrameRate frameRate;
     QString output; // FinalMix.avi, or FinalMix.mp3 for a recording without events
     bool keepVideoSound = false;
-    VoiceOptions voice;
     std::shared_ptr<const RenderContainer> container = MakeAviContainer();
 };
 

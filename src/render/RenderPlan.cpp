@@ -138,10 +138,13 @@ QString soundInputsAndMap(const RenderPlan& plan, const QSet<QString>& videosWit
     }
     if (chains.isEmpty())
         return inputs + QStringLiteral(" -map 0:v -map 1:a") + voiceFilterOption(voiceFilter);
-    QString graph = chains.join(u';') + QStringLiteral(";");
-    if (!voiceFilter.isEmpty())
-        graph += QStringLiteral("[1:a]") + voiceFilter + QStringLiteral("[voice];");
-    graph += voiceFilter.isEmpty() ? QStringLiteral("[1:a]") : QStringLiteral("[voice]");
+    QString graph = chains.join(u';') + u';';
+    QString voice = QStringLiteral("[1:a]");
+    if (!voiceFilter.isEmpty()) {
+        graph += voice + voiceFilter + QStringLiteral("[voice];");
+        voice = QStringLiteral("[voice]");
+    }
+    graph += voice;
     for (int k = 2; k < inputIndex; ++k)
         graph += QStringLiteral("[s%1]").arg(k);
     // duration=first: the voice sets the length; normalize=0 keeps the voice's level.
