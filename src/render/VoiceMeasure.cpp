@@ -86,7 +86,7 @@ void VoiceMeasure::submit(Stage stage) {
                                        : LoudnessMeasureFilter(m_options, m_treatment));
     task.inputFiles = {m_voice};
     task.workSpace = m_folder;
-    emit logLine(QStringLiteral("voice measured: ") + task.script);
+    emit logLine(QStringLiteral("measuring the voice: ") + task.script);
     m_taskId = m_pool->submit(task);
 }
 

@@ -110,7 +110,7 @@ TEST_F(VoiceLevel, TheMeasurementIsKeptUntilTheTakeOrTheNoiseSettingChanges) {
     const QString voice = mediaFile("RecordedAudio.wav");
     ASSERT_TRUE(speech(voice, -14.0));
     auto measuringRuns = [](const RenderReport& report) {
-        return ReadFileToString(report.logFile).count("voice measured: ");
+        return ReadFileToString(report.logFile).count("measuring the voice: ");
     };
     const RenderReport first = renderAs(voice, true);
     EXPECT_FALSE(first.voiceLevelReused);
