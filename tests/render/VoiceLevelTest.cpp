@@ -3,6 +3,7 @@
 #include "platform/FfmpegOutput.h"
 #include "platform/TextFiles.h"
 #include "platform/ToolRunner.h"
+#include "render/VoiceLevel.h"
 #include "studio/TimelineFile.h"
 
 #include <QDir>
@@ -153,4 +154,18 @@ TEST_F(VoiceLevel, NoiseReductionTakesTheHissOutWhenChosen) {
     studio.evenVoice = false;
     renderAs(voice, false);
     EXPECT_LT(hissUnderVoice(), kept - 6.0);
+}
+
+// A take of silence or faint hum is no voice to raise by 30 dB; a kept outcome that does not
+// read back whole is measured again rather than trusted.
+TEST(VoiceTreatment, SilenceIsLeftAloneAndOnlyWholeKeptOutcomesCount) {
+    const VoiceTreatment silent = WithGainForLoudness({}, {-70.0, -qInf()});
+    EXPECT_EQ(silent.gainDb, 0.0);
+    EXPECT_FALSE(silent.limit);
+    EXPECT_TRUE(VoiceFilter({true, false}, silent).isEmpty());
+
+    const VoiceTreatment quiet = WithGainForLoudness({}, {-35.0, -16.5});
+    EXPECT_EQ(VoiceTreatment::fromText(quiet.text()), quiet);
+    EXPECT_FALSE(VoiceTreatment::fromText(quiet.text().chopped(3)));
+    EXPECT_FALSE(VoiceTreatment::fromText(QString()));
 }
