@@ -42,6 +42,8 @@ int runRender(const WindowlessStartup& startup, const StudioOptions& options) {
                                           options.output};
     StudioSettings studio;
     studio.keepVideoSound = options.videoSound;
+    studio.evenVoice = !options.rawVoice;
+    studio.reduceNoise = options.reduceNoise;
     return RunCommandLineRender(startup.paths, studio, render, stdout, stderr);
 }
 

@@ -32,12 +32,17 @@ const OptionRow kOptions[] = {
      &StudioOptions::output},
     {"video-sound", nullptr, "Mix the videos' own sound under the voice.", nullptr,
      &StudioOptions::videoSound},
+    {"raw-voice", nullptr, "Leave the voice's level as recorded instead of evening it out.",
+     nullptr, &StudioOptions::rawVoice},
+    {"reduce-noise", nullptr, "Take steady background noise out of the voice.", nullptr,
+     &StudioOptions::reduceNoise},
 };
 
 const char kUsageLines[] =
     "Usage: clipquill [--app-dir DIR] [--check]\n"
     "       clipquill [--app-dir DIR] --render TIMELINE [--voice WAV] [--size WxH] "
-    "[--output FILE] [--video-sound]\n";
+    "[--output FILE] [--video-sound]\n"
+    "                 [--raw-voice] [--reduce-noise]\n";
 
 // The parser knows every option of the table, plus help and version.
 struct StudioParser {

@@ -83,6 +83,7 @@ RenderRequest StudioRenderRequest(const AppPaths& paths, const StudioSettings& s
     in.ffmpeg = LocateFfmpeg(paths.gstrFFMPEGFileSpec);
     in.ffprobe = LocateFfprobe(paths);
     in.keepVideoSound = studio.keepVideoSound;
+    in.voice = {studio.evenVoice, studio.reduceNoise};
     in.output = !output.isEmpty() ? output
                 : rows.isEmpty()  ? paths.gstrFinalMixMP3FileSpec
                                   : paths.gstrFinalMixAVIFileSpec;

@@ -4,6 +4,7 @@
 #include "platform/ToolLocator.h"
 #include "render/AviContainer.h"
 #include "render/FrameRate.h"
+#include "render/VoiceOptions.h"
 #include "studio/EventRow.h"
 
 #include <QList>
@@ -19,6 +20,7 @@ struct RenderInputs {
     QList<EventRow> rows;
     qint64 recordingMs = 0; // the voice's length
     QString voiceFile;      // RecordedAudio.wav
+    VoiceOptions voice;     // what the mix does to it
     QString workFolder;     // where the render takes a work space of its own
     QString scriptFolder;   // where the scripts of its runs are written
     QString blackPicture;   // the lead-in, and the stand-in of any item that fails

@@ -112,9 +112,15 @@ QString joinListText(const RenderPlan& plan) {
     return text;
 }
 
+// The voice's own filters, when it goes to the result alone.
+QString voiceFilterOption(const QString& voiceFilter) {
+    return voiceFilter.isEmpty() ? QString() : QStringLiteral(" -af ") + ShellQuote(voiceFilter);
+}
+
 // The sound of each kept video, delayed to its place, mixed under the voice; the voice alone
 // when no video keeps its sound. The voice sets the length.
-QString soundInputsAndMap(const RenderPlan& plan, const QSet<QString>& videosWithSound) {
+QString soundInputsAndMap(const RenderPlan& plan, const QSet<QString>& videosWithSound,
+                          const QString& voiceFilter) {
     QString inputs;
     QStringList chains;
     int inputIndex = 2;
@@ -131,8 +137,14 @@ QString soundInputsAndMap(const RenderPlan& plan, const QSet<QString>& videosWit
         ++inputIndex;
     }
     if (chains.isEmpty())
-        return inputs + QStringLiteral(" -map 0:v -map 1:a");
-    QString graph = chains.join(u';') + QStringLiteral(";[1:a]");
+        return inputs + QStringLiteral(" -map 0:v -map 1:a") + voiceFilterOption(voiceFilter);
+    QString graph = chains.join(u';') + u';';
+    QString voice = QStringLiteral("[1:a]");
+    if (!voiceFilter.isEmpty()) {
+        graph += voice + voiceFilter + QStringLiteral("[voice];");
+        voice = QStringLiteral("[voice]");
+    }
+    graph += voice;
     for (int k = 2; k < inputIndex; ++k)
         graph += QStringLiteral("[s%1]").arg(k);
     // duration=first: the voice sets the length; normalize=0 keeps the voice's level.
@@ -143,16 +155,26 @@ QString soundInputsAndMap(const RenderPlan& plan, const QSet<QString>& videosWit
 
 // The pieces are already in the result's codec, size and rate, starting on a key frame: they
 // are joined by stream copy, and only the sound is encoded.
-QString finalMixLine(const RenderInputs& in, const RenderPlan& plan,
-                     const QSet<QString>& videosWithSound) {
+QString videoMixLine(const RenderInputs& in, const RenderPlan& plan,
+                     const QSet<QString>& videosWithSound, const QString& voiceFilter) {
     return head(in.ffmpeg.path) + QStringLiteral(" -progress pipe:1 -nostats ") +
            in.container->joinInputOptions() + QStringLiteral(" -i ") +
            ShellQuote(plan.joinListFile) + QStringLiteral(" -i ") + ShellQuote(in.voiceFile) +
-           soundInputsAndMap(plan, videosWithSound) + u' ' + in.container->resultEncoderOptions() +
-           QStringLiteral(" -y ") + ShellQuote(plan.partialOutput);
+           soundInputsAndMap(plan, videosWithSound, voiceFilter) + u' ' +
+           in.container->resultEncoderOptions() + QStringLiteral(" -y ") +
+           ShellQuote(plan.partialOutput);
 }
 
 } // namespace
+
+QString FinalMixLine(const RenderInputs& in, const RenderPlan& plan,
+                     const QSet<QString>& videosWithSound, const QString& voiceFilter) {
+    if (!plan.audioOnly)
+        return videoMixLine(in, plan, videosWithSound, voiceFilter);
+    return head(in.ffmpeg.path) + QStringLiteral(" -progress pipe:1 -nostats -i ") +
+           ShellQuote(in.voiceFile) + voiceFilterOption(voiceFilter) + QStringLiteral(" -y ") +
+           ShellQuote(plan.partialOutput);
+}
 
 QStringList RenderPlan::distinctPieces() const {
     QStringList pieces;
@@ -193,15 +215,13 @@ RenderPlan BuildRenderPlan(const RenderInputs& in, const RenderSpace& space,
         return plan;
     if (in.rows.isEmpty()) {
         plan.audioOnly = true;
-        plan.finalLine = head(in.ffmpeg.path) + QStringLiteral(" -progress pipe:1 -nostats -i ") +
-                         ShellQuote(in.voiceFile) + QStringLiteral(" -y ") +
-                         ShellQuote(plan.partialOutput);
+        plan.finalLine = FinalMixLine(in, plan, videosWithSound, {});
         return plan;
     }
     addSegments(in, space, plan);
     plan.joinListFile = space.folder + QStringLiteral("/FinalVideo.txt");
     plan.joinList = joinListText(plan);
-    plan.finalLine = finalMixLine(in, plan, videosWithSound);
+    plan.finalLine = FinalMixLine(in, plan, videosWithSound, {});
     return plan;
 }
 

@@ -32,7 +32,7 @@ struct RenderPlan {
     QList<RenderSegment> segments;
     QString joinList;     // ffconcat text naming every piece in order
     QString joinListFile; // where it is written
-    QString finalLine;    // the pieces joined by stream copy, mixed with the voice
+    QString finalLine;    // the pieces joined by stream copy, mixed with the voice as recorded
     QString partialOutput;
     qint64 targetMs = 0;
     qint64 totalFrames = 0;
@@ -45,6 +45,11 @@ struct RenderPlan {
 // videosWithSound: the videos whose own sound is mixed under the voice.
 RenderPlan BuildRenderPlan(const RenderInputs& in, const RenderSpace& space,
                            const QSet<QString>& videosWithSound);
+
+// The line that joins the pieces (if any) and mixes in the voice, its sound through voiceFilter
+// first (empty: as recorded). Known only once the voice is measured, after the plan.
+QString FinalMixLine(const RenderInputs& in, const RenderPlan& plan,
+                     const QSet<QString>& videosWithSound, const QString& voiceFilter);
 
 // Why a file cannot be handed to a tool: a FIFO would stall it, a device might never end, a
 // folder is no media. Empty for a regular file (after following links) or a missing one, which

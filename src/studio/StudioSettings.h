@@ -12,6 +12,9 @@ struct StudioSettings {
     bool gblnCancel = false; // how modal dialogs say they were cancelled
     // Videos keep their own sound in a render, mixed under the voice.
     bool keepVideoSound = false;
+    // The voice is brought to an even loudness in a render; background noise taken out first.
+    bool evenVoice = true;
+    bool reduceNoise = false;
 };
 
 } // namespace cq

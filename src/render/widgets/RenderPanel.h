@@ -47,6 +47,9 @@ signals:
 private:
     void onFinished(const RenderReport& report);
     void showOutcome(const RenderReport& report);
+    // A check box that sets one of the studio's switches as it is ticked.
+    QCheckBox* addSwitch(const QString& caption, const QString& name, const QString& tip,
+                         bool StudioSettings::*field);
 
     const AppPaths& m_paths;
     StudioSettings& m_studio;
@@ -56,6 +59,8 @@ private:
     QPushButton* m_cmdPlayRendered = nullptr;
     RenderProgressDialog* m_progress = nullptr;
     QCheckBox* m_chkVideoSound = nullptr;
+    QCheckBox* m_chkEvenVoice = nullptr;
+    QCheckBox* m_chkReduceNoise = nullptr;
     RenderJob* m_job = nullptr;
     RenderReport m_lastReport;
     bool m_quiet = false;
