@@ -7,6 +7,9 @@
 #include <QFileInfo>
 
 #include <pocketsphinx.h>
+#include <sphinxbase/err.h>
+
+#include <mutex>
 
 namespace cq {
 
@@ -121,7 +124,10 @@ RecognizedWords SpeechDecoder::decodeSpan(const QString& rawFileSpec, qint64 fro
         if (cutter.endsAfter(ChunkLevel(chunk.constData(), got)))
             endUtterance(words);
     }
-    endUtterance(words);
+    // Finishing the search over what was heard so far can take a while; a cancel skips it, and
+    // the decoder is freed mid-utterance.
+    if (!progress.cancelRequested.load())
+        endUtterance(words);
     return words;
 }
 
