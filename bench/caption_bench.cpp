@@ -1,9 +1,8 @@
 // Measures captions made from a 1-minute voice: sentences read by ffmpeg's synthetic voice with
 // pauses between them, recognised through the studio's job. Prints the time against its goal,
 // the processor time, and how many of the words came out right, from one run.
+#include "BenchFfmpeg.h"
 #include "captions/CaptionRecognitionJob.h"
-#include "platform/ToolLocator.h"
-#include "platform/ToolRunner.h"
 #include "platform/WavFormat.h"
 
 #include <QCoreApplication>
@@ -28,11 +27,7 @@ const QStringList kSentences{"Welcome to our new video about the summer garden."
 QString g_ffmpeg;
 
 bool ffmpeg(const QStringList& args) {
-    ToolRunner runner;
-    const RunResult r = runner.runProgram(g_ffmpeg, QStringList{"-nostdin", "-v", "error"} + args);
-    if (!r.ok())
-        std::fprintf(stderr, "ffmpeg failed: %s\n", qPrintable(r.errorText));
-    return r.ok();
+    return bench::RunFfmpeg(g_ffmpeg, args);
 }
 
 // The sentences over and over, 1.2 s apart, cut at 60 s, as the studio records (44.1 kHz mono).
@@ -92,20 +87,24 @@ Measured recognise(const QString& wav, const QString& work, int threads) {
     return m;
 }
 
+// The voice to recognise, made in the folder; empty when ffmpeg is missing or fails.
+QString prepareVoice(const QTemporaryDir& dir) {
+    g_ffmpeg = bench::LocateBenchFfmpeg();
+    if (g_ffmpeg.isEmpty())
+        return {};
+    const QString wav = dir.filePath("RecordedAudio.wav");
+    std::printf("Making a 60 s voice from %lld sentences...\n", qlonglong(kSentences.size()));
+    return makeVoice(wav) ? wav : QString();
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     std::setvbuf(stdout, nullptr, _IONBF, 0);
     QCoreApplication app(argc, argv);
-    g_ffmpeg = LocateTool({}, "ffmpeg", "ffmpeg").path;
-    if (g_ffmpeg.isEmpty()) {
-        std::fprintf(stderr, "ffmpeg is not installed\n");
-        return 1;
-    }
     QTemporaryDir dir;
-    const QString wav = dir.filePath("RecordedAudio.wav");
-    std::printf("Making a 60 s voice from %lld sentences...\n", qlonglong(kSentences.size()));
-    if (!makeVoice(wav))
+    const QString wav = prepareVoice(dir);
+    if (wav.isEmpty())
         return 1;
     double load[1] = {0};
     getloadavg(load, 1);

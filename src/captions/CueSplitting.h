@@ -8,16 +8,9 @@
 
 namespace cq {
 
-// One word as the recogniser heard it, with the time it was spoken.
-struct RecognizedWord {
-    qint64 startMs = 0;
-    qint64 endMs = 0;
-    QString text;
-
-    bool operator==(const RecognizedWord&) const = default;
-};
-
-using RecognizedWords = QList<RecognizedWord>;
+// One word as the recogniser heard it, timed as it was spoken: a cue of one word.
+using RecognizedWord = CaptionCue;
+using RecognizedWords = CaptionCues;
 
 // How much one caption may hold, so that it can be read in the time it is shown and fits on a
 // phone's screen.
