@@ -72,21 +72,13 @@ void CaptionRecognitionJob::start() {
         connect(m_runner, &ToolRunner::finished, this, &CaptionRecognitionJob::onConverted);
     }
     emit progressed(0);
-    const QStringList arguments{QStringLiteral("-nostdin"),
-                                QStringLiteral("-hide_banner"),
-                                QStringLiteral("-loglevel"),
-                                QStringLiteral("error"),
-                                QStringLiteral("-y"),
-                                QStringLiteral("-i"),
-                                m_voice,
-                                QStringLiteral("-vn"),
-                                QStringLiteral("-ac"),
-                                QStringLiteral("1"),
-                                QStringLiteral("-ar"),
-                                QString::number(kSpeechSamplesPerSecond),
-                                QStringLiteral("-f"),
-                                QStringLiteral("s16le"),
-                                samplesFileSpec()};
+    // 16-bit mono at the recogniser's rate, raw: the decoders read it in chunks from any place.
+    QStringList arguments =
+        QStringLiteral("-nostdin -hide_banner -loglevel error -y -i").split(u' ');
+    arguments
+        << m_voice
+        << QStringLiteral("-vn -ac 1 -ar %1 -f s16le").arg(kSpeechSamplesPerSecond).split(u' ')
+        << samplesFileSpec();
     if (!m_runner->startProgram(m_ffmpeg.path, arguments))
         fail(QStringLiteral("ffmpeg could not be started: %1")
                  .arg(m_runner->lastResult().errorText));
