@@ -100,6 +100,11 @@ CaptionCues CuesFromWords(const RecognizedWords& words, const CueLimits& limits)
         text << spoken;
     }
     close();
+    for (qsizetype i = 0; i < cues.size(); ++i) {
+        const qint64 next =
+            i + 1 < cues.size() ? cues.at(i + 1).startMs : cues.at(i).endMs + limits.minShowMs;
+        cues[i].endMs = qMax(cues.at(i).endMs, qMin(cues.at(i).startMs + limits.minShowMs, next));
+    }
     return cues;
 }
 

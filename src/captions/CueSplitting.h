@@ -16,9 +16,10 @@ using RecognizedWords = CaptionCues;
 // phone's screen.
 struct CueLimits {
     qint64 pauseMs = 500; // a pause this long between two words starts a new cue
-    int maxWords = 7;     //
+    int maxWords = 7;
     qint64 maxSpanMs = 3500;
-    int maxLineLength = 42; // characters a line, two lines a cue
+    int maxLineLength = 42;  // characters a line, two lines a cue
+    qint64 minShowMs = 1000; // a short cue stays this long, unless the next one comes sooner
 };
 
 // The word as a caption shows it; empty for what the recogniser marks as no speech (<s>, </s>,
@@ -27,7 +28,8 @@ QString SpokenWord(const QString& recognized);
 
 // The words in captions: a new cue at a pause, when a cue has its most words or its longest
 // span, and when the next word would no longer fit in two lines. Each cue runs from its first
-// word's start to its last word's end. Words with no spoken text are left out.
+// word's start to its last word's end, a short one longer so that it can be read. Words with no
+// spoken text are left out.
 CaptionCues CuesFromWords(const RecognizedWords& words, const CueLimits& limits = {});
 
 // The text in at most two lines of at most maxLineLength characters, broken at the space that

@@ -38,7 +38,8 @@ public:
 
     // Recognises the samples [fromSample, toSample) of a raw 16 kHz mono 16-bit file, utterance
     // by utterance. Word times count from the file's start. Stops within a chunk when a cancel
-    // is requested (the words so far are returned); adds each chunk to progress.samplesDone.
+    // is requested (the words of the utterances finished by then are returned); adds each chunk to
+    // progress.samplesDone.
     RecognizedWords decodeSpan(const QString& rawFileSpec, qint64 fromSample, qint64 toSample,
                                DecodingProgress& progress, QString* error);
 

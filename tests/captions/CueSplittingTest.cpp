@@ -46,7 +46,7 @@ TEST(CuesFromWords, APauseOrAFullCueStartsTheNext) {
     CaptionCues cues = CuesFromWords(words);
     ASSERT_EQ(Texts(cues), (QStringList{"hello there", "after a pause"}));
     EXPECT_EQ(cues[0].startMs, 0);
-    EXPECT_EQ(cues[0].endMs, 700);
+    EXPECT_EQ(cues[0].endMs, 1000); // spoken until 700, shown for a second
     EXPECT_EQ(cues[1].startMs, 1200);
 
     // Nine quick words: seven in the first cue.
@@ -82,8 +82,17 @@ TEST(CuesFromWords, NoSpeechMarksAreDroppedAndAlternatesNamedPlainly) {
                           {1100, 1200, "</s>"}};
     const CaptionCues cues = CuesFromWords(words);
     ASSERT_EQ(cues.size(), 1);
-    EXPECT_EQ(cues[0], (CaptionCue{100, 1000, "read it"}));
+    EXPECT_EQ(cues[0], (CaptionCue{100, 1100, "read it"}));
     EXPECT_TRUE(CuesFromWords({{0, 100, "<sil>"}}).isEmpty());
+}
+
+TEST(CuesFromWords, AShortCueStaysLongEnoughToReadButNeverOverTheNext) {
+    const CaptionCues cues = CuesFromWords(
+        {{0, 300, "yes"}, {900, 1200, "no"}, {5000, 5400, "maybe"}, {5400, 7000, "later"}});
+    ASSERT_EQ(cues.size(), 3);
+    EXPECT_EQ(cues[0].endMs, 900); // until the next cue
+    EXPECT_EQ(cues[1].endMs, 1900);
+    EXPECT_EQ(cues[2].endMs, 7000); // long enough already
 }
 
 TEST(WrapCaptionLines, BreaksEvenlyWithinTheLimitWherePossible) {
