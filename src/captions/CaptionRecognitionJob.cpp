@@ -123,7 +123,7 @@ void CaptionRecognitionJob::startDecoding(qint64 samples) {
         m_spans << span;
         QThread* thread = QThread::create([span, progress = m_progress, rawFileSpec] {
             SpeechDecoder decoder;
-            if (decoder.open(&span->error))
+            if (!progress->cancelRequested && decoder.open(&span->error))
                 span->words = decoder.decodeSpan(rawFileSpec, span->fromSample, span->toSample,
                                                  *progress, &span->error);
         });

@@ -145,7 +145,9 @@ TEST(CaptionRecognition, CancelEndsPromptlyWithNothingLeftRunning) {
     ASSERT_TRUE(QTest::qWaitFor(
         [&] { return !progressed.isEmpty() && progressed.last()[0].toInt() >= 2; }, 90000));
     job.cancel();
-    ASSERT_TRUE(cancelled.wait(5000));
+    // Within a chunk for a decoder at work; one still loading its model (a second or two on a
+    // busy machine) ends when the model is in.
+    ASSERT_TRUE(cancelled.wait(10000));
     EXPECT_TRUE(finished.isEmpty());
     EXPECT_FALSE(job.isRunning());
     // The system lets a finished thread's last instant pass before it drops it from the list.
