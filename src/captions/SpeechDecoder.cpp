@@ -22,11 +22,27 @@ QString modelFile(const char* name) {
     return QDir(SpeechDecoder::modelFolder()).filePath(name);
 }
 
+// The recogniser's log is one stream for the whole process; naming a log file per decoder would
+// close the stream under a decoder working in another thread. It is silenced once, before any
+// decoder exists, so that it does not flood the studio's standard error.
+void silenceLog() {
+    static std::once_flag once;
+    std::call_once(once, [] { err_set_logfp(nullptr); });
+}
+
+// Loading and freeing a model share state inside the recogniser's libraries: two at once corrupt
+// the heap. Decoding, each decoder with its own model, may run side by side.
+std::mutex& modelMutex() {
+    static std::mutex mutex;
+    return mutex;
+}
+
 } // namespace
 
 SpeechDecoder::SpeechDecoder() = default;
 
 SpeechDecoder::~SpeechDecoder() {
+    const std::lock_guard lock(modelMutex());
     if (m_decoder)
         ps_free(m_decoder);
     if (m_config)
@@ -52,10 +68,10 @@ bool SpeechDecoder::open(QString* error) {
     const QByteArray hmm = QFile::encodeName(modelFile("en-us"));
     const QByteArray lm = QFile::encodeName(modelFile("en-us.lm.bin"));
     const QByteArray dict = QFile::encodeName(modelFile("cmudict-en-us.dict"));
-    // The recogniser's own log would flood the studio's standard error.
+    silenceLog();
+    const std::lock_guard lock(modelMutex());
     m_config = cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", hmm.constData(), "-lm", lm.constData(),
-                           "-dict", dict.constData(), "-logfn", "/dev/null",
-                           static_cast<const char*>(nullptr));
+                           "-dict", dict.constData(), static_cast<const char*>(nullptr));
     if (m_config)
         m_decoder = ps_init(m_config);
     if (!m_decoder)
