@@ -2,6 +2,7 @@
 // output sizes, what evening out the voice adds, a render again after one item changed, and
 // (with --long) the lengths of a
 // 10-minute message of 100 items. Prints each figure against its goal, from one run.
+#include "BenchFfmpeg.h"
 #include "app/StudioRender.h"
 #include "platform/ShellQuote.h"
 #include "platform/ToolLocator.h"
@@ -30,11 +31,7 @@ namespace {
 QString g_ffmpeg;
 
 bool ffmpeg(const QStringList& args) {
-    ToolRunner runner;
-    const RunResult r = runner.runProgram(g_ffmpeg, QStringList{"-nostdin", "-v", "error"} + args);
-    if (!r.ok())
-        std::fprintf(stderr, "ffmpeg failed: %s\n", qPrintable(r.errorText));
-    return r.ok();
+    return bench::RunFfmpeg(g_ffmpeg, args);
 }
 
 EventRow row(int count, const QString& type, double at, const QString& file,
@@ -333,11 +330,9 @@ AppPaths makeAppFolder(const QString& dir) {
 int main(int argc, char** argv) {
     std::setvbuf(stdout, nullptr, _IONBF, 0);
     QCoreApplication app(argc, argv);
-    g_ffmpeg = LocateTool({}, "ffmpeg", "ffmpeg").path;
-    if (g_ffmpeg.isEmpty()) {
-        std::fprintf(stderr, "ffmpeg is not installed\n");
+    g_ffmpeg = bench::LocateBenchFfmpeg();
+    if (g_ffmpeg.isEmpty())
         return 1;
-    }
     QTemporaryDir dir;
     // CLIPQUILL_BENCH_KEEP=1 keeps the inputs, pieces and render logs for a closer look.
     if (qEnvironmentVariableIsSet("CLIPQUILL_BENCH_KEEP")) {
