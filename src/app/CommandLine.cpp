@@ -42,6 +42,8 @@ int runRender(const WindowlessStartup& startup, const StudioOptions& options) {
                                           options.output};
     StudioSettings studio;
     studio.keepVideoSound = options.videoSound;
+    studio.captions = options.captions;
+    studio.burnCaptions = options.burnCaptions;
     return RunCommandLineRender(startup.paths, studio, render, stdout, stderr);
 }
 

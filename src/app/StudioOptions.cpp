@@ -32,12 +32,19 @@ const OptionRow kOptions[] = {
      &StudioOptions::output},
     {"video-sound", nullptr, "Mix the videos' own sound under the voice.", nullptr,
      &StudioOptions::videoSound},
+    {"captions", nullptr,
+     "Write the captions beside the result as .srt and .vtt: the project's Captions.srt, or "
+     "else its texts' captions.",
+     nullptr, &StudioOptions::captions},
+    {"burn-captions", nullptr, "Draw the captions into the picture.", nullptr,
+     &StudioOptions::burnCaptions},
 };
 
 const char kUsageLines[] =
     "Usage: clipquill [--app-dir DIR] [--check]\n"
     "       clipquill [--app-dir DIR] --render TIMELINE [--voice WAV] [--size WxH] "
-    "[--output FILE] [--video-sound]\n";
+    "[--output FILE] [--video-sound]\n"
+    "                 [--captions] [--burn-captions]\n";
 
 // The parser knows every option of the table, plus help and version.
 struct StudioParser {

@@ -12,6 +12,10 @@ struct StudioSettings {
     bool gblnCancel = false; // how modal dialogs say they were cancelled
     // Videos keep their own sound in a render, mixed under the voice.
     bool keepVideoSound = false;
+    // A render writes the captions beside its result ("Captions", --captions).
+    bool captions = false;
+    // A render draws the captions into the picture ("Burn in captions", --burn-captions).
+    bool burnCaptions = false;
 };
 
 } // namespace cq

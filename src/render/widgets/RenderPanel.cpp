@@ -37,17 +37,37 @@ RenderPanel::RenderPanel(const AppPaths& paths, StudioSettings& studio, ToolPool
     m_cmdPlayRendered->setAccessibleDescription(m_cmdPlayRendered->toolTip());
     connect(m_cmdPlayRendered, &QPushButton::clicked, this, &RenderPanel::cmdPlayRendered_Click);
 
-    m_chkVideoSound = new QCheckBox(QStringLiteral("Video sound"), this);
-    m_chkVideoSound->setObjectName(QStringLiteral("chkVideoSound"));
-    m_chkVideoSound->setToolTip(
-        QStringLiteral("Keep the sound of the videos in the render, mixed under your voice"));
-    m_chkVideoSound->setChecked(m_studio.keepVideoSound);
-    connect(m_chkVideoSound, &QCheckBox::toggled, this,
-            [this](bool on) { m_studio.keepVideoSound = on; });
+    m_chkVideoSound = optionBox(
+        QStringLiteral("Video sound"), QStringLiteral("chkVideoSound"),
+        QStringLiteral("Keep the sound of the videos in the render, mixed under your voice"),
+        &StudioSettings::keepVideoSound);
+    m_chkCaptions = optionBox(QStringLiteral("Captions"), QStringLiteral("chkCaptions"),
+                              QStringLiteral("Write the captions beside the rendered video as "
+                                             "subtitle files (.srt and .vtt)"),
+                              &StudioSettings::captions);
+    m_chkBurnCaptions =
+        optionBox(QStringLiteral("Burn in captions"), QStringLiteral("chkBurnCaptions"),
+                  QStringLiteral("Draw the captions into the picture, for players that show no "
+                                 "subtitles"),
+                  &StudioSettings::burnCaptions);
 
     layout->addWidget(m_cmdRender);
     layout->addWidget(m_cmdPlayRendered);
     layout->addWidget(m_chkVideoSound);
+    layout->addWidget(m_chkCaptions);
+    layout->addWidget(m_chkBurnCaptions);
+}
+
+QCheckBox* RenderPanel::optionBox(const QString& caption, const QString& objectName,
+                                  const QString& toolTip, bool StudioSettings::*option) {
+    auto* box = new QCheckBox(caption, this);
+    box->setObjectName(objectName);
+    box->setAccessibleName(caption);
+    box->setToolTip(toolTip);
+    box->setAccessibleDescription(toolTip);
+    box->setChecked(m_studio.*option);
+    connect(box, &QCheckBox::toggled, this, [this, option](bool on) { m_studio.*option = on; });
+    return box;
 }
 
 RenderPanel::~RenderPanel() = default;

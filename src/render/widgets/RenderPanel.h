@@ -16,8 +16,10 @@ struct StudioSettings;
 class RenderProgressDialog;
 class ToolPool;
 
-// The Render button and the button that plays the result. What to render comes whole from a
-// provider, so the studio's paths, settings and grid plug in without this panel knowing them.
+// The Render button, the button that plays the result and the render's options (the videos'
+// sound, captions written beside the result, captions burned in). What to render comes whole
+// from a provider, so the studio's paths, settings and grid plug in without this panel knowing
+// them.
 class RenderPanel : public QWidget {
     Q_OBJECT
 public:
@@ -45,6 +47,9 @@ signals:
     void renderFinished(const cq::RenderReport& report);
 
 private:
+    // A check box that keeps one of the studio's switches.
+    QCheckBox* optionBox(const QString& caption, const QString& objectName, const QString& toolTip,
+                         bool StudioSettings::*option);
     void onFinished(const RenderReport& report);
     void showOutcome(const RenderReport& report);
 
@@ -56,6 +61,8 @@ private:
     QPushButton* m_cmdPlayRendered = nullptr;
     RenderProgressDialog* m_progress = nullptr;
     QCheckBox* m_chkVideoSound = nullptr;
+    QCheckBox* m_chkCaptions = nullptr;
+    QCheckBox* m_chkBurnCaptions = nullptr;
     RenderJob* m_job = nullptr;
     RenderReport m_lastReport;
     bool m_quiet = false;
