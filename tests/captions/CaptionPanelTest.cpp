@@ -1,4 +1,5 @@
 #include "captions/widgets/CaptionPanel.h"
+#include "CuePrinting.h"
 #include "captions/CaptionTableModel.h"
 
 #include <QLabel>
@@ -12,12 +13,6 @@
 #include <gtest/gtest.h>
 
 using namespace cq;
-
-namespace cq {
-void PrintTo(const CaptionCue& cue, std::ostream* os) {
-    *os << cue.startMs << "-" << cue.endMs << " \"" << cue.text.toStdString() << '"';
-}
-} // namespace cq
 
 namespace {
 

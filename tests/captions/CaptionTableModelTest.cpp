@@ -1,4 +1,5 @@
 #include "captions/CaptionTableModel.h"
+#include "CuePrinting.h"
 #include "captions/CaptionsFile.h"
 #include "captions/CueTimeText.h"
 #include "captions/TextRowCues.h"
@@ -11,12 +12,6 @@
 #include <gtest/gtest.h>
 
 using namespace cq;
-
-namespace cq {
-void PrintTo(const CaptionCue& cue, std::ostream* os) {
-    *os << cue.startMs << "-" << cue.endMs << " \"" << cue.text.toStdString() << '"';
-}
-} // namespace cq
 
 namespace {
 
