@@ -1,6 +1,6 @@
 #include "captions/widgets/CaptionPanel.h"
-#include "CuePrinting.h"
 #include "captions/CaptionTableModel.h"
+#include "support/CuePrinting.h"
 
 #include <QLabel>
 #include <QLineEdit>

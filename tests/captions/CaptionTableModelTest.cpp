@@ -1,9 +1,9 @@
 #include "captions/CaptionTableModel.h"
-#include "CuePrinting.h"
 #include "captions/CaptionsFile.h"
 #include "captions/CueTimeText.h"
 #include "captions/TextRowCues.h"
 #include "platform/TextFiles.h"
+#include "support/CuePrinting.h"
 
 #include <QFile>
 #include <QSignalSpy>

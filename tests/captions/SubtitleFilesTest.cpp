@@ -1,5 +1,5 @@
 #include "captions/SubtitleFiles.h"
-#include "CuePrinting.h"
+#include "support/CuePrinting.h"
 
 #include <gtest/gtest.h>
 
