@@ -67,6 +67,8 @@ void CaptionPanel::buildTable() {
                              QAbstractItemView::AnyKeyPressed);
     m_table->setWordWrap(false);
     m_table->verticalHeader()->hide();
+    // A few captions in view, even when the display place above takes most of the column.
+    m_table->setMinimumHeight(m_table->verticalHeader()->defaultSectionSize() * 5);
     m_table->setColumnWidth(CaptionTableModel::Start, 80);
     m_table->setColumnWidth(CaptionTableModel::End, 80);
     m_table->horizontalHeader()->setSectionResizeMode(CaptionTableModel::Text,
