@@ -91,6 +91,8 @@ bool CaptionTableModel::setTime(int row, int column, const QString& typed) {
     CaptionCue& cue = m_cues[row];
     const qint64 start = column == Start ? ms : cue.startMs;
     const qint64 end = column == End ? ms : cue.endMs;
+    if (start == cue.startMs && end == cue.endMs)
+        return true; // the same time typed another way
     if (end <= start) {
         emit editRefused(QStringLiteral("A caption must end after it starts: %1 is not after %2.")
                              .arg(CueTimeText(end), CueTimeText(start)));

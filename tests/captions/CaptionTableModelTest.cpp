@@ -60,6 +60,7 @@ TEST(CaptionTableModel, TypedTimesAndTextsChangeTheCueOrAreRefusedWithAReason) {
     // An editor closed unchanged keeps the line break it could not show.
     EXPECT_TRUE(edit(model, 1, CaptionTableModel::Text, "first line second line"));
     EXPECT_EQ(model.cues()[1].text, "first line\nsecond line");
+    EXPECT_TRUE(edit(model, 0, CaptionTableModel::Start, "1")); // the same time, typed short
     EXPECT_EQ(changed.count(), 0);
 
     EXPECT_TRUE(edit(model, 0, CaptionTableModel::Text, "  Hello there \n"));
