@@ -4,11 +4,14 @@
 #include "studio/EventRow.h"
 
 #include <QList>
+#include <QtGlobal>
 
 namespace cq {
 
-// The message's typed texts as cues: each "Text" or "Both" row's text shows from its time until
-// the next row's time, the last until endMs. Rows without a text or a usable time give none.
+// The captions of the text items: each "Text" or "Both" row's text from the row's time until the
+// next row's time, the last until endMs (the end of the recording). Rows without a readable time
+// or without text make no cue, nor does a row replaced at its own time; a text too long for one
+// line is wrapped into two.
 CaptionCues CuesFromTextRows(const QList<EventRow>& rows, qint64 endMs);
 
 } // namespace cq

@@ -1,7 +1,6 @@
 #include "captions/CaptionTableModel.h"
 #include "captions/CaptionsFile.h"
 #include "captions/CueTimeText.h"
-#include "captions/TextRowCues.h"
 #include "platform/TextFiles.h"
 #include "support/CuePrinting.h"
 
@@ -138,24 +137,6 @@ TEST(CaptionTableModel, OnlyTheUsersChangesCountAsEditedAndOnlyChangesAreKept) {
     EXPECT_EQ(model.rowCount(), 0);
     EXPECT_FALSE(model.isEditedByUser());
     EXPECT_EQ(changed.count(), 3);
-}
-
-TEST(TextRowCues, EachTextShowsUntilTheNextEvent) {
-    auto row = [](const char* type, const char* time, std::optional<QString> text = {}) {
-        return EventRow{0, type, time, "", "/m/file", text};
-    };
-    const QList<EventRow> rows{row("Pictures", "0.000"),
-                               row("Text", "1.250", QString("Hello")),
-                               row("Video", "3.000"),
-                               row("Both", "4.000", QString(" Spoken too ")),
-                               row("Text", "5.000", QString("   ")),
-                               row("Text", "6.500", QString("Last"))};
-    const CaptionCues expected{
-        {1250, 3000, "Hello"}, {4000, 5000, "Spoken too"}, {6500, 8000, "Last"}};
-    EXPECT_EQ(CuesFromTextRows(rows, 8000), expected);
-    // A text at the very end would show for no time.
-    EXPECT_EQ(CuesFromTextRows(rows, 6500), expected.mid(0, 2));
-    EXPECT_TRUE(CuesFromTextRows({}, 1000).isEmpty());
 }
 
 TEST(CaptionsFile, WrittenAsSrtReadBackAndRemovedWhenThereAreNone) {
