@@ -70,18 +70,6 @@ QMessageBox* openQuestion(QWidget& parent, const char* name) {
 
 } // namespace
 
-TEST_F(CaptionPanelTest, EveryControlIsNamedAndDescribed) {
-    for (const char* name : {"cmdAddCaption", "cmdDeleteCaption", "cmdMakeCaptions"}) {
-        QPushButton* b = button(name);
-        EXPECT_EQ(b->accessibleName(), b->text()) << name;
-        EXPECT_FALSE(b->accessibleDescription().isEmpty()) << name;
-    }
-    EXPECT_EQ(table->accessibleName(), "Captions");
-    EXPECT_FALSE(table->accessibleDescription().isEmpty());
-    panel.cmdCaptions_Click();
-    EXPECT_TRUE(panel.isHidden());
-}
-
 TEST_F(CaptionPanelTest, TextsAndTimesAreCorrectedInPlace) {
     typeInto(0, CaptionTableModel::Text, "Hello");
     EXPECT_EQ(model.cues()[0].text, "Hello");
