@@ -36,16 +36,22 @@ const OptionRow kOptions[] = {
      nullptr, &StudioOptions::rawVoice},
     {"reduce-noise", nullptr, "Take steady background noise out of the voice.", nullptr,
      &StudioOptions::reduceNoise},
+    {"captions", nullptr,
+     "Write the captions beside the result as .srt and .vtt: the project's Captions.srt, or "
+     "else its texts' captions.",
+     nullptr, &StudioOptions::captions},
+    {"burn-captions", nullptr, "Draw the captions into the picture.", nullptr,
+     &StudioOptions::burnCaptions},
 };
 
 const char kUsageLines[] =
     "Usage: clipquill [--app-dir DIR] [--check]\n"
     "       clipquill [--app-dir DIR] --render TIMELINE [--voice WAV] [--size WxH] "
-    "[--output FILE] [--video-sound]\n"
-    "                 [--raw-voice] [--reduce-noise]\n";
+    "[--output FILE] [--video-sound]\n"[--raw - voice][--reduce - noise][--captions]
+                                       [--burn - captions]
 
-// The parser knows every option of the table, plus help and version.
-struct StudioParser {
+    // The parser knows every option of the table, plus help and version.
+    struct StudioParser {
     QCommandLineParser parser;
     QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
                             QStringLiteral("Show this help.")};

@@ -15,6 +15,10 @@ struct StudioSettings {
     // The voice is brought to an even loudness in a render; background noise taken out first.
     bool evenVoice = true;
     bool reduceNoise = false;
+    // A render writes the captions beside its result ("Captions", --captions).
+    bool captions = false;
+    // A render draws the captions into the picture ("Burn in captions", --burn-captions).
+    bool burnCaptions = false;
 };
 
 } // namespace cq

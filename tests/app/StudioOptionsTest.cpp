@@ -11,9 +11,10 @@ StudioOptions parse(const QStringList& args) {
 } // namespace
 
 TEST(StudioOptions, EveryOptionReachesItsFieldInEitherSpelling) {
-    const StudioOptions o = parse({"--app-dir", "/a b", "--render", "/p/Timeline.txt", "--voice",
-                                   "/v.wav", "--size=640X480", "--output", "/o.avi",
-                                   "--video-sound", "--raw-voice", "--reduce-noise"});
+    const StudioOptions o =
+        parse({"--app-dir", "/a b", "--render", "/p/Timeline.txt", "--voice", "/v.wav",
+               "--size=640X480", "--output", "/o.avi", "--video-sound", "--raw-voice",
+               "--reduce-noise", "--captions", "--burn-captions"});
     EXPECT_TRUE(o.error.isEmpty()) << o.error.toStdString();
     EXPECT_EQ(o.appDir, "/a b");
     EXPECT_EQ(o.render, "/p/Timeline.txt");
@@ -23,12 +24,14 @@ TEST(StudioOptions, EveryOptionReachesItsFieldInEitherSpelling) {
     EXPECT_TRUE(o.videoSound);
     EXPECT_TRUE(o.rawVoice);
     EXPECT_TRUE(o.reduceNoise);
+    EXPECT_TRUE(o.captions);
+    EXPECT_TRUE(o.burnCaptions);
     EXPECT_FALSE(o.check);
 
     const StudioOptions none = parse({});
     EXPECT_TRUE(none.error.isEmpty());
     EXPECT_FALSE(none.videoSound || none.rawVoice || none.reduceNoise || none.check || none.help ||
-                 none.version);
+                 none.version || none.captions || none.burnCaptions);
     EXPECT_TRUE(parse({"--check"}).check);
     EXPECT_TRUE(parse({"-h"}).help);
     EXPECT_TRUE(parse({"--version"}).version);
@@ -47,8 +50,9 @@ TEST(StudioOptions, UsageErrorsAreNamedAndNothingRuns) {
 TEST(StudioOptions, UsageListsEveryOption) {
     const QString usage = StudioUsage();
     EXPECT_TRUE(usage.startsWith("Usage: clipquill")) << usage.toStdString();
-    for (const char* option : {"--app-dir <DIR>", "--check", "--render <TIMELINE>", "--voice <WAV>",
-                               "--size <WxH>", "--output <FILE>", "--video-sound", "--raw-voice",
-                               "--reduce-noise", "--help", "--version"})
+    for (const char* option :
+         {"--app-dir <DIR>", "--check", "--render <TIMELINE>", "--voice <WAV>", "--size <WxH>",
+          "--output <FILE>", "--video-sound", "--raw-voice", "--reduce-noise", "--captions",
+          "--burn-captions", "--help", "--version"})
         EXPECT_TRUE(usage.contains(option)) << option;
 }

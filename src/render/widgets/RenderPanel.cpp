@@ -51,12 +51,22 @@ RenderPanel::RenderPanel(const AppPaths& paths, StudioSettings& studio, ToolPool
         addSwitch(QStringLiteral("Reduce background noise"), QStringLiteral("chkReduceNoise"),
                   QStringLiteral("Take steady hiss and hum out of your voice before it is mixed"),
                   &StudioSettings::reduceNoise);
+    m_chkCaptions = addSwitch(QStringLiteral("Captions"), QStringLiteral("chkCaptions"),
+                              QStringLiteral("Write the captions beside the rendered video as "
+                                             "subtitle files (.srt and .vtt)"),
+                              &StudioSettings::captions);
+    m_chkBurnCaptions =
+        addSwitch(QStringLiteral("Burn in captions"), QStringLiteral("chkBurnCaptions"),
+                  QStringLiteral("Draw the captions into the picture, for players that show no "
+                                 "subtitles"),
+                  &StudioSettings::burnCaptions);
 }
 
 QCheckBox* RenderPanel::addSwitch(const QString& caption, const QString& name, const QString& tip,
                                   bool StudioSettings::*field) {
     auto* box = new QCheckBox(caption, this);
     box->setObjectName(name);
+    box->setAccessibleName(caption);
     box->setToolTip(tip);
     box->setAccessibleDescription(tip);
     box->setChecked(m_studio.*field);
