@@ -47,11 +47,11 @@ const OptionRow kOptions[] = {
 const char kUsageLines[] =
     "Usage: clipquill [--app-dir DIR] [--check]\n"
     "       clipquill [--app-dir DIR] --render TIMELINE [--voice WAV] [--size WxH] "
-    "[--output FILE] [--video-sound]\n"[--raw - voice][--reduce - noise][--captions]
-                                       [--burn - captions]
+    "[--output FILE] [--video-sound]\n"
+    "                 [--raw-voice] [--reduce-noise] [--captions] [--burn-captions]\n";
 
-    // The parser knows every option of the table, plus help and version.
-    struct StudioParser {
+// The parser knows every option of the table, plus help and version.
+struct StudioParser {
     QCommandLineParser parser;
     QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
                             QStringLiteral("Show this help.")};
