@@ -1,0 +1,72 @@
+#include "app/widgets/MediaStation.h"
+#include "app/widgets/frmClipquill.h"
+#include "library/playback/MediaPlayer.h"
+#include "library/widgets/DisplayPlace.h"
+#include "render/RenderJob.h"
+#include "render/widgets/RenderPanel.h"
+#include "studio/AppPaths.h"
+#include "studio/FinalMix.h"
+#include "support/StudioWindow.h"
+#include "support/TestAppFolder.h"
+#include "timeline/EventGridModel.h"
+#include "timeline/widgets/TimelineStudio.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QImage>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+
+// Chosen beside the video size, MP4 is what Render writes, what the display place shows after
+// it, and what Play Rendered plays; AVI stays the choice of a new studio.
+TEST(Mp4Result, RenderWithMp4ChosenShowsTheMp4) {
+    test::TestAppFolder app;
+    auto w = test::OpenStudio(app);
+    const AppPaths& paths = w->paths();
+    QImage picture(320, 240, QImage::Format_RGB32);
+    picture.fill(Qt::blue);
+    const QString blue = app.file("blue.jpg");
+    ASSERT_TRUE(picture.save(blue));
+    QProcess ffmpeg;
+    ffmpeg.start("ffmpeg", {"-hide_banner", "-loglevel", "error", "-f", "lavfi", "-i",
+                            "sine=frequency=440:duration=2", "-ar", "44100", "-ac", "1", "-c:a",
+                            "pcm_s16le", "-y", paths.gstrRecordedAudioFileSpec});
+    ASSERT_TRUE(ffmpeg.waitForFinished(30000));
+    ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
+    ASSERT_TRUE(w->timeline().grid().appendRowText("1\tPictures\t0.500\t\t" + blue));
+    w->recordingState().recordingLengthMs = 2000;
+
+    auto* format = w->findChild<QComboBox*>("cboVideoFormat");
+    ASSERT_NE(format, nullptr);
+    EXPECT_EQ(format->currentText(), "AVI");
+    EXPECT_EQ(format->accessibleName(), "Format");
+    EXPECT_FALSE(format->toolTip().isEmpty());
+    format->setCurrentText("MP4");
+
+    w->findChild<QAbstractButton*>("cmdPause")->click();
+    w->renderPanel().setQuiet(true);
+    QSignalSpy done(&w->renderPanel(), &RenderPanel::renderFinished);
+    w->findChild<QAbstractButton*>("cmdRender")->click();
+    ASSERT_TRUE(done.wait(110000));
+    ASSERT_TRUE(w->renderPanel().lastReport().ok())
+        << w->renderPanel().lastReport().message.toStdString();
+    EXPECT_EQ(w->renderPanel().lastReport().output, paths.gstrFinalMixMP4FileSpec);
+    EXPECT_EQ(LatestFinalMix(paths), paths.gstrFinalMixMP4FileSpec);
+
+    MediaPlayer* video = w->media().videoPlayer();
+    EXPECT_EQ(video->URL(), paths.gstrFinalMixMP4FileSpec);
+    EXPECT_EQ(w->displayPlace().currentSurface(), DisplaySurface::Video);
+    // Playing needs a sound device: without one the player's sound thread fails.
+    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
+        return;
+    video->close();
+    w->findChild<QAbstractButton*>("cmdPlayRendered")->click();
+    EXPECT_EQ(video->URL(), paths.gstrFinalMixMP4FileSpec);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return video->playState() == static_cast<int>(PlayState::Playing); }, 10000));
+}
