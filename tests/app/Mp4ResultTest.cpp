@@ -1,3 +1,5 @@
+#include "OnePictureTake.h"
+
 #include "app/widgets/MediaStation.h"
 #include "app/widgets/frmClipquill.h"
 #include "library/playback/MediaPlayer.h"
@@ -28,18 +30,7 @@ TEST(Mp4Result, RenderWithMp4ChosenShowsTheMp4) {
     test::TestAppFolder app;
     auto w = test::OpenStudio(app);
     const AppPaths& paths = w->paths();
-    QImage picture(320, 240, QImage::Format_RGB32);
-    picture.fill(Qt::blue);
-    const QString blue = app.file("blue.jpg");
-    ASSERT_TRUE(picture.save(blue));
-    QProcess ffmpeg;
-    ffmpeg.start("ffmpeg", {"-hide_banner", "-loglevel", "error", "-f", "lavfi", "-i",
-                            "sine=frequency=440:duration=2", "-ar", "44100", "-ac", "1", "-c:a",
-                            "pcm_s16le", "-y", paths.gstrRecordedAudioFileSpec});
-    ASSERT_TRUE(ffmpeg.waitForFinished(30000));
-    ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
-    ASSERT_TRUE(w->timeline().grid().appendRowText("1\tPictures\t0.500\t\t" + blue));
-    w->recordingState().recordingLengthMs = 2000;
+    ASSERT_NO_FATAL_FAILURE(test::PrepareOnePictureTake(*w, app, Qt::blue, "0.500"));
 
     auto* format = w->findChild<QComboBox*>("cboVideoFormat");
     ASSERT_NE(format, nullptr);

@@ -76,19 +76,8 @@ private:
 TEST_F(RenderEndToEnd, ABrowserPlaysTheMp4AndShowsEachItemAtItsTime) {
     const QString chromium = LocateTool({}, "chromium", "chromium").path;
     ASSERT_FALSE(chromium.isEmpty()) << "the chromium package is not installed";
-    const QString voice = mediaFile("RecordedAudio.wav");
-    const QString red = mediaFile("red.jpg");
-    const QString blue = mediaFile("blue.jpg");
-    const QString clip = mediaFile("green.avi");
-    ASSERT_TRUE(media.voice(voice, 4.0));
-    ASSERT_TRUE(media.solidPicture(red, "red", 640, 480));
-    ASSERT_TRUE(media.solidPicture(blue, "blue", 320, 240));
-    ASSERT_TRUE(media.toneVideo(clip, "green", 3.0, 1000));
     studio.renderFormat = RenderFormat::Mp4;
-    const RenderReport report =
-        render(inputsFor({Row(1, "Pictures", "0.500", red), Row(2, "Video", "1.500", clip),
-                          Row(3, "Pictures", "2.500", blue)},
-                         voice));
+    const RenderReport report = render(threeItemTake());
     ASSERT_TRUE(report.ok()) << report.message.toStdString();
 
     test::LocalHttpServer server;

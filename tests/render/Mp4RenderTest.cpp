@@ -55,19 +55,8 @@ protected:
 };
 
 TEST_F(Mp4Render, H264AndAacWithTheIndexFirstAndEveryItemAtItsTime) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    const QString red = mediaFile("red.jpg");
-    const QString blue = mediaFile("blue.jpg");
-    const QString clip = mediaFile("green.avi");
-    ASSERT_TRUE(media.voice(voice, 4.0));
-    ASSERT_TRUE(media.solidPicture(red, "red", 640, 480));
-    ASSERT_TRUE(media.solidPicture(blue, "blue", 300, 600));
-    ASSERT_TRUE(media.toneVideo(clip, "green", 3.0, 1000));
     studio.keepVideoSound = true;
-    const RenderInputs in =
-        inputsFor({Row(1, "Pictures", "0.500", red), Row(2, "Video", "1.500", clip, ".500"),
-                   Row(3, "Pictures", "2.500", blue)},
-                  voice);
+    const RenderInputs in = threeItemTake();
     RenderJob job(in, pool);
     const RenderReport report = job.runToEnd();
     ASSERT_TRUE(report.ok()) << report.message.toStdString();
