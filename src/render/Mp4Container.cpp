@@ -22,11 +22,12 @@ QString Mp4Container::suffix() const {
 // Every piece is made with the same settings at the same size, rate and clock, and the same
 // colour description (a picture's decoder would describe its chroma as centred, a video's as
 // unknown), so that their stream headers are identical and the join can copy them all behind
-// the first piece's header. One thread each: the pieces run on every core at once.
+// the first piece's header. The encoder picks its own threads: a still costs four frames
+// however it runs, and a video's piece, the longest step of most renders, gets every core.
 QString Mp4Container::pieceEncoderOptions(const FrameRate& rate) const {
     return QStringLiteral("-an -c:v libx264 -preset veryfast -crf 23 -pix_fmt yuv420p "
                           "-color_range tv -colorspace bt470bg -color_primaries bt470bg "
-                          "-color_trc smpte170m -chroma_sample_location left -threads 1 "
+                          "-color_trc smpte170m -chroma_sample_location left "
                           "-video_track_timescale %1 -f mp4")
         .arg(Mp4TrackTimescale(rate));
 }

@@ -25,7 +25,7 @@ struct RenderInputs {
     QString ffprobe;        // empty: ffmpeg's own description measures a sound-only result
     QSize frameSize{320, 240};
     FrameRate frameRate;
-    QString output; // FinalMix.avi, or FinalMix.mp3 for a recording without events
+    QString output; // FinalMix.avi or .mp4, or FinalMix.mp3 for a recording without events
     bool keepVideoSound = false;
     std::shared_ptr<const RenderContainer> container = MakeAviContainer();
 };
