@@ -171,7 +171,8 @@ void frmConvertAndEmail::ConvertFileToEmail() {
         return;
     }
     const ConversionSettings settings = conversionSettings();
-    if (settings.outputFormat == u"AVI") {
+    // An AVI result already is what "AVI" asks for; an MP4 result is converted like any other.
+    if (settings.outputFormat == u"AVI" && QFileInfo(input).suffix() == u"avi") {
         onConverted(input);
         return;
     }
