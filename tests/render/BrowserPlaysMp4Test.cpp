@@ -4,6 +4,8 @@
 #include "platform/ToolLocator.h"
 #include "platform/ToolRunner.h"
 
+#include <QDir>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -71,6 +73,19 @@ private:
     QString m_display;
 };
 
+// Whether any process still runs with the text in its command line (Chromium's helpers carry
+// the profile folder).
+bool anyProcessWith(const QByteArray& text) {
+    const QStringList pids = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
+    for (const QString& pid : pids) {
+        QFile cmdline(QStringLiteral("/proc/%1/cmdline").arg(pid));
+        if (pid.toLongLong() > 0 && cmdline.open(QIODevice::ReadOnly) &&
+            cmdline.readAll().contains(text))
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 TEST_F(RenderEndToEnd, ABrowserPlaysTheMp4AndShowsEachItemAtItsTime) {
@@ -100,7 +115,9 @@ TEST_F(RenderEndToEnd, ABrowserPlaysTheMp4AndShowsEachItemAtItsTime) {
         << "the page reported nothing; the browser said: "
         << browser.lastResult().errorText.toStdString();
     browser.cancel();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !browser.isRunning(); }, 30000));
+    // The whole process group ends, the helpers with the browser.
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return !browser.isRunning() && !anyProcessWith(profile.path().toUtf8()); }, 30000));
 
     const QJsonObject result = QJsonDocument::fromJson(server.report()).object();
     ASSERT_FALSE(result.contains("error")) << result["error"].toString().toStdString();
