@@ -15,7 +15,7 @@ struct CommandLineRenderOptions {
     QString timeline; // Timeline.txt
     QString voice;    // empty: RecordedAudio.wav beside the timeline
     QString size;     // empty: "320X240"
-    QString output;   // empty: the work folder's FinalMix.avi
+    QString output;   // empty: the work folder's FinalMix.avi; X.mp4 makes an MP4
 };
 
 // What a render of a timeline file without a window renders: its rows, the voice (given or

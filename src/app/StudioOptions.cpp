@@ -28,7 +28,9 @@ const OptionRow kOptions[] = {
     {"voice", "WAV", "The voice of the render (default: RecordedAudio.wav beside TIMELINE).",
      &StudioOptions::voice},
     {"size", "WxH", "The frame size of the render, such as 640X480.", &StudioOptions::size},
-    {"output", "FILE", "Where the render is written (default: the work folder's FinalMix.avi).",
+    {"output", "FILE",
+     "Where the render is written: FILE.avi for AVI, FILE.mp4 for MP4 (default: the work "
+     "folder's FinalMix.avi).",
      &StudioOptions::output},
     {"video-sound", nullptr, "Mix the videos' own sound under the voice.", nullptr,
      &StudioOptions::videoSound},

@@ -28,7 +28,7 @@ struct RenderInputs {
     QString ffprobe;        // empty: ffmpeg's own description measures a sound-only result
     QSize frameSize{320, 240};
     FrameRate frameRate;
-    QString output; // FinalMix.avi, or FinalMix.mp3 for a recording without events
+    QString output; // FinalMix.avi or .mp4, or FinalMix.mp3 for a recording without events
     bool keepVideoSound = false;
     // The message's captions. With writeCaptions, X.srt and X.vtt are written beside the output X;
     // with burnCaptions, the pieces under a cue show it in the picture.

@@ -73,8 +73,9 @@ public:
         s.firstFrame = first;
         s.frames = frames;
         s.sourceStartMs = kind == SegmentKind::Video ? sourceStartMs : 0;
-        s.recipe = PieceRecipe::of(kind, source, s.sourceStartMs, frames, m_in.frameSize,
-                                   m_in.frameRate, m_in.container->pieceEncoderOptions());
+        s.recipe =
+            PieceRecipe::of(kind, source, s.sourceStartMs, frames, m_in.frameSize, m_in.frameRate,
+                            m_in.container->pieceEncoderOptions(m_in.frameRate));
         s.piece = m_space.folder + u'/' + s.recipe.key() + u'.' + m_in.container->suffix();
         s.partial = s.piece + QStringLiteral(".part");
         s.sourceProblem = SourceProblem(source);
@@ -102,13 +103,28 @@ void addSegments(const RenderInputs& in, const RenderSpace& space, RenderPlan& p
     }
 }
 
+// The time of a frame in whole microseconds, rounded to the nearest.
+qint64 frameMicroseconds(qint64 frame, const FrameRate& rate) {
+    return (frame * rate.den * 2000000 + rate.num) / (2 * rate.num);
+}
+
 // Pieces are named by the list's own folder, where they all are: ffmpeg reads the list line by
 // line, so a full path could be broken by a line end in a folder's name; a piece's own name is
 // hexadecimal digits and a suffix.
-QString joinListText(const RenderPlan& plan) {
+// Each piece's duration is given, in microseconds, as the step between the rounded times of its
+// first frame and the next piece's: the join places each piece at the sum of the durations
+// before it, so the rounding never adds up, and it need not read a duration that a container
+// keeps only to the millisecond.
+QString joinListText(const RenderPlan& plan, const FrameRate& rate) {
     QString text = QStringLiteral("ffconcat version 1.0\n");
-    for (const RenderSegment& s : plan.segments)
-        text += QStringLiteral("file ") + QFileInfo(s.piece).fileName() + u'\n';
+    for (const RenderSegment& s : plan.segments) {
+        const qint64 us = frameMicroseconds(s.firstFrame + s.frames, rate) -
+                          frameMicroseconds(s.firstFrame, rate);
+        text += QStringLiteral("file ") + QFileInfo(s.piece).fileName() +
+                QStringLiteral("\nduration %1.%2\n")
+                    .arg(us / 1000000)
+                    .arg(us % 1000000, 6, 10, QChar(u'0'));
+    }
     return text;
 }
 
@@ -220,7 +236,7 @@ RenderPlan BuildRenderPlan(const RenderInputs& in, const RenderSpace& space,
     }
     addSegments(in, space, plan);
     plan.joinListFile = space.folder + QStringLiteral("/FinalVideo.txt");
-    plan.joinList = joinListText(plan);
+    plan.joinList = joinListText(plan, in.frameRate);
     plan.finalLine = FinalMixLine(in, plan, videosWithSound, {});
     return plan;
 }

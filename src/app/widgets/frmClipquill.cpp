@@ -18,6 +18,7 @@
 #include "render/RenderJob.h"
 #include "render/widgets/RenderPanel.h"
 #include "share/widgets/SharePanel.h"
+#include "studio/FinalMix.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/RecordingController.h"
 #include "timeline/TakeKeeper.h"
@@ -138,6 +139,7 @@ void frmClipquill::buildTopBar(QWidget* central) {
 
     m_topBar->addWidget(sizeLabel);
     m_topBar->addWidget(m_cboVideoRes);
+    addFormatChoice(central);
     m_renderPanel = new RenderPanel(m_paths, m_studio, *m_toolPool, central);
     m_topBar->addWidget(m_renderPanel);
     m_topBar->addStretch(1);
@@ -225,7 +227,7 @@ void frmClipquill::connectRender() {
 }
 
 void frmClipquill::onRenderFinished(const RenderReport& report) {
-    const QString file = report.output.isEmpty() ? m_paths.gstrFinalMixAVIFileSpec : report.output;
+    const QString file = report.output.isEmpty() ? LatestFinalMix(m_paths) : report.output;
     if (report.outcome == RenderReport::Outcome::Rendered && QFileInfo(file).isFile()) {
         // Shown, not played: the user starts it, or sees at once where it went.
         showRenderedResult(file, false);
@@ -260,6 +262,26 @@ DisplayPlace& frmClipquill::displayPlace() {
 
 void frmClipquill::cboVideoRes_Change(const QString& text) {
     m_studio.gstrVideoRes = text;
+}
+
+// AVI or MP4 for the next render; what was rendered last stays what Play, Save and Email use.
+void frmClipquill::addFormatChoice(QWidget* central) {
+    auto* formatLabel = new QLabel(QStringLiteral("Format:"), central);
+    m_cboVideoFormat = new QComboBox(central);
+    m_cboVideoFormat->setObjectName(QStringLiteral("cboVideoFormat"));
+    m_cboVideoFormat->addItem(QStringLiteral("AVI"), int(RenderFormat::Avi));
+    m_cboVideoFormat->addItem(QStringLiteral("MP4"), int(RenderFormat::Mp4));
+    m_cboVideoFormat->setCurrentIndex(m_cboVideoFormat->findData(int(m_studio.renderFormat)));
+    m_cboVideoFormat->setToolTip(
+        QStringLiteral("AVI plays in desktop players; MP4 (H.264 and AAC) also plays in "
+                       "browsers, phones and mail previews"));
+    m_cboVideoFormat->setAccessibleName(QStringLiteral("Format"));
+    formatLabel->setBuddy(m_cboVideoFormat);
+    connect(m_cboVideoFormat, &QComboBox::currentIndexChanged, this, [this] {
+        m_studio.renderFormat = RenderFormat(m_cboVideoFormat->currentData().toInt());
+    });
+    m_topBar->addWidget(formatLabel);
+    m_topBar->addWidget(m_cboVideoFormat);
 }
 
 void frmClipquill::cmdSaveDirectories_Click() {

@@ -77,6 +77,7 @@ private:
     void showRenderedResult(const QString& file, bool play);
     void onRenderFinished(const RenderReport& report);
     void cboVideoRes_Change(const QString& text);
+    void addFormatChoice(QWidget* central);
     void cmdSaveDirectories_Click();
     // Whether the window may close now: an unsaved take asks first.
     bool takeLetsClose();
@@ -96,6 +97,7 @@ private:
 
     QHBoxLayout* m_topBar = nullptr;
     QComboBox* m_cboVideoRes = nullptr;
+    QComboBox* m_cboVideoFormat = nullptr;
     QLabel* m_lblStatus = nullptr;
     QPushButton* m_cmdSaveDirectories = nullptr;
     RenderPanel* m_renderPanel = nullptr;

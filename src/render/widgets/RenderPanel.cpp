@@ -2,6 +2,7 @@
 
 #include "render/widgets/RenderProgressDialog.h"
 #include "studio/AppPaths.h"
+#include "studio/FinalMix.h"
 #include "studio/StudioSettings.h"
 
 #include <QCheckBox>
@@ -135,7 +136,7 @@ void RenderPanel::showOutcome(const RenderReport& report) {
 }
 
 void RenderPanel::cmdPlayRendered_Click() {
-    const QString file = m_paths.gstrFinalMixAVIFileSpec;
+    const QString file = LatestFinalMix(m_paths);
     if (!QFileInfo::exists(file)) {
         if (!m_quiet)
             QMessageBox::information(this, QStringLiteral("Render"),
