@@ -39,7 +39,11 @@ int ToolPool::submit(const ToolTask& task) {
         reportLater(id, {RunResult::Outcome::Failed, -1, problem});
         return id;
     }
-    m_queue.append({id, task});
+    // An urgent task goes behind the urgent ones already queued, ahead of every other.
+    const auto at = task.urgent ? std::find_if(m_queue.begin(), m_queue.end(),
+                                               [](const Queued& q) { return !q.task.urgent; })
+                                : m_queue.end();
+    m_queue.insert(at, {id, task});
     schedulePump();
     return id;
 }

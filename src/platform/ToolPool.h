@@ -20,12 +20,14 @@ struct ToolTask {
                             // temporary folder inside it (TMPDIR, MAGICK_TEMPORARY_PATH point
                             // there) that is removed when the run ends, however it ends
     int timeoutMs = 0;      // 0: none; else the run is stopped after this long and fails
+    bool urgent = false;    // starts before every queued task that is not: a short step that
+                            // others wait for
 };
 
 // The one queue through which batches of tool runs go (thumbnails, the render's pieces): it
-// limits how many tools run at once across all of them, starts tasks in the order they came,
-// and is where files meet tools: a tool is handed regular files only. Each task runs through a
-// ToolRunner of its own, so every guarantee of the runner holds.
+// limits how many tools run at once across all of them, starts tasks in the order they came
+// (urgent ones first), and is where files meet tools: a tool is handed regular files only. Each
+// task runs through a ToolRunner of its own, so every guarantee of the runner holds.
 //
 // Every signal is delivered after submit() returns; taskFinished comes exactly once per task.
 // Handlers may submit, cancel, or delete the pool.
@@ -35,7 +37,8 @@ public:
     explicit ToolPool(int maxRunning = QThread::idealThreadCount(), QObject* parent = nullptr);
     ~ToolPool() override;
 
-    int submit(const ToolTask& task); // a task id (> 0); queued until a slot is free (FIFO)
+    int submit(const ToolTask& task); // a task id (> 0); queued until a slot is free (FIFO,
+                                      // urgent tasks ahead of the others)
     void cancel(int id);              // queued: dropped; running: its group is stopped;
                                       // taskFinished still comes, with a Cancelled result
     bool isBusy() const;              // anything queued, running or still to be reported

@@ -54,6 +54,18 @@ QString AviContainer::resultEncoderOptions() const {
     return QStringLiteral("-c:v copy -c:a mp2 -b:a 128k");
 }
 
+QString AviContainer::soundSuffix() const {
+    return QStringLiteral("mp2");
+}
+
+QString AviContainer::soundEncoderOptions() const {
+    return QStringLiteral("-c:a mp2 -b:a 128k -f mp2");
+}
+
+QString AviContainer::copyResultOptions() const {
+    return QStringLiteral("-c copy");
+}
+
 ResultLengths AviContainer::measure(const QString& file) const {
     const AviContents avi = ReadAviContents(file);
     ResultLengths lengths;

@@ -81,6 +81,18 @@ QString Mp4Container::resultEncoderOptions() const {
     return QStringLiteral("-c:v copy -c:a aac -b:a 128k -movflags +faststart");
 }
 
+QString Mp4Container::soundSuffix() const {
+    return QStringLiteral("m4a");
+}
+
+QString Mp4Container::soundEncoderOptions() const {
+    return QStringLiteral("-c:a aac -b:a 128k -f ipod");
+}
+
+QString Mp4Container::copyResultOptions() const {
+    return QStringLiteral("-c copy -movflags +faststart");
+}
+
 ResultLengths Mp4Container::measure(const QString& file) const {
     const Mp4Contents mp4 = ReadMp4Contents(file);
     ResultLengths lengths;

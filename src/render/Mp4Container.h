@@ -18,6 +18,9 @@ public:
     QString pieceProblem(const QString& file, qint64 frames, const FrameRate& rate) const override;
     QString joinInputOptions() const override;
     QString resultEncoderOptions() const override;
+    QString soundSuffix() const override;
+    QString soundEncoderOptions() const override;
+    QString copyResultOptions() const override;
     ResultLengths measure(const QString& file) const override;
 };
 

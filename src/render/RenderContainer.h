@@ -42,6 +42,12 @@ public:
     virtual QString joinInputOptions() const = 0;
     // The result's streams: the joined video copied, the sound encoded.
     virtual QString resultEncoderOptions() const = 0;
+    // The voice alone in the result's sound codec, encoded before the join: its file suffix,
+    // and its encoder and muxer options, from "-c:a" to its format.
+    virtual QString soundSuffix() const = 0;
+    virtual QString soundEncoderOptions() const = 0;
+    // The result's streams when the sound, too, is ready in the result's codec: both copied.
+    virtual QString copyResultOptions() const = 0;
     // Reads the whole result; blocking, so it runs on a worker thread.
     virtual ResultLengths measure(const QString& file) const = 0;
 };

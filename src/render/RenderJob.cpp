@@ -8,6 +8,7 @@
 #include "render/ResultCheck.h"
 #include "render/SoundProbe.h"
 #include "render/VoiceMeasure.h"
+#include "render/VoiceSound.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -65,6 +66,7 @@ RenderJob::~RenderJob() {
     delete m_probe;
     delete m_pieces;
     delete m_voice;
+    delete m_sound;
     delete m_mix;
     delete m_check;
     if (m_running && !m_space.partialOutput.isEmpty())
@@ -182,15 +184,16 @@ void RenderJob::makePlan() {
     if (!m_plan.ok())
         return fail(m_plan.error);
     QFile::remove(m_space.partialOutput);
-    measureVoice();
+    prepareVoice();
     stepDone();
 }
 
-// The measurement goes to the pool ahead of the pieces and runs beside them: by the time the
-// pieces are made, the mix rarely has to wait for it.
-void RenderJob::measureVoice() {
+// The measurement goes to the pool ahead of the pieces and runs beside them, and the voice's
+// sound is made as soon as its treatment is known: by the time the pieces are made, the join
+// rarely has to wait for either.
+void RenderJob::prepareVoice() {
     if (!m_in.voice.even && !m_in.voice.reduceNoise)
-        return;
+        return encodeVoice();
     m_voice = new VoiceMeasure(m_in.ffmpeg.path, m_in.voiceFile, m_in.voice, m_space.folder, m_pool,
                                this);
     connect(m_voice, &VoiceMeasure::logLine, this, &RenderJob::log);
@@ -198,10 +201,46 @@ void RenderJob::measureVoice() {
         if (!m_voice->problem().isEmpty())
             log(QStringLiteral("the voice could not be measured; its level stays as recorded: ") +
                 m_voice->problem());
-        if (std::exchange(m_mixWaitsForVoice, false))
-            startMix();
+        encodeVoice();
+        mixIfWaiting();
     });
     m_voice->start();
+    if (!m_voice->isRunning())
+        encodeVoice();
+}
+
+std::optional<VoiceTreatment> RenderJob::voiceTreatment() const {
+    if (m_voice && m_voice->problem().isEmpty())
+        return m_voice->treatment();
+    return std::nullopt;
+}
+
+// A video's own sound under the voice is mixed by the join, which then encodes the sound itself.
+void RenderJob::encodeVoice() {
+    if (m_plan.audioOnly || MixesVideoSound(m_plan, m_videosWithSound))
+        return;
+    m_sound =
+        new VoiceSound(m_in.ffmpeg.path, m_in.voiceFile, VoiceFilter(m_in.voice, voiceTreatment()),
+                       *m_in.container, m_space.folder, m_pool, this);
+    connect(m_sound, &VoiceSound::logLine, this, &RenderJob::log);
+    connect(m_sound, &VoiceSound::finished, this, [this] {
+        if (!m_sound->problem().isEmpty())
+            log(QStringLiteral("the voice's sound could not be made; the join encodes it: ") +
+                m_sound->problem());
+        mixIfWaiting();
+    });
+    m_sound->start();
+}
+
+bool RenderJob::voiceBusy() const {
+    return (m_voice && m_voice->isRunning()) || (m_sound && m_sound->isRunning());
+}
+
+void RenderJob::mixIfWaiting() {
+    if (m_mixWaitsForVoice && !voiceBusy()) {
+        m_mixWaitsForVoice = false;
+        startMix();
+    }
 }
 
 void RenderJob::makePieces() {
@@ -229,21 +268,20 @@ void RenderJob::mix() {
     if (!m_plan.audioOnly && !WriteWholeFile(m_plan.joinList.toUtf8(), m_plan.joinListFile))
         return fail(QStringLiteral("The list of pieces \"%1\" could not be written.")
                         .arg(m_plan.joinListFile));
-    if (m_voice && m_voice->isRunning()) {
+    if (voiceBusy()) {
         m_mixWaitsForVoice = true;
-        return emit statusChanged(QStringLiteral("Measuring the voice's level"));
+        return emit statusChanged(QStringLiteral("Preparing the voice"));
     }
     startMix();
 }
 
 void RenderJob::startMix() {
     emit statusChanged(QStringLiteral("Mixing the video with the voice"));
-    std::optional<VoiceTreatment> treatment;
-    if (m_voice && m_voice->problem().isEmpty())
-        treatment = m_voice->treatment();
     m_report.voiceLevelReused = m_voice && m_voice->reused();
-    m_plan.finalLine =
-        FinalMixLine(m_in, m_plan, m_videosWithSound, VoiceFilter(m_in.voice, treatment));
+    m_plan.finalLine = m_sound && !m_sound->file().isEmpty()
+                           ? CopyJoinLine(m_in, m_plan, m_sound->file())
+                           : FinalMixLine(m_in, m_plan, m_videosWithSound,
+                                          VoiceFilter(m_in.voice, voiceTreatment()));
     log(QStringLiteral("final: ") + m_plan.finalLine);
     m_mix = new MixStep(m_plan.finalLine, m_space.partialOutput,
                         m_space.scriptPrefix + QStringLiteral("0.sh"), this);
@@ -332,6 +370,8 @@ void RenderJob::stopSteps() {
         m_probe->cancel();
     if (m_voice)
         m_voice->cancel();
+    if (m_sound)
+        m_sound->cancel();
     if (m_pieces) {
         m_pieces->disconnect(this);
         m_pieces->cancel();

@@ -4,12 +4,15 @@
 #include "render/RenderPlan.h"
 #include "render/RenderReport.h"
 #include "render/RenderWorkspace.h"
+#include "render/VoiceLevel.h"
 
 #include <QElapsedTimer>
 #include <QObject>
 #include <QSet>
 #include <QString>
 #include <QStringList>
+
+#include <optional>
 
 namespace cq {
 
@@ -18,16 +21,18 @@ class PieceScheduler;
 class ResultCheck;
 class SoundProbe;
 class VoiceMeasure;
+class VoiceSound;
 class ToolPool;
 struct MeasuredResult;
 
 // Runs a render in steps that never block the window, each a unit of its own with its inputs and
 // its result: which videos have sound (probe), what to make (plan), the pieces, the join and the
 // mix with the voice, the check of the result's lengths against the voice, and the move of the
-// result into place. The voice's level is measured beside the pieces; the mix waits for it. Only a
-// result whose lengths match the voice replaces the previous one; cancel stops every tool within a
-// second. The inputs never change once the job exists. The pieces are made through the shared tool
-// pool, beside the other batches of tool runs.
+// result into place. The voice's level is measured, and its sound made in the result's codec,
+// beside the pieces; the join waits for them, and then only copies streams unless a video's own
+// sound must be mixed in. Only a result whose lengths match the voice replaces the previous one;
+// cancel stops every tool within a second. The inputs never change once the job exists. The pieces
+// are made through the shared tool pool, beside the other batches of tool runs.
 class RenderJob : public QObject {
     Q_OBJECT
 public:
@@ -61,7 +66,11 @@ private:
     bool prepare();
     void probe();
     void makePlan();
-    void measureVoice();
+    void prepareVoice();
+    std::optional<VoiceTreatment> voiceTreatment() const;
+    void encodeVoice();
+    bool voiceBusy() const;
+    void mixIfWaiting();
     void makePieces();
     void mix();
     void startMix();
@@ -86,6 +95,7 @@ private:
     SoundProbe* m_probe = nullptr;
     PieceScheduler* m_pieces = nullptr;
     VoiceMeasure* m_voice = nullptr;
+    VoiceSound* m_sound = nullptr;
     MixStep* m_mix = nullptr;
     ResultCheck* m_check = nullptr;
     bool m_running = false;

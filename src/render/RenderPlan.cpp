@@ -192,6 +192,20 @@ QString FinalMixLine(const RenderInputs& in, const RenderPlan& plan,
            ShellQuote(plan.partialOutput);
 }
 
+QString CopyJoinLine(const RenderInputs& in, const RenderPlan& plan, const QString& voiceSound) {
+    return head(in.ffmpeg.path) + QStringLiteral(" -progress pipe:1 -nostats ") +
+           in.container->joinInputOptions() + QStringLiteral(" -i ") +
+           ShellQuote(plan.joinListFile) + QStringLiteral(" -i ") + ShellQuote(voiceSound) +
+           QStringLiteral(" -map 0:v -map 1:a ") + in.container->copyResultOptions() +
+           QStringLiteral(" -y ") + ShellQuote(plan.partialOutput);
+}
+
+bool MixesVideoSound(const RenderPlan& plan, const QSet<QString>& videosWithSound) {
+    return std::any_of(plan.segments.begin(), plan.segments.end(), [&](const RenderSegment& s) {
+        return s.kind == SegmentKind::Video && videosWithSound.contains(s.source);
+    });
+}
+
 QStringList RenderPlan::distinctPieces() const {
     QStringList pieces;
     QSet<QString> seen;

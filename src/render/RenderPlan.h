@@ -51,6 +51,14 @@ RenderPlan BuildRenderPlan(const RenderInputs& in, const RenderSpace& space,
 QString FinalMixLine(const RenderInputs& in, const RenderPlan& plan,
                      const QSet<QString>& videosWithSound, const QString& voiceFilter);
 
+// The line that joins the pieces and the voice's sound, made beforehand in the result's codec,
+// both by stream copy.
+QString CopyJoinLine(const RenderInputs& in, const RenderPlan& plan, const QString& voiceSound);
+
+// Whether the result's sound mixes the sound of a video under the voice: then the join encodes
+// it, and the voice alone cannot be made beforehand.
+bool MixesVideoSound(const RenderPlan& plan, const QSet<QString>& videosWithSound);
+
 // Why a file cannot be handed to a tool: a FIFO would stall it, a device might never end, a
 // folder is no media. Empty for a regular file (after following links) or a missing one, which
 // the tool itself reports.

@@ -2,6 +2,10 @@
 
 #include "platform/ShellQuote.h"
 
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -103,6 +107,24 @@ QString VoiceMeasureLine(const QString& ffmpeg, const QString& voice, const QStr
     return ShellQuote(ffmpeg) + QStringLiteral(" -nostdin -hide_banner -nostats -i ") +
            ShellQuote(voice) + QStringLiteral(" -af ") + ShellQuote(filter) +
            QStringLiteral(" -f null -");
+}
+
+QString VoiceFileKey(const QString& voice, const QByteArray& salt) {
+    constexpr qint64 kKeyedBytes = 64 * 1024;
+    const QFileInfo fi(voice);
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    hash.addData(salt);
+    hash.addData(QStringLiteral("|%1|%2|")
+                     .arg(fi.size())
+                     .arg(fi.lastModified().toMSecsSinceEpoch())
+                     .toUtf8());
+    QFile file(voice);
+    if (file.open(QIODevice::ReadOnly)) {
+        hash.addData(file.read(kKeyedBytes));
+        if (file.size() > kKeyedBytes && file.seek(file.size() - kKeyedBytes))
+            hash.addData(file.read(kKeyedBytes));
+    }
+    return QString::fromLatin1(hash.result().toHex().left(16));
 }
 
 } // namespace cq

@@ -3,6 +3,7 @@
 #include "platform/FfmpegOutput.h"
 #include "render/VoiceOptions.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <optional>
@@ -51,6 +52,11 @@ QString VoiceFilter(const VoiceOptions& options, const std::optional<VoiceTreatm
 // mix would hear through the treatment so far (ebur128); each prints its summary on stderr.
 QString NoiseFloorMeasureFilter();
 QString LoudnessMeasureFilter(const VoiceOptions& options, const VoiceTreatment& treatment);
+// A short name for a voice file as it is now, with salt (what is made of it, and how): its size
+// and time tell a new take from the old one; its head and tail catch a file copied in place with
+// its time kept. Reading the whole voice would cost the window a moment for long takes.
+QString VoiceFileKey(const QString& voice, const QByteArray& salt);
+
 // A run of ffmpeg that puts the voice through a measuring filter.
 QString VoiceMeasureLine(const QString& ffmpeg, const QString& voice, const QString& filter);
 

@@ -3,8 +3,6 @@
 #include "platform/TextFiles.h"
 #include "platform/ToolPool.h"
 
-#include <QCryptographicHash>
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -15,32 +13,15 @@ namespace cq {
 
 namespace {
 
-constexpr qint64 kKeyedBytes = 64 * 1024;
 // Each run through the limiter brings the loudness closer; three leave a tenth of a decibel.
 constexpr int kMaxLimitedRuns = 3;
 
 // A new way of measuring or a new target makes every kept outcome stale.
 const char kMethod[] = "astats floor, ebur128 -16 LUFS, limit -2.5 dB at 4x, v1";
 
-// Size and time tell a new take from the old one; the head and tail catch a file copied in
-// place with its time kept. Reading the whole voice would cost the window a moment for long takes.
-QString voiceKey(const QString& voice, const VoiceOptions& options) {
-    const QFileInfo fi(voice);
-    QCryptographicHash hash(QCryptographicHash::Sha1);
-    hash.addData(QByteArray(kMethod));
-    hash.addData(QStringLiteral("|%1|%2|%3%4|")
-                     .arg(fi.size())
-                     .arg(fi.lastModified().toMSecsSinceEpoch())
-                     .arg(options.even ? 1 : 0)
-                     .arg(options.reduceNoise ? 1 : 0)
-                     .toUtf8());
-    QFile file(voice);
-    if (file.open(QIODevice::ReadOnly)) {
-        hash.addData(file.read(kKeyedBytes));
-        if (file.size() > kKeyedBytes && file.seek(file.size() - kKeyedBytes))
-            hash.addData(file.read(kKeyedBytes));
-    }
-    return QString::fromLatin1(hash.result().toHex().left(16));
+QString measureKey(const QString& voice, const VoiceOptions& options) {
+    return VoiceFileKey(voice, QByteArray(kMethod) + (options.even ? "|even" : "|as-is") +
+                                   (options.reduceNoise ? "|denoise" : ""));
 }
 
 QString runProblem(const RunResult& r) {
@@ -63,7 +44,7 @@ VoiceMeasure::~VoiceMeasure() {
 }
 
 void VoiceMeasure::start() {
-    m_keptFile = m_folder + QStringLiteral("/VoiceLevel-") + voiceKey(m_voice, m_options) +
+    m_keptFile = m_folder + QStringLiteral("/VoiceLevel-") + measureKey(m_voice, m_options) +
                  QStringLiteral(".txt");
     const std::optional<VoiceTreatment> kept =
         VoiceTreatment::fromText(QString::fromUtf8(ReadFileToBytes(m_keptFile)));
@@ -86,6 +67,7 @@ void VoiceMeasure::submit(Stage stage) {
                                        : LoudnessMeasureFilter(m_options, m_treatment));
     task.inputFiles = {m_voice};
     task.workSpace = m_folder;
+    task.urgent = true; // the join waits for it
     emit logLine(QStringLiteral("measuring the voice: ") + task.script);
     m_taskId = m_pool->submit(task);
 }

@@ -83,8 +83,14 @@ TEST_F(VoiceLevel, QuietAndClippingTakesComeOutEvenInVideoAndSoundOnlyResults) {
         const LoudnessSummary raw = loudness(voice);
         EXPECT_NEAR(raw.integratedLufs, gainDb < 0 ? -35 : -12.5, 1.5) << take;
 
-        ASSERT_EQ(renderAs(voice, true).output, paths.gstrFinalMixAVIFileSpec);
-        expectEven(paths.gstrFinalMixAVIFileSpec, (take + ", AVI").c_str());
+        for (const RenderFormat format : {RenderFormat::Avi, RenderFormat::Mp4}) {
+            studio.renderFormat = format;
+            const bool mp4 = format == RenderFormat::Mp4;
+            const QString result =
+                mp4 ? paths.gstrFinalMixMP4FileSpec : paths.gstrFinalMixAVIFileSpec;
+            ASSERT_EQ(renderAs(voice, true).output, result);
+            expectEven(result, (take + (mp4 ? ", MP4" : ", AVI")).c_str());
+        }
         ASSERT_EQ(renderAs(voice, false).output, paths.gstrFinalMixMP3FileSpec);
         expectEven(paths.gstrFinalMixMP3FileSpec, (take + ", MP3").c_str());
     }

@@ -1,0 +1,102 @@
+#include "render/VoiceSound.h"
+
+#include "platform/ShellQuote.h"
+#include "platform/ToolPool.h"
+#include "render/RenderContainer.h"
+#include "render/VoiceLevel.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace cq {
+
+namespace {
+
+const QString kPrefix = QStringLiteral("VoiceSound-");
+
+QString runProblem(const RunResult& r) {
+    const QStringList lines = r.errorText.trimmed().split(u'\n', Qt::SkipEmptyParts);
+    return lines.isEmpty() ? QStringLiteral("ffmpeg ended with exit code %1").arg(r.exitCode)
+                           : lines.last().trimmed();
+}
+
+} // namespace
+
+VoiceSound::VoiceSound(QString ffmpeg, QString voice, QString filter,
+                       const RenderContainer& container, QString folder, ToolPool& pool,
+                       QObject* parent)
+    : QObject(parent), m_ffmpeg(std::move(ffmpeg)), m_voice(std::move(voice)),
+      m_filter(std::move(filter)), m_container(container), m_folder(std::move(folder)),
+      m_pool(&pool) {
+    connect(&pool, &ToolPool::taskFinished, this, &VoiceSound::onTaskFinished);
+}
+
+VoiceSound::~VoiceSound() {
+    cancel();
+}
+
+void VoiceSound::start() {
+    const QString key =
+        VoiceFileKey(m_voice, (m_filter + u'|' + m_container.soundEncoderOptions()).toUtf8());
+    const QString base = m_folder + u'/' + kPrefix + key;
+    m_keptFile = base + u'.' + m_container.soundSuffix();
+    // The partial name keeps the suffix out of the pieces' patterns, which a later render clears.
+    m_partial = base + QStringLiteral(".writing");
+    if (QFileInfo(m_keptFile).size() > 0) {
+        m_file = m_keptFile;
+        m_reused = true;
+        emit logLine(QStringLiteral("voice sound kept from an earlier render: ") + m_file);
+        return;
+    }
+    ToolTask task;
+    task.script = encodeLine();
+    task.inputFiles = {m_voice};
+    task.workSpace = m_folder;
+    task.urgent = true; // the join waits for it
+    emit logLine(QStringLiteral("voice sound: ") + task.script);
+    m_taskId = m_pool->submit(task);
+}
+
+QString VoiceSound::encodeLine() const {
+    return ShellQuote(m_ffmpeg) + QStringLiteral(" -nostdin -hide_banner -v error -i ") +
+           ShellQuote(m_voice) + QStringLiteral(" -vn") +
+           (m_filter.isEmpty() ? QString() : QStringLiteral(" -af ") + ShellQuote(m_filter)) +
+           u' ' + m_container.soundEncoderOptions() + QStringLiteral(" -y ") +
+           ShellQuote(m_partial);
+}
+
+void VoiceSound::onTaskFinished(int id, const RunResult& result) {
+    if (id != m_taskId || m_taskId == 0)
+        return;
+    m_taskId = 0;
+    if (!result.ok() || QFileInfo(m_partial).size() <= 0) {
+        m_problem = runProblem(result);
+        QFile::remove(m_partial);
+    } else if (!QFile::remove(m_keptFile) && QFile::exists(m_keptFile)) {
+        m_problem = QStringLiteral("\"%1\" could not be replaced").arg(m_keptFile);
+    } else if (!QFile::rename(m_partial, m_keptFile)) {
+        m_problem = QStringLiteral("\"%1\" could not be moved into place").arg(m_partial);
+    } else {
+        m_file = m_keptFile;
+        removeOthers();
+    }
+    emit finished();
+}
+
+void VoiceSound::removeOthers() const {
+    const QDir dir(m_folder);
+    const QString own = QFileInfo(m_keptFile).fileName();
+    for (const QString& name : dir.entryList({kPrefix + u'*'}, QDir::Files | QDir::Hidden))
+        if (name != own)
+            QFile::remove(dir.filePath(name));
+}
+
+void VoiceSound::cancel() {
+    const int id = std::exchange(m_taskId, 0);
+    if (id != 0 && m_pool)
+        m_pool->cancel(id);
+    QFile::remove(m_partial);
+}
+
+} // namespace cq
