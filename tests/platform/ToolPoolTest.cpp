@@ -52,25 +52,35 @@ bool MakeFifo(const QString& path) {
 
 } // namespace
 
-TEST(ToolPool, NeverRunsMoreThanItsLimitAndStartsTasksInTheOrderTheyCame) {
+TEST(ToolPool, NeverRunsMoreThanItsLimitAndStartsTasksInTheOrderTheyCameUrgentOnesFirst) {
     QTemporaryDir dir;
     const QString log = dir.filePath("log");
     const QString go = dir.filePath("go");
     ToolPool pool(2);
     Outcomes out(pool);
+    auto waiting = [&](bool urgent) {
+        ToolTask task = Task(QString("echo start >> %1\n"
+                                     "while [ ! -e %2 ]; do sleep 0.02; done\n"
+                                     "echo end >> %1")
+                                 .arg(ShellQuote(log), ShellQuote(go)),
+                             dir.path());
+        task.urgent = urgent;
+        return task;
+    };
     QList<int> ids;
     for (int i = 0; i < 6; ++i)
-        ids << pool.submit(Task(QString("echo start >> %1\n"
-                                        "while [ ! -e %2 ]; do sleep 0.02; done\n"
-                                        "echo end >> %1")
-                                    .arg(ShellQuote(log), ShellQuote(go)),
-                                dir.path()));
+        ids << pool.submit(waiting(false));
     EXPECT_TRUE(out.started.isEmpty()) << "nothing is reported from inside submit";
     EXPECT_TRUE(pool.isBusy());
-    // Two tasks hold the slots until they are let go; the others wait.
+    // Two tasks hold the slots until they are let go; the others wait, and urgent tasks that
+    // come now go ahead of them, in their own order.
     ASSERT_TRUE(Eventually([&] { return ReadFileToString(log).count("start") == 2; }, 10000));
+    const int urgent1 = pool.submit(waiting(true));
+    const int urgent2 = pool.submit(waiting(true));
+    ids.insert(2, urgent2);
+    ids.insert(2, urgent1);
     ASSERT_TRUE(SaveTextToFile("", go));
-    ASSERT_TRUE(Eventually([&] { return out.finished.size() == 6; }, 30000));
+    ASSERT_TRUE(Eventually([&] { return out.finished.size() == 8; }, 30000));
 
     // Each task wrote "start" and "end" while it ran; the pool starts one only after another
     // has ended, so the log shows how many ran at once.

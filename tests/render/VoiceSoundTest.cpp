@@ -1,0 +1,81 @@
+#include "RenderFixture.h"
+
+#include "platform/TextFiles.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+using namespace cq;
+using test::RenderEndToEnd;
+using test::Row;
+
+namespace {
+
+class VoiceSoundRender : public RenderEndToEnd {
+protected:
+    VoiceSoundRender() { studio.renderFormat = RenderFormat::Mp4; }
+
+    struct Made {
+        RenderReport report;
+        QString log;
+        QString finalLine;
+        QStringList keptSounds; // in the work space
+    };
+
+    Made renderRows(const QList<EventRow>& rows, const QString& voice) {
+        Made made;
+        made.report = render(inputsFor(rows, voice));
+        EXPECT_TRUE(made.report.ok()) << made.report.message.toStdString();
+        made.log = ReadFileToString(made.report.logFile);
+        for (const QString& line : made.log.split(u'\n'))
+            if (line.contains(QStringLiteral(" final: ")))
+                made.finalLine = line;
+        made.keptSounds = QFileInfo(made.report.logFile)
+                              .dir()
+                              .entryList({QStringLiteral("VoiceSound-*")}, QDir::Files);
+        return made;
+    }
+};
+
+} // namespace
+
+TEST_F(VoiceSoundRender, IsEncodedOnceBesideThePiecesAndCopiedByTheJoinUntilItsTreatmentChanges) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString red = mediaFile("red.jpg");
+    ASSERT_TRUE(media.voice(voice, 2.0));
+    ASSERT_TRUE(media.solidPicture(red, "red", 320, 240));
+    const QList<EventRow> rows{Row(1, "Pictures", "0.500", red)};
+
+    const Made first = renderRows(rows, voice);
+    EXPECT_TRUE(first.log.contains("voice sound: "));
+    EXPECT_TRUE(first.finalLine.contains("-c copy")) << first.finalLine.toStdString();
+    EXPECT_FALSE(first.finalLine.contains("-c:a")) << first.finalLine.toStdString();
+    // The encoder's priming and padding must not lengthen the copied sound.
+    EXPECT_LE(std::llabs(first.report.audioMs - first.report.voiceMs), 30);
+    EXPECT_EQ(first.keptSounds.size(), 1);
+
+    const Made again = renderRows(rows, voice);
+    EXPECT_FALSE(again.log.contains("voice sound: "));
+    EXPECT_TRUE(again.log.contains("voice sound kept"));
+    EXPECT_TRUE(again.finalLine.contains("-c copy"));
+
+    // The voice as recorded is another sound; only the one in use stays.
+    studio.evenVoice = false;
+    const Made raw = renderRows(rows, voice);
+    EXPECT_TRUE(raw.log.contains("voice sound: "));
+    EXPECT_EQ(raw.keptSounds.size(), 1);
+    EXPECT_NE(raw.keptSounds, first.keptSounds);
+
+    // A video's own sound under the voice is mixed, and so encoded, by the join itself.
+    const QString clip = mediaFile("green.avi");
+    ASSERT_TRUE(media.toneVideo(clip, "green", 1.0, 1000));
+    studio.keepVideoSound = true;
+    const Made mixed = renderRows({Row(1, "Video", "0.500", clip)}, voice);
+    EXPECT_FALSE(mixed.log.contains("voice sound: "));
+    EXPECT_TRUE(mixed.finalLine.contains("amix")) << mixed.finalLine.toStdString();
+    EXPECT_TRUE(mixed.finalLine.contains("-c:a aac")) << mixed.finalLine.toStdString();
+}
