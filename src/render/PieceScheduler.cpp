@@ -92,6 +92,9 @@ QList<PieceScheduler::Run> PieceScheduler::neededRuns() {
         else
             runs << Run{{i}, false, {}};
     }
+    // The longest runs first, so that none of them starts last and holds up the join alone.
+    std::stable_sort(runs.begin(), runs.end(),
+                     [this](const Run& a, const Run& b) { return frames(a) > frames(b); });
     addStillRuns(stills, runs);
     return runs;
 }
@@ -111,17 +114,15 @@ void PieceScheduler::addStillRuns(const QList<int>& stills, QList<Run>& runs) co
 void PieceScheduler::submit(const Run& run) {
     QList<RenderSegment> segments;
     QStringList sources;
-    qint64 frames = 0;
     for (int i : run.segments) {
         segments << m_plan.segments[i];
-        frames += m_plan.segments[i].frames;
         sources << (run.black ? m_in.blackPicture : m_plan.segments[i].source);
     }
     ToolTask task;
     task.script = run.black ? StandInLine(m_in, segments.first()) : PieceRunLine(m_in, segments);
     task.inputFiles = sources;
     task.workSpace = m_space.folder;
-    task.timeoutMs = timeLimitMs(frames);
+    task.timeoutMs = timeLimitMs(frames(run));
     emit logLine(QStringLiteral("pieces %1%2: %3")
                      .arg(pieceNumbers(run), run.black ? QStringLiteral(" (black)") : QString(),
                           task.script));
@@ -203,6 +204,13 @@ void PieceScheduler::showBlack(int index, const QString& reason) {
     m_failedItems << m_plan.segments[index].source;
     m_failureReasons << reason;
     submit(Run{{index}, true, {}});
+}
+
+qint64 PieceScheduler::frames(const Run& run) const {
+    qint64 total = 0;
+    for (int i : run.segments)
+        total += m_plan.segments[i].frames;
+    return total;
 }
 
 QString PieceScheduler::pieceNumbers(const Run& run) const {

@@ -64,6 +64,7 @@ private:
     enum class Ending { Finished, Failed, Cancelled };
     void end(Ending ending);
     void cancelRuns();
+    qint64 frames(const Run& run) const;
     // "3,9": the plan's numbers of a run's pieces, for the log.
     QString pieceNumbers(const Run& run) const;
 
