@@ -16,6 +16,12 @@
 
 namespace cq {
 
+QString RunResult::lastErrorLine() const {
+    const QStringList lines = errorText.trimmed().split(u'\n', Qt::SkipEmptyParts);
+    return lines.isEmpty() ? QStringLiteral("the tool ended with exit code %1").arg(exitCode)
+                           : lines.last().trimmed();
+}
+
 namespace {
 
 constexpr qsizetype kMaxKeptError = 64 * 1024;

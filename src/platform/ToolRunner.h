@@ -19,6 +19,8 @@ struct RunResult {
 
     bool ok() const { return outcome == Outcome::Finished; }
     bool cancelled() const { return outcome == Outcome::Cancelled; }
+    // Why the run failed, in one line: the last it wrote to stderr, else its exit code.
+    QString lastErrorLine() const;
 };
 
 // The one way the studio starts an external program. Runs one job at a time: a /bin/sh script

@@ -24,12 +24,6 @@ QString measureKey(const QString& voice, const VoiceOptions& options) {
                                    (options.reduceNoise ? "|denoise" : ""));
 }
 
-QString runProblem(const RunResult& r) {
-    const QStringList lines = r.errorText.trimmed().split(u'\n', Qt::SkipEmptyParts);
-    return lines.isEmpty() ? QStringLiteral("ffmpeg ended with exit code %1").arg(r.exitCode)
-                           : lines.last().trimmed();
-}
-
 } // namespace
 
 VoiceMeasure::VoiceMeasure(QString ffmpeg, QString voice, VoiceOptions options, QString folder,
@@ -77,7 +71,7 @@ void VoiceMeasure::onTaskFinished(int id, const RunResult& result) {
         return;
     m_taskId = 0;
     if (!result.ok())
-        return end(runProblem(result));
+        return end(result.lastErrorLine());
     bool onTarget = true;
     if (!takeMeasurement(result.errorText, onTarget))
         return end(QStringLiteral("ffmpeg reported no measurement"));

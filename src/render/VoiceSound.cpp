@@ -15,12 +15,6 @@ namespace {
 
 const QString kPrefix = QStringLiteral("VoiceSound-");
 
-QString runProblem(const RunResult& r) {
-    const QStringList lines = r.errorText.trimmed().split(u'\n', Qt::SkipEmptyParts);
-    return lines.isEmpty() ? QStringLiteral("ffmpeg ended with exit code %1").arg(r.exitCode)
-                           : lines.last().trimmed();
-}
-
 } // namespace
 
 VoiceSound::VoiceSound(QString ffmpeg, QString voice, QString filter,
@@ -71,7 +65,7 @@ void VoiceSound::onTaskFinished(int id, const RunResult& result) {
         return;
     m_taskId = 0;
     if (!result.ok() || QFileInfo(m_partial).size() <= 0) {
-        m_problem = runProblem(result);
+        m_problem = result.lastErrorLine();
         QFile::remove(m_partial);
     } else if (!QFile::remove(m_keptFile) && QFile::exists(m_keptFile)) {
         m_problem = QStringLiteral("\"%1\" could not be replaced").arg(m_keptFile);

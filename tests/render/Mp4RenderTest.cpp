@@ -109,10 +109,7 @@ TEST_F(Mp4Render, H264AndAacWithTheIndexFirstAndEveryItemAtItsTime) {
 
 TEST_F(Mp4Render, AnAviRenderAfterwardsIsTheLatestResult) {
     const QString voice = mediaFile("RecordedAudio.wav");
-    const QString red = mediaFile("red.jpg");
-    ASSERT_TRUE(media.voice(voice, 1.0));
-    ASSERT_TRUE(media.solidPicture(red, "red", 320, 240));
-    const QList<EventRow> rows{Row(1, "Pictures", "0.000", red)};
+    const QList<EventRow> rows = redPictureTake(voice, 1.0, "0.000");
     ASSERT_TRUE(render(inputsFor(rows, voice)).ok());
     EXPECT_EQ(LatestFinalMix(paths), paths.gstrFinalMixMP4FileSpec);
     studio.renderFormat = RenderFormat::Avi;

@@ -58,6 +58,14 @@ protected:
                          voice);
     }
 
+    // A voice of this length under one red picture shown from the given time.
+    QList<EventRow> redPictureTake(const QString& voice, double seconds, const QString& at) {
+        const QString red = mediaFile("red.jpg");
+        EXPECT_TRUE(media.voice(voice, seconds));
+        EXPECT_TRUE(media.solidPicture(red, "red", 320, 240));
+        return {Row(1, "Pictures", at, red)};
+    }
+
     // The item on screen just after each time, and the one just before it.
     void expectSequence(const QString& file, const QList<std::pair<double, QString>>& changes) {
         QString previous = QStringLiteral("black");

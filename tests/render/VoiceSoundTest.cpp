@@ -45,10 +45,7 @@ protected:
 
 TEST_F(VoiceSoundRender, IsEncodedOnceBesideThePiecesAndCopiedByTheJoinUntilItsTreatmentChanges) {
     const QString voice = mediaFile("RecordedAudio.wav");
-    const QString red = mediaFile("red.jpg");
-    ASSERT_TRUE(media.voice(voice, 2.0));
-    ASSERT_TRUE(media.solidPicture(red, "red", 320, 240));
-    const QList<EventRow> rows{Row(1, "Pictures", "0.500", red)};
+    const QList<EventRow> rows = redPictureTake(voice, 2.0, "0.500");
 
     const Made first = renderRows(rows, voice);
     EXPECT_TRUE(first.log.contains("voice sound: "));
