@@ -396,6 +396,11 @@ void RenderJob::finish(RenderReport::Outcome outcome, const QString& message) {
     stopSteps();
     if (!m_space.partialOutput.isEmpty())
         QFile::remove(m_space.partialOutput);
+    // A kept sound damaged since it was made would fail every later join: the next render makes
+    // it again.
+    if (outcome == RenderReport::Outcome::Failed && m_sound &&
+        (m_step == Step::Mix || m_step == Step::Verify))
+        m_sound->discard();
     m_report.outcome = outcome;
     m_report.message = message;
     m_report.elapsedMs = m_clock.elapsed();

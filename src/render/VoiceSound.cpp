@@ -93,4 +93,10 @@ void VoiceSound::cancel() {
     QFile::remove(m_partial);
 }
 
+void VoiceSound::discard() {
+    if (!m_file.isEmpty())
+        QFile::remove(m_file);
+    m_file.clear();
+}
+
 } // namespace cq

@@ -27,6 +27,8 @@ public:
 
     void start();
     void cancel();
+    // Removes the finished sound, so that the next render makes it again.
+    void discard();
     bool isRunning() const { return m_taskId != 0; }
     bool reused() const { return m_reused; }
     QString file() const { return m_file; }

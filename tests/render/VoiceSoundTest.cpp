@@ -3,6 +3,7 @@
 #include "platform/TextFiles.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
@@ -59,6 +60,13 @@ TEST_F(VoiceSoundRender, IsEncodedOnceBesideThePiecesAndCopiedByTheJoinUntilItsT
     EXPECT_FALSE(again.log.contains("voice sound: "));
     EXPECT_TRUE(again.log.contains("voice sound kept"));
     EXPECT_TRUE(again.finalLine.contains("-c copy"));
+
+    // A kept sound damaged since fails one render, not every one after it.
+    ASSERT_EQ(again.keptSounds.size(), 1);
+    const QString kept = QFileInfo(again.report.logFile).dir().filePath(again.keptSounds.first());
+    QFile::resize(kept, QFileInfo(kept).size() / 2);
+    EXPECT_FALSE(render(inputsFor(rows, voice)).ok());
+    EXPECT_TRUE(renderRows(rows, voice).log.contains("voice sound: "));
 
     // The voice as recorded is another sound; only the one in use stays.
     studio.evenVoice = false;
