@@ -61,9 +61,30 @@ public:
     void add(SegmentKind kind, const QString& source, qint64 startMs, qint64 endMs,
              qint64 sourceStartMs) {
         const qint64 first = m_in.frameRate.frameAt(startMs);
-        const qint64 frames = std::min(m_in.frameRate.frameAt(endMs), m_plan.totalFrames) - first;
-        if (frames <= 0)
+        const qint64 end = std::min(m_in.frameRate.frameAt(endMs), m_plan.totalFrames);
+        if (end <= first)
             return; // shorter than one frame: the next item already covers it
+        // A still is cut where a burned-in cue appears or goes, so only its stretches under a
+        // cue need real frames; a video stays one piece with its sound in one stretch.
+        QList<qint64> cuts;
+        if (m_in.burnCaptions && kind != SegmentKind::Video)
+            cuts = CueEdgesWithin(m_in.captions, m_in.frameRate, first, end);
+        cuts << end;
+        qint64 from = first;
+        for (qint64 to : cuts) {
+            addFrames(kind, source, from == first ? startMs : msOfFrame(from),
+                      to == end ? endMs : msOfFrame(to), sourceStartMs, from, to - from);
+            from = to;
+        }
+    }
+
+private:
+    qint64 msOfFrame(qint64 frame) const {
+        return (frame * 1000 * m_in.frameRate.den + m_in.frameRate.num / 2) / m_in.frameRate.num;
+    }
+
+    void addFrames(SegmentKind kind, const QString& source, qint64 startMs, qint64 endMs,
+                   qint64 sourceStartMs, qint64 first, qint64 frames) {
         RenderSegment s;
         s.number = int(m_plan.segments.size()) + 1;
         s.kind = kind;
@@ -75,13 +96,17 @@ public:
         s.sourceStartMs = kind == SegmentKind::Video ? sourceStartMs : 0;
         s.recipe = PieceRecipe::of(kind, source, s.sourceStartMs, frames, m_in.frameSize,
                                    m_in.frameRate, m_in.container->pieceEncoderOptions());
+        if (m_in.burnCaptions)
+            s.captions = PieceCuesOf(m_in.captions, m_in.frameRate, first, frames);
+        s.recipe.captions = PieceCuesRecipe(s.captions);
         s.piece = m_space.folder + u'/' + s.recipe.key() + u'.' + m_in.container->suffix();
         s.partial = s.piece + QStringLiteral(".part");
+        if (!s.captions.isEmpty())
+            s.captionsScript = m_space.folder + u'/' + s.recipe.key() + QStringLiteral(".ass");
         s.sourceProblem = SourceProblem(source);
         m_plan.segments.push_back(s);
     }
 
-private:
     const RenderInputs& m_in;
     const RenderSpace& m_space;
     RenderPlan& m_plan;

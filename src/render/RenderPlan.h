@@ -1,5 +1,6 @@
 #pragma once
 
+#include "render/BurnedCaptions.h"
 #include "render/PieceRecipe.h"
 #include "render/RenderInputs.h"
 
@@ -24,6 +25,8 @@ struct RenderSegment {
     QString piece;            // the finished piece, in the result's codec, size and rate
     QString partial;          // what ffmpeg writes; renamed to piece once it passed its check
     QString sourceProblem;    // why the source cannot be handed to a tool; empty when it can
+    PieceCues captions;       // drawn into the piece; empty unless captions are burned in
+    QString captionsScript;   // the script the piece's captions are drawn from, in the work space
 };
 
 struct RenderPlan {

@@ -1,0 +1,148 @@
+#include "RenderFixture.h"
+
+#include "captions/SubtitleFiles.h"
+#include "platform/TextFiles.h"
+#include "platform/ToolRunner.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
+
+#include <gtest/gtest.h>
+
+using namespace cq;
+using test::RenderEndToEnd;
+using test::Row;
+
+namespace {
+
+// Pixels of two frames that differ clearly (more than compression noise), above and below a row.
+struct Difference {
+    int above = 0;
+    int below = 0;
+};
+
+class CaptionsRender : public RenderEndToEnd {
+protected:
+    // The whole frame shown at a time.
+    QImage frameAt(const QString& file, double seconds) const {
+        ToolRunner runner;
+        const RunResult r = runner.runProgram(
+            paths.gstrFFMPEGFileSpec,
+            {"-nostdin", "-v", "error", "-ss", QString::number(seconds, 'f', 3), "-i", file,
+             "-frames:v", "1", "-f", "rawvideo", "-pix_fmt", "rgb24", "-"});
+        const QByteArray px = runner.standardOutput();
+        if (!r.ok() || px.size() != kWidth * kHeight * 3)
+            return {};
+        return QImage(reinterpret_cast<const uchar*>(px.constData()), kWidth, kHeight, kWidth * 3,
+                      QImage::Format_RGB888)
+            .copy();
+    }
+
+    Difference differenceAt(const QString& a, const QString& b, double seconds) const {
+        const QImage x = frameAt(a, seconds);
+        const QImage y = frameAt(b, seconds);
+        EXPECT_FALSE(x.isNull() || y.isNull()) << seconds;
+        Difference d;
+        for (int row = 0; !x.isNull() && !y.isNull() && row < kHeight; ++row)
+            for (int col = 0; col < kWidth; ++col) {
+                const QColor p = x.pixelColor(col, row);
+                const QColor q = y.pixelColor(col, row);
+                if (std::abs(p.red() - q.red()) + std::abs(p.green() - q.green()) +
+                        std::abs(p.blue() - q.blue()) >
+                    90)
+                    ++(row < kCaptionTop ? d.above : d.below);
+            }
+        return d;
+    }
+
+    // Red, green (a video) and blue for 1.5, 1.5 and 1 s, under a voice of 4 s.
+    RenderInputs message() {
+        const QString voice = mediaFile("RecordedAudio.wav");
+        const QString red = mediaFile("red.jpg");
+        const QString clip = mediaFile("green.avi");
+        const QString blue = mediaFile("blue.jpg");
+        EXPECT_TRUE(media.voice(voice, 4.0));
+        EXPECT_TRUE(media.solidPicture(red, "red", 320, 240));
+        EXPECT_TRUE(media.toneVideo(clip, "green", 2.0, 1000));
+        EXPECT_TRUE(media.solidPicture(blue, "blue", 320, 240));
+        studio.gstrVideoRes = QStringLiteral("320X240");
+        return inputsFor({Row(1, "Pictures", "0.000", red), Row(2, "Video", "1.500", clip),
+                          Row(3, "Pictures", "3.000", blue)},
+                         voice);
+    }
+
+    static constexpr int kWidth = 320;
+    static constexpr int kHeight = 240;
+    // Captions stay in the lowest third of the frame.
+    static constexpr int kCaptionTop = kHeight * 2 / 3;
+};
+
+} // namespace
+
+TEST_F(CaptionsRender, SubtitleFilesStandBesideTheResultAndOnlyWhileItHasCaptions) {
+    RenderInputs in = message();
+    QDir().mkpath(app.file("out"));
+    in.output = app.file("out/b.avi");
+    in.writeCaptions = true;
+    in.captions = {{500, 1400, "Hello"}, {2000, 2600, "x --> y\n\nsecond line"}};
+    const RenderReport with = render(in);
+    ASSERT_TRUE(with.ok()) << with.message.toStdString();
+    EXPECT_EQ(ReadFileToBytes(app.file("out/b.srt")), WriteSrt(in.captions));
+    EXPECT_EQ(ReadFileToBytes(app.file("out/b.vtt")), WriteVtt(in.captions));
+    // Nothing but the result and its pair is left beside it.
+    EXPECT_EQ(QDir(app.file("out")).entryList(QDir::Files),
+              (QStringList{"b.avi", "b.srt", "b.vtt"}));
+
+    // A render without captions takes the pair of the older one away.
+    in.writeCaptions = false;
+    const RenderReport without = render(in);
+    ASSERT_TRUE(without.ok()) << without.message.toStdString();
+    EXPECT_EQ(QDir(app.file("out")).entryList(QDir::Files), QStringList{"b.avi"});
+
+    // A sound-only result gets its pair too.
+    RenderInputs voiceOnly = inputsFor({}, in.voiceFile);
+    voiceOnly.writeCaptions = true;
+    voiceOnly.captions = in.captions;
+    ASSERT_TRUE(render(voiceOnly).ok());
+    EXPECT_EQ(ReadFileToBytes(paths.gstrTempFilesDirectory + "/FinalMix.srt"),
+              WriteSrt(in.captions));
+    EXPECT_TRUE(QFileInfo::exists(paths.gstrTempFilesDirectory + "/FinalMix.vtt"));
+}
+
+TEST_F(CaptionsRender, BurnedCuesChangeOnlyTheLowerPartAndOnlyTheirPieces) {
+    // A work folder whose name would break an unescaped filter graph.
+    RenderInputs in = message();
+    in.workFolder = app.file("work 'it's' [a]: b, c; d\\e");
+    ASSERT_TRUE(render(in).ok());
+    const QString plain = app.file("plain.avi");
+    ASSERT_TRUE(QFile::rename(paths.gstrFinalMixAVIFileSpec, plain));
+
+    // Hostile texts: override tags, line break codes, the graph's own punctuation.
+    in.burnCaptions = true;
+    in.captions = {{500, 1200, "{\\an8}Top? \\N 'quoted': [x], y; z\n\u00e4 second line"},
+                   {2000, 2700, "Under the video"}};
+    const RenderReport burned = render(in);
+    ASSERT_TRUE(burned.ok()) << burned.message.toStdString();
+    const QString out = paths.gstrFinalMixAVIFileSpec;
+    EXPECT_NEAR(media.duration(out, "video"), 4.0, 0.2);
+
+    for (double at : {0.8, 2.3}) {
+        const Difference d = differenceAt(plain, out, at);
+        EXPECT_GT(d.below, 40) << at;
+        EXPECT_EQ(d.above, 0) << at;
+    }
+    for (double at : {0.3, 1.4, 1.8, 2.9, 3.5}) {
+        const Difference d = differenceAt(plain, out, at);
+        EXPECT_EQ(d.above + d.below, 0) << at;
+    }
+
+    // The picture is cut around its cue; the blue picture is the plain render's own piece.
+    EXPECT_EQ(burned.reusedPieces, 1);
+    // A new text for one cue makes only the piece under it again.
+    in.captions[1].text = "Changed under the video";
+    const RenderReport again = render(in);
+    ASSERT_TRUE(again.ok()) << again.message.toStdString();
+    EXPECT_EQ(again.reusedPieces, 4);
+    EXPECT_GT(differenceAt(burned.output, plain, 2.3).below, 40);
+}
