@@ -82,11 +82,14 @@ TEST(BurnedCaptions, ScriptShowsHostileTextLiterallyBetweenFrames) {
 }
 
 TEST(BurnedCaptions, FilterValuesAreEscapedForBothLevelsOfTheGraph) {
-    EXPECT_EQ(FilterGraphValue("/plain/a b.ass"), "/plain/a b.ass");
-    EXPECT_EQ(FilterGraphValue("a:b"), "a\\\\:b");
-    EXPECT_EQ(FilterGraphValue("it's"), "it\\\\\\'s");
-    EXPECT_EQ(FilterGraphValue("a\\b"), "a\\\\\\\\b");
-    EXPECT_EQ(FilterGraphValue("[x],y;z"), "\\[x\\]\\,y\\;z");
+    // The option level escapes \ ' : with a backslash, then the graph level \ ' [ ] , ;.
+    const std::pair<const char*, const char*> cases[] = {{"/plain/a b.ass", "/plain/a b.ass"},
+                                                         {"a:b", "a\\\\:b"},
+                                                         {"it's", "it\\\\\\'s"},
+                                                         {"a\\b", "a\\\\\\\\b"},
+                                                         {"[x],y;z", "\\[x\\]\\,y\\;z"}};
+    for (const auto& [raw, escaped] : cases)
+        EXPECT_EQ(FilterGraphValue(raw), escaped) << raw;
 }
 
 TEST(BurnedCaptions, OnlyStillsAreCutAtCuesAndOnlyPiecesUnderACueChangeName) {
