@@ -114,7 +114,7 @@ TEST_F(CaptionsRender, SubtitleFilesStandBesideTheResultAndOnlyWhileItHasCaption
 TEST_F(CaptionsRender, BurnedCuesChangeOnlyTheLowerPartAndOnlyTheirPieces) {
     // A work folder whose name would break an unescaped filter graph.
     RenderInputs in = message();
-    in.workFolder = app.file("work 'it's' [a]: b, c; d\\e");
+    in.workFolder = app.file("work 'it's' [a]: b, c; d\\e\nf");
     ASSERT_TRUE(render(in).ok());
     const QString plain = app.file("plain.avi");
     ASSERT_TRUE(QFile::rename(paths.gstrFinalMixAVIFileSpec, plain));
