@@ -208,6 +208,10 @@ void RenderJob::mix() {
     if (!m_plan.audioOnly && !WriteWholeFile(m_plan.joinList.toUtf8(), m_plan.joinListFile))
         return fail(QStringLiteral("The list of pieces \"%1\" could not be written.")
                         .arg(m_plan.joinListFile));
+    if (!m_plan.captionTrackFile.isEmpty() &&
+        !WriteWholeFile(m_plan.captionTrack, m_plan.captionTrackFile))
+        return fail(QStringLiteral("The captions \"%1\" could not be written.")
+                        .arg(m_plan.captionTrackFile));
     log(QStringLiteral("final: ") + m_plan.finalLine);
     m_mix = new MixStep(m_plan.finalLine, m_space.partialOutput,
                         m_space.scriptPrefix + QStringLiteral("0.sh"), this);

@@ -1,5 +1,6 @@
 #include "render/RenderPlan.h"
 
+#include "captions/SubtitleFiles.h"
 #include "platform/RegularFiles.h"
 #include "platform/ShellQuote.h"
 #include "platform/TimeCode.h"
@@ -139,10 +140,11 @@ QString joinListText(const RenderPlan& plan) {
 
 // The sound of each kept video, delayed to its place, mixed under the voice; the voice alone
 // when no video keeps its sound. The voice sets the length.
-QString soundInputsAndMap(const RenderPlan& plan, const QSet<QString>& videosWithSound) {
+QString soundInputsAndMap(const RenderPlan& plan, const QSet<QString>& videosWithSound,
+                          int firstInput) {
     QString inputs;
     QStringList chains;
-    int inputIndex = 2;
+    int inputIndex = firstInput;
     for (const RenderSegment& s : plan.segments) {
         if (s.kind != SegmentKind::Video || !videosWithSound.contains(s.source))
             continue;
@@ -158,23 +160,44 @@ QString soundInputsAndMap(const RenderPlan& plan, const QSet<QString>& videosWit
     if (chains.isEmpty())
         return inputs + QStringLiteral(" -map 0:v -map 1:a");
     QString graph = chains.join(u';') + QStringLiteral(";[1:a]");
-    for (int k = 2; k < inputIndex; ++k)
+    for (int k = firstInput; k < inputIndex; ++k)
         graph += QStringLiteral("[s%1]").arg(k);
     // duration=first: the voice sets the length; normalize=0 keeps the voice's level.
-    graph += QStringLiteral("amix=inputs=%1:duration=first:normalize=0[mix]").arg(inputIndex - 1);
+    graph += QStringLiteral("amix=inputs=%1:duration=first:normalize=0[mix]")
+                 .arg(inputIndex - firstInput + 1);
     return inputs + QStringLiteral(" -filter_complex ") + ShellQuote(graph) +
            QStringLiteral(" -map 0:v -map '[mix]'");
 }
 
 // The pieces are already in the result's codec, size and rate, starting on a key frame: they
-// are joined by stream copy, and only the sound is encoded.
+// are joined by stream copy, and only the sound is encoded. A cue track is the third input, and
+// the videos' sounds follow it.
 QString finalMixLine(const RenderInputs& in, const RenderPlan& plan,
                      const QSet<QString>& videosWithSound) {
+    const bool track = !plan.captionTrackFile.isEmpty();
     return head(in.ffmpeg.path) + QStringLiteral(" -progress pipe:1 -nostats ") +
            in.container->joinInputOptions() + QStringLiteral(" -i ") +
            ShellQuote(plan.joinListFile) + QStringLiteral(" -i ") + ShellQuote(in.voiceFile) +
-           soundInputsAndMap(plan, videosWithSound) + u' ' + in.container->resultEncoderOptions() +
-           QStringLiteral(" -y ") + ShellQuote(plan.partialOutput);
+           (track ? QStringLiteral(" -i ") + ShellQuote(plan.captionTrackFile) : QString()) +
+           soundInputsAndMap(plan, videosWithSound, track ? 3 : 2) +
+           (track ? QStringLiteral(" -map 2:s ") + in.container->captionTrackOptions()
+                  : QString()) +
+           u' ' + in.container->resultEncoderOptions() + QStringLiteral(" -y ") +
+           ShellQuote(plan.partialOutput);
+}
+
+// The cues as the result's own subtitle track, cut to the voice: a track longer than the voice
+// would lengthen the result.
+QByteArray captionTrackOf(const RenderInputs& in) {
+    if (!in.writeCaptions || in.container->captionTrackOptions().isEmpty())
+        return {};
+    CaptionCues cues;
+    for (CaptionCue cue : in.captions) {
+        cue.endMs = std::min(cue.endMs, in.recordingMs);
+        if (cue.endMs > cue.startMs)
+            cues << cue;
+    }
+    return WriteSrt(cues);
 }
 
 } // namespace
@@ -226,6 +249,9 @@ RenderPlan BuildRenderPlan(const RenderInputs& in, const RenderSpace& space,
     addSegments(in, space, plan);
     plan.joinListFile = space.folder + QStringLiteral("/FinalVideo.txt");
     plan.joinList = joinListText(plan);
+    plan.captionTrack = captionTrackOf(in);
+    if (!plan.captionTrack.isEmpty())
+        plan.captionTrackFile = space.folder + QStringLiteral("/Captions.srt");
     plan.finalLine = finalMixLine(in, plan, videosWithSound);
     return plan;
 }

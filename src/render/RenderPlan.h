@@ -4,6 +4,7 @@
 #include "render/PieceRecipe.h"
 #include "render/RenderInputs.h"
 
+#include <QByteArray>
 #include <QList>
 #include <QSet>
 #include <QString>
@@ -36,6 +37,10 @@ struct RenderPlan {
     QString joinList;     // ffconcat text naming every piece in order
     QString joinListFile; // where it is written
     QString finalLine;    // the pieces joined by stream copy, mixed with the voice
+    // SRT for the result's own subtitle track, empty for none, and where it is written for the
+    // final line to read.
+    QByteArray captionTrack;
+    QString captionTrackFile;
     QString partialOutput;
     qint64 targetMs = 0;
     qint64 totalFrames = 0;
