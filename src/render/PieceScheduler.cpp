@@ -208,8 +208,11 @@ bool PieceScheduler::pieceFailed(int index, bool wasBlack, const QString& reason
 
 // The item shows black for its time, so everything after it keeps its place.
 void PieceScheduler::showBlack(int index, const QString& reason) {
-    m_failedItems << m_plan.segments[index].source;
-    m_failureReasons << reason;
+    // Named once, however many pieces of it there are (a picture cut by captions).
+    if (!m_failedItems.contains(m_plan.segments[index].source)) {
+        m_failedItems << m_plan.segments[index].source;
+        m_failureReasons << reason;
+    }
     submit(Run{{index}, true, {}});
 }
 

@@ -150,3 +150,18 @@ TEST_F(CaptionsRender, BurnedCuesChangeOnlyTheLowerPartAndOnlyTheirPieces) {
     EXPECT_EQ(again.reusedPieces, 4);
     EXPECT_GT(differenceAt(burned.output, plain, 2.3).below, 40);
 }
+
+TEST_F(CaptionsRender, AnUnreadablePictureCutByACueShowsBlackAndIsNamedOnce) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString broken = mediaFile("broken.jpg");
+    ASSERT_TRUE(media.voice(voice, 2.0));
+    test::WriteFile(broken, QByteArray("this is no picture"));
+    RenderInputs in = inputsFor({Row(1, "Pictures", "0.000", broken)}, voice);
+    in.burnCaptions = true;
+    in.captions = {{500, 1000, "Over black"}};
+    const RenderReport report = render(in);
+    ASSERT_EQ(report.outcome, RenderReport::Outcome::Rendered) << report.message.toStdString();
+    EXPECT_EQ(report.failedItems, QStringList{broken});
+    EXPECT_EQ(report.message.count(broken), 1) << report.message.toStdString();
+    EXPECT_EQ(test::ColourName(media.colourAt(paths.gstrFinalMixAVIFileSpec, 0.7)), "black");
+}
