@@ -89,17 +89,6 @@ TEST(BurnedCaptions, ScriptShowsHostileTextLiterallyBetweenFrames) {
                     .contains("PlayResX: 512\n"));
 }
 
-TEST(BurnedCaptions, FilterValuesAreEscapedForBothLevelsOfTheGraph) {
-    // The option level escapes \ ' : with a backslash, then the graph level \ ' [ ] , ;.
-    const std::pair<const char*, const char*> cases[] = {{"/plain/a b.ass", "/plain/a b.ass"},
-                                                         {"a:b", "a\\\\:b"},
-                                                         {"it's", "it\\\\\\'s"},
-                                                         {"a\\b", "a\\\\\\\\b"},
-                                                         {"[x],y;z", "\\[x\\]\\,y\\;z"}};
-    for (const auto& [raw, escaped] : cases)
-        EXPECT_EQ(FilterGraphValue(raw), escaped) << raw;
-}
-
 TEST(BurnedCaptions, OnlyStillsAreCutAtCuesAndOnlyPiecesUnderACueChangeName) {
     Plan p;
     const RenderPlan plain = p.build();
@@ -129,16 +118,6 @@ TEST(BurnedCaptions, OnlyStillsAreCutAtCuesAndOnlyPiecesUnderACueChangeName) {
     ASSERT_EQ(videoOnly.segments.size(), 2);
     EXPECT_EQ(videoOnly.segments[0].piece, plain.segments[0].piece);
     EXPECT_NE(videoOnly.segments[1].piece, plain.segments[1].piece);
-    // A cue's new text names only the piece that shows it anew.
-    p.in.captions = {{500, 1000, "first"}, {2500, 3000, "changed"}};
-    const RenderPlan changed = p.build();
-    for (int i : {0, 1, 2})
-        EXPECT_EQ(changed.segments[i].piece, burned.segments[i].piece) << i;
-    EXPECT_NE(changed.segments[3].piece, burned.segments[3].piece);
-    // Captions written beside the result but not burned in leave every piece alone.
-    p.in.burnCaptions = false;
-    p.in.writeCaptions = true;
-    EXPECT_EQ(p.build().distinctPieces(), plain.distinctPieces());
 }
 
 TEST(CaptionTrack, CuesCutToTheVoiceAreAnInputBeforeTheVideosSounds) {

@@ -99,6 +99,7 @@ TEST_F(CaptionsRender, SubtitleFilesStandBesideTheResultAndOnlyWhileItHasCaption
     in.writeCaptions = false;
     const RenderReport without = render(in);
     ASSERT_TRUE(without.ok()) << without.message.toStdString();
+    EXPECT_EQ(without.reusedPieces, 3); // captions beside the result change no piece
     EXPECT_EQ(QDir(app.file("out")).entryList(QDir::Files), QStringList{"b.avi"});
 
     // A sound-only result gets its pair too.
