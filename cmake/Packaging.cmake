@@ -28,6 +28,6 @@ the voice mixed in, then played, saved, converted for phones or mailed.")
 # and the font of its text slides are not linked, so they are named here.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-    "ffmpeg, imagemagick, xdg-utils, qt6-speech-flite-plugin, fonts-liberation")
+    "ffmpeg, imagemagick, xdg-utils, qt6-speech-flite-plugin, fonts-liberation, pocketsphinx-en-us")
 
 include(CPack)

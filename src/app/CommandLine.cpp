@@ -42,6 +42,10 @@ int runRender(const WindowlessStartup& startup, const StudioOptions& options) {
                                           options.output};
     StudioSettings studio;
     studio.keepVideoSound = options.videoSound;
+    studio.evenVoice = !options.rawVoice;
+    studio.reduceNoise = options.reduceNoise;
+    studio.captions = options.captions;
+    studio.burnCaptions = options.burnCaptions;
     return RunCommandLineRender(startup.paths, studio, render, stdout, stderr);
 }
 

@@ -1,6 +1,8 @@
 #include "app/CommandLineRender.h"
 
+#include "app/StudioCaptions.h"
 #include "app/StudioRender.h"
+#include "captions/CaptionsFile.h"
 #include "platform/Console.h"
 #include "platform/ToolPool.h"
 #include "platform/WavFormat.h"
@@ -14,32 +16,53 @@
 
 namespace cq {
 
-int RunCommandLineRender(const AppPaths& paths, StudioSettings studio,
-                         const CommandLineRenderOptions& options, FILE* out, FILE* err) {
+namespace {
+
+// The project's own captions are the Captions.srt beside its timeline; what of it cannot be read
+// is said and the rest is used.
+void addProjectCaptions(RenderInputs& inputs, const StudioSettings& studio, const QString& timeline,
+                        FILE* err) {
+    if (!studio.captions && !studio.burnCaptions)
+        return;
+    const ReadCues own = ReadCaptionsFile(CaptionsFileIn(QFileInfo(timeline).absolutePath()));
+    if (!own.problem.isEmpty())
+        PrintTo(err, QStringLiteral("Captions: %1\n").arg(own.problem));
+    AddCaptions(inputs, studio, own.cues);
+}
+
+} // namespace
+
+RenderRequest CommandLineRenderRequest(const AppPaths& paths, StudioSettings studio,
+                                       const CommandLineRenderOptions& options, FILE* err) {
     const TimelineReadResult timeline = ReadTimelineFile(options.timeline);
-    if (!timeline.ok()) {
-        PrintTo(err, QStringLiteral("Cannot read the timeline \"%1\": %2\n")
-                         .arg(options.timeline, timeline.error));
-        return 2;
-    }
+    if (!timeline.ok())
+        return {{},
+                QStringLiteral("Cannot read the timeline \"%1\": %2")
+                    .arg(options.timeline, timeline.error)};
     const QString voice = options.voice.isEmpty()
                               ? QFileInfo(options.timeline)
                                     .absoluteDir()
                                     .filePath(QStringLiteral("RecordedAudio.wav"))
                               : QFileInfo(options.voice).absoluteFilePath();
     const WavInfo wav = ReadWavInfo(voice);
-    if (!wav.ok() || wav.durationMs <= 0) {
-        PrintTo(err, (wav.ok() ? QStringLiteral("The voice \"%1\" holds no sound.").arg(voice)
-                               : wav.error) +
-                         u'\n');
-        return 2;
-    }
+    if (!wav.ok() || wav.durationMs <= 0)
+        return {{},
+                wav.ok() ? QStringLiteral("The voice \"%1\" holds no sound.").arg(voice)
+                         : wav.error};
     if (!options.size.isEmpty())
         studio.gstrVideoRes = options.size;
     const QString output =
         options.output.isEmpty() ? QString() : QFileInfo(options.output).absoluteFilePath();
-    const RenderRequest request =
+    RenderRequest request =
         StudioRenderRequest(paths, studio, timeline.rows, voice, wav.durationMs, output);
+    if (request.ok())
+        addProjectCaptions(request.inputs, studio, options.timeline, err);
+    return request;
+}
+
+int RunCommandLineRender(const AppPaths& paths, const StudioSettings& studio,
+                         const CommandLineRenderOptions& options, FILE* out, FILE* err) {
+    const RenderRequest request = CommandLineRenderRequest(paths, studio, options, err);
     if (!request.ok()) {
         PrintTo(err, request.problem + u'\n');
         return 2;

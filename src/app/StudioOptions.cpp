@@ -28,16 +28,29 @@ const OptionRow kOptions[] = {
     {"voice", "WAV", "The voice of the render (default: RecordedAudio.wav beside TIMELINE).",
      &StudioOptions::voice},
     {"size", "WxH", "The frame size of the render, such as 640X480.", &StudioOptions::size},
-    {"output", "FILE", "Where the render is written (default: the work folder's FinalMix.avi).",
+    {"output", "FILE",
+     "Where the render is written: FILE.avi for AVI, FILE.mp4 for MP4 (default: the work "
+     "folder's FinalMix.avi).",
      &StudioOptions::output},
     {"video-sound", nullptr, "Mix the videos' own sound under the voice.", nullptr,
      &StudioOptions::videoSound},
+    {"raw-voice", nullptr, "Leave the voice's level as recorded instead of evening it out.",
+     nullptr, &StudioOptions::rawVoice},
+    {"reduce-noise", nullptr, "Take steady background noise out of the voice.", nullptr,
+     &StudioOptions::reduceNoise},
+    {"captions", nullptr,
+     "Write the captions beside the result as .srt and .vtt: the project's Captions.srt, or "
+     "else its texts' captions.",
+     nullptr, &StudioOptions::captions},
+    {"burn-captions", nullptr, "Draw the captions into the picture.", nullptr,
+     &StudioOptions::burnCaptions},
 };
 
 const char kUsageLines[] =
     "Usage: clipquill [--app-dir DIR] [--check]\n"
     "       clipquill [--app-dir DIR] --render TIMELINE [--voice WAV] [--size WxH] "
-    "[--output FILE] [--video-sound]\n";
+    "[--output FILE] [--video-sound]\n"
+    "                 [--raw-voice] [--reduce-noise] [--captions] [--burn-captions]\n";
 
 // The parser knows every option of the table, plus help and version.
 struct StudioParser {

@@ -10,11 +10,15 @@ namespace cq {
 struct StudioOptions {
     QString appDir; // --app-dir DIR
     bool check = false;
-    QString render;          // --render TIMELINE
-    QString voice;           // --voice WAV
-    QString size;            // --size WxH
-    QString output;          // --output FILE
-    bool videoSound = false; // --video-sound
+    QString render;            // --render TIMELINE
+    QString voice;             // --voice WAV
+    QString size;              // --size WxH
+    QString output;            // --output FILE
+    bool videoSound = false;   // --video-sound
+    bool rawVoice = false;     // --raw-voice
+    bool reduceNoise = false;  // --reduce-noise
+    bool captions = false;     // --captions
+    bool burnCaptions = false; // --burn-captions
     bool help = false;
     bool version = false;
     QString error; // a usage error, for the user

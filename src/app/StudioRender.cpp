@@ -1,9 +1,12 @@
 #include "app/StudioRender.h"
 
 #include "platform/ToolLocator.h"
+#include "render/Mp4Container.h"
 #include "studio/AppPaths.h"
+#include "studio/FinalMix.h"
 #include "studio/StudioSettings.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <numeric>
@@ -13,6 +16,11 @@ namespace cq {
 namespace {
 constexpr int kMinSide = 16;
 constexpr int kMaxSide = 4096;
+QString OutputFormatProblem(const QString& output) {
+    return QStringLiteral("\"%1\" names no format a render makes; end its name in .avi or .mp4.")
+        .arg(output);
+}
+
 } // namespace
 
 QSize ParseFrameSize(const QString& gstrVideoRes) {
@@ -61,6 +69,15 @@ FrameRate ParseFrameRate(const QString& gstrFrameRate) {
     return {num / common, den / common};
 }
 
+std::optional<RenderFormat> RenderFormatOfFile(const QString& output) {
+    const QString suffix = QFileInfo(output).suffix().toLower();
+    if (suffix == u"avi")
+        return RenderFormat::Avi;
+    if (suffix == u"mp4")
+        return RenderFormat::Mp4;
+    return std::nullopt;
+}
+
 QString LocateFfprobe(const AppPaths& paths) {
     return LocateFfprobeBesideFfmpeg(paths.gstrFFMPEGFileSpec).path;
 }
@@ -83,9 +100,21 @@ RenderRequest StudioRenderRequest(const AppPaths& paths, const StudioSettings& s
     in.ffmpeg = LocateFfmpeg(paths.gstrFFMPEGFileSpec);
     in.ffprobe = LocateFfprobe(paths);
     in.keepVideoSound = studio.keepVideoSound;
+    in.voice = {studio.evenVoice, studio.reduceNoise};
+    RenderFormat format = studio.renderFormat;
+    if (!output.isEmpty()) {
+        const std::optional<RenderFormat> asked = RenderFormatOfFile(output);
+        // A take without events makes sound only, which may also go to an .mp3.
+        const bool soundOnly = rows.isEmpty() && QFileInfo(output).suffix().toLower() == u"mp3";
+        if (asked)
+            format = *asked;
+        else if (!soundOnly && request.ok())
+            request.problem = OutputFormatProblem(output);
+    }
+    in.container = format == RenderFormat::Mp4 ? MakeMp4Container() : MakeAviContainer();
     in.output = !output.isEmpty() ? output
                 : rows.isEmpty()  ? paths.gstrFinalMixMP3FileSpec
-                                  : paths.gstrFinalMixAVIFileSpec;
+                                  : FinalMixFileSpec(paths, format);
     return request;
 }
 

@@ -27,6 +27,26 @@ qint64 secondsTextMs(const QString& text) {
     return ok && s >= 0 ? std::llround(s * 1000.0) : -1;
 }
 
+// The decibels that open a labelled line, "-35.2 LUFS" or "-inf dBFS"; NaN when there are none.
+double decibelsBehind(const QString& text, QStringView label) {
+    const QStringList words = FfmpegLabelLine(text, label).split(u' ', Qt::SkipEmptyParts);
+    if (words.isEmpty())
+        return qQNaN();
+    if (words.first() == u"-inf")
+        return -qInf();
+    bool ok = false;
+    const double value = words.first().toDouble(&ok);
+    return ok ? value : qQNaN();
+}
+
+// The number behind the first label after a heading of the last summary: "I:  -35.2 LUFS".
+double summaryValue(const QString& text, qsizetype summary, QStringView heading,
+                    QStringView label) {
+    const qsizetype at = text.indexOf(heading, summary);
+    // Past the heading: "True peak:" holds "peak:" itself.
+    return at < 0 ? qQNaN() : decibelsBehind(text.mid(at + heading.size()), label);
+}
+
 } // namespace
 
 QString FfmpegLabelLine(const QString& text, QStringView label) {
@@ -125,6 +145,21 @@ ProbedLengths FfprobeLengths(const QString& text) {
         type.clear();
     }
     return lengths;
+}
+
+LoudnessSummary FfmpegLoudnessSummary(const QString& text) {
+    // The filter prints a line per 100 ms at verbose level; only the summary at the end counts.
+    const qsizetype summary = text.lastIndexOf(u"Summary:");
+    if (summary < 0)
+        return {};
+    LoudnessSummary s;
+    s.integratedLufs = summaryValue(text, summary, u"Integrated loudness:", u"I:");
+    s.truePeakDb = summaryValue(text, summary, u"True peak:", u"Peak:");
+    return s;
+}
+
+double FfmpegNoiseFloorDb(const QString& text) {
+    return decibelsBehind(text, u"Noise floor dB: ");
 }
 
 } // namespace cq

@@ -4,6 +4,7 @@
 #include <QPair>
 #include <QString>
 #include <QStringList>
+#include <QtNumeric>
 
 namespace cq {
 
@@ -41,5 +42,20 @@ struct ProbedLengths {
     qint64 formatMs = -1;
 };
 ProbedLengths FfprobeLengths(const QString& text);
+
+// The summary the ebur128 filter prints when its input ends (with peak=true): the integrated
+// loudness in LUFS and the true peak in dBTP. NaN where the text holds no summary; a silent input
+// reads as -70 LUFS and -inf dBTP.
+struct LoudnessSummary {
+    double integratedLufs = qQNaN();
+    double truePeakDb = qQNaN();
+
+    bool ok() const { return !qIsNaN(integratedLufs) && !qIsNaN(truePeakDb); }
+};
+LoudnessSummary FfmpegLoudnessSummary(const QString& text);
+
+// The "Noise floor dB: " that the astats filter prints for the whole input, in dBFS; -inf for
+// digital silence, NaN when the text holds none.
+double FfmpegNoiseFloorDb(const QString& text);
 
 } // namespace cq

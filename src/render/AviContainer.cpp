@@ -11,7 +11,7 @@ QString AviContainer::suffix() const {
 
 // Long groups of pictures, because most pieces are one still picture, and every piece starts on
 // a key frame. One thread each: the pieces run on every core at once.
-QString AviContainer::pieceEncoderOptions() const {
+QString AviContainer::pieceEncoderOptions(const FrameRate&) const {
     return QStringLiteral("-an -c:v mpeg4 -q:v 4 -g 300 -threads 1 -f avi");
 }
 
@@ -32,7 +32,7 @@ StillHold AviContainer::stillHold(qint64 frames, const FrameRate& rate) const {
             QStringLiteral("-frames:v %1 -fps_mode passthrough").arg(frames)};
 }
 
-QString AviContainer::pieceProblem(const QString& file, qint64 frames) const {
+QString AviContainer::pieceProblem(const QString& file, qint64 frames, const FrameRate&) const {
     const AviContents made = ReadAviContents(file);
     if (!made.complete)
         return QStringLiteral("the piece \"%1\" is damaged: %2").arg(file, made.problem);

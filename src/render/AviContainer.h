@@ -13,9 +13,9 @@ namespace cq {
 class AviContainer : public RenderContainer {
 public:
     QString suffix() const override;
-    QString pieceEncoderOptions() const override;
+    QString pieceEncoderOptions(const FrameRate& rate) const override;
     StillHold stillHold(qint64 frames, const FrameRate& rate) const override;
-    QString pieceProblem(const QString& file, qint64 frames) const override;
+    QString pieceProblem(const QString& file, qint64 frames, const FrameRate& rate) const override;
     QString joinInputOptions() const override;
     QString resultEncoderOptions() const override;
     ResultLengths measure(const QString& file) const override;

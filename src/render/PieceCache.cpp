@@ -30,7 +30,7 @@ bool PieceCache::isReusable(const RenderSegment& s) const {
         return false;
     if (ReadFileToBytes(keyFileOf(s)) != keyText(s, piece.size()).toUtf8())
         return false;
-    return m_container.pieceProblem(s.piece, s.frames).isEmpty();
+    return m_container.pieceProblem(s.piece, s.frames, s.recipe.rate).isEmpty();
 }
 
 void PieceCache::forget(const RenderSegment& s) const {
@@ -40,7 +40,7 @@ void PieceCache::forget(const RenderSegment& s) const {
 }
 
 QString PieceCache::accept(const RenderSegment& s, bool withKey) const {
-    const QString problem = m_container.pieceProblem(s.partial, s.frames);
+    const QString problem = m_container.pieceProblem(s.partial, s.frames, s.recipe.rate);
     if (!problem.isEmpty())
         return problem;
     QFile::remove(keyFileOf(s));

@@ -71,7 +71,7 @@ QString segmentOutput(const RenderInputs& in, const RenderSegment& s, int inputI
         timing = hold.outputOptions;
     }
     return QStringLiteral("-map %1:v -vf ").arg(inputIndex) + ShellQuote(filter) + u' ' + timing +
-           QStringLiteral(" -r ") + rate + u' ' + in.container->pieceEncoderOptions() +
+           QStringLiteral(" -r ") + rate + u' ' + in.container->pieceEncoderOptions(in.frameRate) +
            QStringLiteral(" -y ") + ShellQuote(s.partial);
 }
 

@@ -32,11 +32,12 @@ public:
     // The file name suffix of pieces and results, without the dot.
     virtual QString suffix() const = 0;
     // The encoder and muxer options of a piece, from "-an" to its format.
-    virtual QString pieceEncoderOptions() const = 0;
+    virtual QString pieceEncoderOptions(const FrameRate& rate) const = 0;
     virtual StillHold stillHold(qint64 frames, const FrameRate& rate) const = 0;
-    // Why a piece file is not a whole piece of exactly this many frames; empty when it is.
-    // Reads the file: for a worker thread or a short file.
-    virtual QString pieceProblem(const QString& file, qint64 frames) const = 0;
+    // Why a piece file is not a whole piece of exactly this many frames at the rate; empty when
+    // it is. Reads the file: for a worker thread or a short file.
+    virtual QString pieceProblem(const QString& file, qint64 frames,
+                                 const FrameRate& rate) const = 0;
     // The options before "-i LIST" that read the pieces back, in order, from a concat list.
     virtual QString joinInputOptions() const = 0;
     // The result's streams: the joined video copied, the sound encoded.

@@ -4,6 +4,7 @@
 #include "platform/ToolLocator.h"
 #include "render/AviContainer.h"
 #include "render/FrameRate.h"
+#include "render/VoiceOptions.h"
 #include "studio/EventRow.h"
 
 #include <QList>
@@ -19,6 +20,7 @@ struct RenderInputs {
     QList<EventRow> rows;
     qint64 recordingMs = 0; // the voice's length
     QString voiceFile;      // RecordedAudio.wav
+    VoiceOptions voice;     // what the mix does to it
     QString workFolder;     // where the render takes a work space of its own
     QString scriptFolder;   // where the scripts of its runs are written
     QString blackPicture;   // the lead-in, and the stand-in of any item that fails
@@ -26,7 +28,7 @@ struct RenderInputs {
     QString ffprobe;        // empty: ffmpeg's own description measures a sound-only result
     QSize frameSize{320, 240};
     FrameRate frameRate;
-    QString output; // FinalMix.avi, or FinalMix.mp3 for a recording without events
+    QString output; // FinalMix.avi or .mp4, or FinalMix.mp3 for a recording without events
     bool keepVideoSound = false;
     // The message's captions. With writeCaptions, X.srt and X.vtt are written beside the output X;
     // with burnCaptions, the pieces under a cue show it in the picture.

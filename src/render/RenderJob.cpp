@@ -8,6 +8,7 @@
 #include "render/PieceScheduler.h"
 #include "render/ResultCheck.h"
 #include "render/SoundProbe.h"
+#include "render/VoiceMeasure.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -21,6 +22,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <optional>
+#include <utility>
 
 namespace cq {
 
@@ -62,6 +65,7 @@ RenderJob::~RenderJob() {
     // The steps stop their tools as they go, before the inputs and the plan they read.
     delete m_probe;
     delete m_pieces;
+    delete m_voice;
     delete m_mix;
     delete m_check;
     if (m_running && !m_space.partialOutput.isEmpty())
@@ -179,7 +183,26 @@ void RenderJob::makePlan() {
     if (!m_plan.ok())
         return fail(m_plan.error);
     QFile::remove(m_space.partialOutput);
+    measureVoice();
     stepDone();
+}
+
+// The measurement goes to the pool ahead of the pieces and runs beside them: by the time the
+// pieces are made, the mix rarely has to wait for it.
+void RenderJob::measureVoice() {
+    if (!m_in.voice.even && !m_in.voice.reduceNoise)
+        return;
+    m_voice = new VoiceMeasure(m_in.ffmpeg.path, m_in.voiceFile, m_in.voice, m_space.folder, m_pool,
+                               this);
+    connect(m_voice, &VoiceMeasure::logLine, this, &RenderJob::log);
+    connect(m_voice, &VoiceMeasure::finished, this, [this] {
+        if (!m_voice->problem().isEmpty())
+            log(QStringLiteral("the voice could not be measured; its level stays as recorded: ") +
+                m_voice->problem());
+        if (std::exchange(m_mixWaitsForVoice, false))
+            startMix();
+    });
+    m_voice->start();
 }
 
 void RenderJob::makePieces() {
@@ -204,7 +227,6 @@ void RenderJob::makePieces() {
 }
 
 void RenderJob::mix() {
-    emit statusChanged(QStringLiteral("Mixing the video with the voice"));
     if (!m_plan.audioOnly && !WriteWholeFile(m_plan.joinList.toUtf8(), m_plan.joinListFile))
         return fail(QStringLiteral("The list of pieces \"%1\" could not be written.")
                         .arg(m_plan.joinListFile));
@@ -212,6 +234,21 @@ void RenderJob::mix() {
         !WriteWholeFile(m_plan.captionTrack, m_plan.captionTrackFile))
         return fail(QStringLiteral("The captions \"%1\" could not be written.")
                         .arg(m_plan.captionTrackFile));
+    if (m_voice && m_voice->isRunning()) {
+        m_mixWaitsForVoice = true;
+        return emit statusChanged(QStringLiteral("Measuring the voice's level"));
+    }
+    startMix();
+}
+
+void RenderJob::startMix() {
+    emit statusChanged(QStringLiteral("Mixing the video with the voice"));
+    std::optional<VoiceTreatment> treatment;
+    if (m_voice && m_voice->problem().isEmpty())
+        treatment = m_voice->treatment();
+    m_report.voiceLevelReused = m_voice && m_voice->reused();
+    m_plan.finalLine =
+        FinalMixLine(m_in, m_plan, m_videosWithSound, VoiceFilter(m_in.voice, treatment));
     log(QStringLiteral("final: ") + m_plan.finalLine);
     m_mix = new MixStep(m_plan.finalLine, m_space.partialOutput,
                         m_space.scriptPrefix + QStringLiteral("0.sh"), this);
@@ -306,6 +343,8 @@ void RenderJob::fail(const QString& message) {
 void RenderJob::stopSteps() {
     if (m_probe)
         m_probe->cancel();
+    if (m_voice)
+        m_voice->cancel();
     if (m_pieces) {
         m_pieces->disconnect(this);
         m_pieces->cancel();

@@ -17,15 +17,17 @@ class MixStep;
 class PieceScheduler;
 class ResultCheck;
 class SoundProbe;
+class VoiceMeasure;
 class ToolPool;
 struct MeasuredResult;
 
 // Runs a render in steps that never block the window, each a unit of its own with its inputs and
 // its result: which videos have sound (probe), what to make (plan), the pieces, the join and the
 // mix with the voice, the check of the result's lengths against the voice, and the move of the
-// result into place. Only a result whose lengths match the voice replaces the previous one;
-// cancel stops every tool within a second. The inputs never change once the job exists. The
-// pieces are made through the shared tool pool, beside the other batches of tool runs.
+// result into place. The voice's level is measured beside the pieces; the mix waits for it. Only a
+// result whose lengths match the voice replaces the previous one; cancel stops every tool within a
+// second. The inputs never change once the job exists. The pieces are made through the shared tool
+// pool, beside the other batches of tool runs.
 class RenderJob : public QObject {
     Q_OBJECT
 public:
@@ -59,8 +61,10 @@ private:
     bool prepare();
     void probe();
     void makePlan();
+    void measureVoice();
     void makePieces();
     void mix();
+    void startMix();
     void verify();
     void judge(const MeasuredResult& measured);
     void publish();
@@ -81,10 +85,12 @@ private:
     Step m_step = Step::Probe;
     SoundProbe* m_probe = nullptr;
     PieceScheduler* m_pieces = nullptr;
+    VoiceMeasure* m_voice = nullptr;
     MixStep* m_mix = nullptr;
     ResultCheck* m_check = nullptr;
     bool m_running = false;
     bool m_cancelling = false;
+    bool m_mixWaitsForVoice = false;
     int m_lastPercent = -1;
     QStringList m_log;
     QElapsedTimer m_clock;

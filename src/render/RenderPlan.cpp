@@ -95,8 +95,9 @@ private:
         s.firstFrame = first;
         s.frames = frames;
         s.sourceStartMs = kind == SegmentKind::Video ? sourceStartMs : 0;
-        s.recipe = PieceRecipe::of(kind, source, s.sourceStartMs, frames, m_in.frameSize,
-                                   m_in.frameRate, m_in.container->pieceEncoderOptions());
+        s.recipe =
+            PieceRecipe::of(kind, source, s.sourceStartMs, frames, m_in.frameSize, m_in.frameRate,
+                            m_in.container->pieceEncoderOptions(m_in.frameRate));
         if (m_in.burnCaptions)
             s.captions = PieceCuesOf(m_in.captions, m_in.frameRate, first, frames);
         s.recipe.captions = PieceCuesRecipe(s.captions);
@@ -128,20 +129,40 @@ void addSegments(const RenderInputs& in, const RenderSpace& space, RenderPlan& p
     }
 }
 
+// The time of a frame in whole microseconds, rounded to the nearest.
+qint64 frameMicroseconds(qint64 frame, const FrameRate& rate) {
+    return (frame * rate.den * 2000000 + rate.num) / (2 * rate.num);
+}
+
 // Pieces are named by the list's own folder, where they all are: ffmpeg reads the list line by
 // line, so a full path could be broken by a line end in a folder's name; a piece's own name is
 // hexadecimal digits and a suffix.
-QString joinListText(const RenderPlan& plan) {
+// Each piece's duration is given, in microseconds, as the step between the rounded times of its
+// first frame and the next piece's: the join places each piece at the sum of the durations
+// before it, so the rounding never adds up, and it need not read a duration that a container
+// keeps only to the millisecond.
+QString joinListText(const RenderPlan& plan, const FrameRate& rate) {
     QString text = QStringLiteral("ffconcat version 1.0\n");
-    for (const RenderSegment& s : plan.segments)
-        text += QStringLiteral("file ") + QFileInfo(s.piece).fileName() + u'\n';
+    for (const RenderSegment& s : plan.segments) {
+        const qint64 us = frameMicroseconds(s.firstFrame + s.frames, rate) -
+                          frameMicroseconds(s.firstFrame, rate);
+        text += QStringLiteral("file ") + QFileInfo(s.piece).fileName() +
+                QStringLiteral("\nduration %1.%2\n")
+                    .arg(us / 1000000)
+                    .arg(us % 1000000, 6, 10, QChar(u'0'));
+    }
     return text;
+}
+
+// The voice's own filters, when it goes to the result alone.
+QString voiceFilterOption(const QString& voiceFilter) {
+    return voiceFilter.isEmpty() ? QString() : QStringLiteral(" -af ") + ShellQuote(voiceFilter);
 }
 
 // The sound of each kept video, delayed to its place, mixed under the voice; the voice alone
 // when no video keeps its sound. The voice sets the length.
 QString soundInputsAndMap(const RenderPlan& plan, const QSet<QString>& videosWithSound,
-                          int firstInput) {
+                          const QString& voiceFilter, int firstInput) {
     QString inputs;
     QStringList chains;
     int inputIndex = firstInput;
@@ -158,8 +179,14 @@ QString soundInputsAndMap(const RenderPlan& plan, const QSet<QString>& videosWit
         ++inputIndex;
     }
     if (chains.isEmpty())
-        return inputs + QStringLiteral(" -map 0:v -map 1:a");
-    QString graph = chains.join(u';') + QStringLiteral(";[1:a]");
+        return inputs + QStringLiteral(" -map 0:v -map 1:a") + voiceFilterOption(voiceFilter);
+    QString graph = chains.join(u';') + u';';
+    QString voice = QStringLiteral("[1:a]");
+    if (!voiceFilter.isEmpty()) {
+        graph += voice + voiceFilter + QStringLiteral("[voice];");
+        voice = QStringLiteral("[voice]");
+    }
+    graph += voice;
     for (int k = firstInput; k < inputIndex; ++k)
         graph += QStringLiteral("[s%1]").arg(k);
     // duration=first: the voice sets the length; normalize=0 keeps the voice's level.
@@ -172,14 +199,14 @@ QString soundInputsAndMap(const RenderPlan& plan, const QSet<QString>& videosWit
 // The pieces are already in the result's codec, size and rate, starting on a key frame: they
 // are joined by stream copy, and only the sound is encoded. A cue track is the third input, and
 // the videos' sounds follow it.
-QString finalMixLine(const RenderInputs& in, const RenderPlan& plan,
-                     const QSet<QString>& videosWithSound) {
+QString videoMixLine(const RenderInputs& in, const RenderPlan& plan,
+                     const QSet<QString>& videosWithSound, const QString& voiceFilter) {
     const bool track = !plan.captionTrackFile.isEmpty();
     return head(in.ffmpeg.path) + QStringLiteral(" -progress pipe:1 -nostats ") +
            in.container->joinInputOptions() + QStringLiteral(" -i ") +
            ShellQuote(plan.joinListFile) + QStringLiteral(" -i ") + ShellQuote(in.voiceFile) +
            (track ? QStringLiteral(" -i ") + ShellQuote(plan.captionTrackFile) : QString()) +
-           soundInputsAndMap(plan, videosWithSound, track ? 3 : 2) +
+           soundInputsAndMap(plan, videosWithSound, voiceFilter, track ? 3 : 2) +
            (track ? QStringLiteral(" -map 2:s ") + in.container->captionTrackOptions()
                   : QString()) +
            u' ' + in.container->resultEncoderOptions() + QStringLiteral(" -y ") +
@@ -201,6 +228,15 @@ QByteArray captionTrackOf(const RenderInputs& in) {
 }
 
 } // namespace
+
+QString FinalMixLine(const RenderInputs& in, const RenderPlan& plan,
+                     const QSet<QString>& videosWithSound, const QString& voiceFilter) {
+    if (!plan.audioOnly)
+        return videoMixLine(in, plan, videosWithSound, voiceFilter);
+    return head(in.ffmpeg.path) + QStringLiteral(" -progress pipe:1 -nostats -i ") +
+           ShellQuote(in.voiceFile) + voiceFilterOption(voiceFilter) + QStringLiteral(" -y ") +
+           ShellQuote(plan.partialOutput);
+}
 
 QStringList RenderPlan::distinctPieces() const {
     QStringList pieces;
@@ -241,18 +277,16 @@ RenderPlan BuildRenderPlan(const RenderInputs& in, const RenderSpace& space,
         return plan;
     if (in.rows.isEmpty()) {
         plan.audioOnly = true;
-        plan.finalLine = head(in.ffmpeg.path) + QStringLiteral(" -progress pipe:1 -nostats -i ") +
-                         ShellQuote(in.voiceFile) + QStringLiteral(" -y ") +
-                         ShellQuote(plan.partialOutput);
+        plan.finalLine = FinalMixLine(in, plan, videosWithSound, {});
         return plan;
     }
     addSegments(in, space, plan);
     plan.joinListFile = space.folder + QStringLiteral("/FinalVideo.txt");
-    plan.joinList = joinListText(plan);
+    plan.joinList = joinListText(plan, in.frameRate);
     plan.captionTrack = captionTrackOf(in);
     if (!plan.captionTrack.isEmpty())
         plan.captionTrackFile = space.folder + QStringLiteral("/Captions.srt");
-    plan.finalLine = finalMixLine(in, plan, videosWithSound);
+    plan.finalLine = FinalMixLine(in, plan, videosWithSound, {});
     return plan;
 }
 

@@ -36,7 +36,7 @@ struct RenderPlan {
     QList<RenderSegment> segments;
     QString joinList;     // ffconcat text naming every piece in order
     QString joinListFile; // where it is written
-    QString finalLine;    // the pieces joined by stream copy, mixed with the voice
+    QString finalLine;    // the pieces joined by stream copy, mixed with the voice as recorded
     // SRT for the result's own subtitle track, empty for none, and where it is written for the
     // final line to read.
     QByteArray captionTrack;
@@ -53,6 +53,11 @@ struct RenderPlan {
 // videosWithSound: the videos whose own sound is mixed under the voice.
 RenderPlan BuildRenderPlan(const RenderInputs& in, const RenderSpace& space,
                            const QSet<QString>& videosWithSound);
+
+// The line that joins the pieces (if any) and mixes in the voice, its sound through voiceFilter
+// first (empty: as recorded). Known only once the voice is measured, after the plan.
+QString FinalMixLine(const RenderInputs& in, const RenderPlan& plan,
+                     const QSet<QString>& videosWithSound, const QString& voiceFilter);
 
 // Why a file cannot be handed to a tool: a FIFO would stall it, a device might never end, a
 // folder is no media. Empty for a regular file (after following links) or a missing one, which

@@ -20,7 +20,8 @@ struct RenderReport {
     bool lengthOk = false; // every measured length within the tolerance of the voice
     qint64 elapsedMs = 0;
     int reusedPieces = 0;
-    int removedOldFiles = 0; // pieces of older timelines removed after the render
+    int removedOldFiles = 0;       // pieces of older timelines removed after the render
+    bool voiceLevelReused = false; // the voice's gain came from an earlier render's measurement
 
     bool ok() const { return outcome == Outcome::Rendered && lengthOk; }
 };

@@ -66,11 +66,11 @@ EmailHandOverReadResult ReadEmailHandOver(const QString& gstrSystemTempDirectory
     return result;
 }
 
-QString ChooseEmailAttachment(int eventCount, const QString& gstrFinalMixAVIFileSpec,
+QString ChooseEmailAttachment(int eventCount, const QString& finalMixVideo,
                               const QString& gstrFinalMixMP3FileSpec) {
     if (eventCount == 0 && QFileInfo(gstrFinalMixMP3FileSpec).isFile())
         return gstrFinalMixMP3FileSpec;
-    return gstrFinalMixAVIFileSpec;
+    return finalMixVideo;
 }
 
 } // namespace cq

@@ -37,7 +37,7 @@ EmailHandOverReadResult ReadEmailHandOver(const QString& gstrSystemTempDirectory
 
 // A recording without clicked media is a voice message: its sound-only render is sent when it
 // exists. Otherwise, and whenever events were logged, the rendered video is sent.
-QString ChooseEmailAttachment(int eventCount, const QString& gstrFinalMixAVIFileSpec,
+QString ChooseEmailAttachment(int eventCount, const QString& finalMixVideo,
                               const QString& gstrFinalMixMP3FileSpec);
 
 } // namespace cq

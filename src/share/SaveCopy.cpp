@@ -22,10 +22,9 @@ QString SaveNameProblem(const QString& name) {
     return {};
 }
 
-QString RenderedFileToSave(const QString& gstrFinalMixAVIFileSpec,
-                           const QString& gstrFinalMixMP3FileSpec) {
-    if (QFileInfo(gstrFinalMixAVIFileSpec).isFile())
-        return gstrFinalMixAVIFileSpec;
+QString RenderedFileToSave(const QString& finalMixVideo, const QString& gstrFinalMixMP3FileSpec) {
+    if (QFileInfo(finalMixVideo).isFile())
+        return finalMixVideo;
     if (QFileInfo(gstrFinalMixMP3FileSpec).isFile())
         return gstrFinalMixMP3FileSpec;
     return {};

@@ -10,8 +10,7 @@ QString SaveNameProblem(const QString& name);
 
 // The rendered file to save: the video when it exists, else the sound-only render; empty when
 // there is neither.
-QString RenderedFileToSave(const QString& gstrFinalMixAVIFileSpec,
-                           const QString& gstrFinalMixMP3FileSpec);
+QString RenderedFileToSave(const QString& finalMixVideo, const QString& gstrFinalMixMP3FileSpec);
 
 // folder + "/" + trimmed name + the source's extension (".avi" or ".mp3"). A root folder ("/")
 // gives "/name.avi".

@@ -29,6 +29,7 @@ AppPaths AppPaths::forFolder(const QString& appFolder) {
     p.gstrFinalVideoFileSpec = at("/ClipquillTempFiles/FinalVideo.mpg");
     p.gstrSoundEffectsDirectory = at("/SystemMedia/Sound Effects");
     p.gstrFinalMixAVIFileSpec = at("/ClipquillTempFiles/FinalMix.avi");
+    p.gstrFinalMixMP4FileSpec = at("/ClipquillTempFiles/FinalMix.mp4");
     p.gstrFinalMixMP3FileSpec = at("/ClipquillTempFiles/FinalMix.mp3");
     p.gstrSystemTempDirectory = at("/SystemTemp");
     p.tempDirectory = at("/Temp");
@@ -57,6 +58,7 @@ QList<QPair<QString, QString>> AppPaths::globals() const {
         {QStringLiteral("gstrFinalVideoFileSpec"), gstrFinalVideoFileSpec},
         {QStringLiteral("gstrSoundEffectsDirectory"), gstrSoundEffectsDirectory},
         {QStringLiteral("gstrFinalMixAVIFileSpec"), gstrFinalMixAVIFileSpec},
+        {QStringLiteral("gstrFinalMixMP4FileSpec"), gstrFinalMixMP4FileSpec},
         {QStringLiteral("gstrFinalMixMP3FileSpec"), gstrFinalMixMP3FileSpec},
         {QStringLiteral("gstrSystemTempDirectory"), gstrSystemTempDirectory},
     };

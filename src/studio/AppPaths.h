@@ -27,6 +27,7 @@ struct AppPaths {
     QString gstrFinalVideoFileSpec;
     QString gstrSoundEffectsDirectory;
     QString gstrFinalMixAVIFileSpec;
+    QString gstrFinalMixMP4FileSpec;
     QString gstrFinalMixMP3FileSpec;
     QString gstrSystemTempDirectory;
 

@@ -1,5 +1,6 @@
 #include "take/TakeFiles.h"
 
+#include "captions/CaptionsFile.h"
 #include "platform/TextFiles.h"
 #include "platform/WavFormat.h"
 #include "studio/TimelineFile.h"
@@ -33,6 +34,10 @@ QString TakeFiles::journalFileSpec() const {
     return QDir(m_workFolder).filePath(QString::fromLatin1(kTakeJournalFileName));
 }
 
+QString TakeFiles::captionsFileSpec() const {
+    return CaptionsFileIn(m_workFolder);
+}
+
 bool TakeFiles::isUnsaved() const {
     return QFileInfo(journalFileSpec()).isFile();
 }
@@ -59,6 +64,9 @@ KeptTake TakeFiles::restore() const {
         take.voiceProblem = QStringLiteral("no voice was recorded");
     else if (RepairWavLength(m_voiceFileSpec, &take.voiceProblem))
         take.voiceMs = WavDurationMs(m_voiceFileSpec);
+    const ReadCues captions = ReadCaptionsFile(captionsFileSpec());
+    take.captions = captions.cues;
+    take.captionsProblem = captions.problem;
     return take;
 }
 
@@ -71,14 +79,19 @@ void TakeFiles::discard() const {
     for (const QString& name : workFolderFileNames(m_workFolder, journalRows()))
         QFile::remove(work.filePath(name));
     QFile::remove(m_voiceFileSpec);
+    QFile::remove(captionsFileSpec());
     QFile::remove(journalFileSpec());
 }
 
 QStringList TakeFiles::keptFileNames() const {
     if (!isUnsaved())
         return {};
-    return workFolderFileNames(m_workFolder, journalRows())
-           << QFileInfo(m_voiceFileSpec).fileName() << QString::fromLatin1(kTakeJournalFileName);
+    QStringList names = workFolderFileNames(m_workFolder, journalRows())
+                        << QFileInfo(m_voiceFileSpec).fileName()
+                        << QString::fromLatin1(kTakeJournalFileName);
+    if (QFileInfo::exists(captionsFileSpec()))
+        names << QString::fromLatin1(kCaptionsFileName);
+    return names;
 }
 
 } // namespace cq

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "captions/CaptionCue.h"
 #include "studio/EventRow.h"
 
 #include <QList>
@@ -15,24 +16,28 @@ struct KeptTake {
     QList<EventRow> rows;
     qint64 voiceMs = -1;  // -1 when there is no usable voice
     QString voiceProblem; // why the voice could not be had back; empty when it could
+    CaptionCues captions;
+    QString captionsProblem; // why some or all of the captions could not be had back
 };
 
-// The files of the take in the work folder: the voice, the journal of its clicks and the
-// pictures of its text events. While the journal is there the take was never saved as a
-// project nor discarded, so it is kept for the user to have back.
+// The files of the take in the work folder: the voice, the journal of its clicks, the
+// pictures of its text events and its captions. While the journal is there the take was never saved
+// as a project nor discarded, so it is kept for the user to have back.
 class TakeFiles {
 public:
     TakeFiles(QString workFolder, QString voiceFileSpec);
 
     QString journalFileSpec() const;
     QString voiceFileSpec() const { return m_voiceFileSpec; }
+    QString captionsFileSpec() const;
     bool isUnsaved() const;
 
     // Repairs the voice's header and reads the journal.
     KeptTake restore() const;
     // The take is kept elsewhere now (a project): the mark goes, the files stay for replay.
     void markSaved() const;
-    // Removes the journal, the voice and the text pictures the journal names in the work folder.
+    // Removes the journal, the voice, the captions and the text pictures the journal names in the
+    // work folder.
     void discard() const;
     // The names of the files in the work folder that an unsaved take needs; none once saved.
     QStringList keptFileNames() const;

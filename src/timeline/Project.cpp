@@ -1,5 +1,6 @@
 #include "timeline/Project.h"
 
+#include "captions/CaptionsFile.h"
 #include "platform/Folders.h"
 #include "platform/WavFormat.h"
 #include "studio/TimelineFile.h"
@@ -51,7 +52,8 @@ bool IsProjectFolder(const QString& folder) {
 }
 
 ProjectResult SaveProject(const QString& projectFolder, const QList<EventRow>& rows,
-                          const QString& voiceFileSpec, const QString& workFolder) {
+                          const QString& voiceFileSpec, const QString& workFolder,
+                          const CaptionCues& captions) {
     ProjectResult result;
     if (!QFileInfo(voiceFileSpec).isFile()) {
         result.error = QStringLiteral("Please record a sound first");
@@ -81,6 +83,9 @@ ProjectResult SaveProject(const QString& projectFolder, const QList<EventRow>& r
     const QString timeline = project.filePath(QString::fromLatin1(kProjectTimelineFileName));
     if (!WriteTimelineFile(saved, timeline))
         result.error = QStringLiteral("\"%1\" could not be written.").arg(timeline);
+    const QString captionsFile = CaptionsFileIn(projectFolder);
+    if (result.ok() && !SaveCaptionsFile(captions, captionsFile))
+        result.error = QStringLiteral("\"%1\" could not be written.").arg(captionsFile);
     result.rows = saved;
     return result;
 }
@@ -121,6 +126,9 @@ ProjectResult OpenProject(const QString& projectFolder, const QString& voiceFile
     }
     result.missingFiles.removeDuplicates();
     result.rows = read.rows;
+    const ReadCues captions = ReadCaptionsFile(CaptionsFileIn(projectFolder));
+    result.captions = captions.cues;
+    result.captionsProblem = captions.problem;
     return result;
 }
 

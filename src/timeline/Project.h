@@ -1,5 +1,6 @@
 #pragma once
 
+#include "captions/CaptionCue.h"
 #include "studio/EventRow.h"
 
 #include <QList>
@@ -9,13 +10,15 @@
 namespace cq {
 
 // A project keeps a recording across restarts (the work folder is emptied at every exit): a
-// folder holding RecordedAudio.wav, copies of the text pictures, and Timeline.txt with the
-// event rows.
+// folder holding RecordedAudio.wav, copies of the text pictures, Timeline.txt with the event
+// rows and, when the message has captions, Captions.srt with them.
 struct ProjectResult {
     QString error;            // empty when the project was saved / opened
     QStringList missingFiles; // media the rows name that are not there
     QList<EventRow> rows;     // opened: the rows, text pictures pointing into the work folder
     qint64 voiceMs = -1;      // opened: the recorded voice's length
+    CaptionCues captions;     // opened: the project's captions, none when it has no file
+    QString captionsProblem;  // opened: why some or all of the captions could not be read
     bool ok() const { return error.isEmpty(); }
 };
 
@@ -26,12 +29,14 @@ inline constexpr char kProjectTimelineFileName[] = "Timeline.txt";
 bool IsProjectFolder(const QString& folder);
 
 // Copies the voice and the pictures of text events that live in the work folder into the
-// project folder (made when missing) and writes Timeline.txt.
+// project folder (made when missing) and writes Timeline.txt and the captions (no captions
+// remove an older project's file).
 ProjectResult SaveProject(const QString& projectFolder, const QList<EventRow>& rows,
-                          const QString& voiceFileSpec, const QString& workFolder);
+                          const QString& voiceFileSpec, const QString& workFolder,
+                          const CaptionCues& captions = {});
 
 // Reads Timeline.txt (a bad line rejects the project, naming the line), copies the voice to
-// voiceFileSpec and the project's text pictures into the work folder.
+// voiceFileSpec and the project's text pictures into the work folder, and reads the captions.
 ProjectResult OpenProject(const QString& projectFolder, const QString& voiceFileSpec,
                           const QString& workFolder);
 

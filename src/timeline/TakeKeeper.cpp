@@ -1,17 +1,20 @@
 #include "timeline/TakeKeeper.h"
 
+#include "captions/CaptionTableModel.h"
+#include "captions/CaptionsFile.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/RecordingController.h"
 #include "timeline/RecordingState.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 namespace cq {
 
 TakeKeeper::TakeKeeper(RecordingController& controller, EventLogger& logger,
-                       const QString& workFolder, QObject* parent)
-    : QObject(parent), m_controller(controller), m_logger(logger),
+                       CaptionTableModel& captions, const QString& workFolder, QObject* parent)
+    : QObject(parent), m_controller(controller), m_logger(logger), m_captions(captions),
       m_files(workFolder, controller.voiceFileSpec()), m_journal(new TakeJournal(this)) {
     connect(&m_controller, &RecordingController::recordingChanged, this,
             &TakeKeeper::onRecordingChanged);
@@ -19,6 +22,7 @@ TakeKeeper::TakeKeeper(RecordingController& controller, EventLogger& logger,
     connect(&m_logger.grid(), &EventGridModel::dataChanged, this, &TakeKeeper::onRowsCorrected);
     connect(&m_logger.grid(), &EventGridModel::rowsRemoved, this, &TakeKeeper::onRowsCorrected);
     connect(m_journal, &TakeJournal::writeFailed, this, &TakeKeeper::stopOnJournalFailure);
+    connect(&m_captions, &CaptionTableModel::cuesChanged, this, &TakeKeeper::onCaptionsChanged);
 }
 
 void TakeKeeper::onRecordingChanged(bool recording) {
@@ -29,6 +33,9 @@ void TakeKeeper::onRecordingChanged(bool recording) {
             m_files.markSaved();
         return;
     }
+    // A new take starts without captions: the old ones were of another voice.
+    m_captions.clear();
+    QFile::remove(m_files.captionsFileSpec());
     if (!m_journal->start(m_files.journalFileSpec()))
         stopOnJournalFailure(m_journal->errorString());
 }
@@ -39,6 +46,20 @@ void TakeKeeper::onRowLogged(int row) {
 
 void TakeKeeper::onRowsCorrected() {
     if (!m_logger.state().gblnRecording && isUnsaved())
+        m_journal->rewrite(m_files.journalFileSpec(), m_logger.grid().rows());
+}
+
+void TakeKeeper::onCaptionsChanged() {
+    if (!SaveCaptionsFile(m_captions.cues(), m_files.captionsFileSpec()))
+        emit captionsFailed(QStringLiteral("Captions"),
+                            QStringLiteral("The captions could not be written to \"%1\"; the "
+                                           "disk may be full. Save the project to keep them.")
+                                .arg(m_files.captionsFileSpec()));
+    if (m_logger.state().gblnRecording || isUnsaved())
+        return;
+    // Captions of a saved take (or of an opened project) changed: the take is worth keeping again
+    // until it is saved, unless there is no take at all.
+    if (m_logger.grid().rowCount() > 0 || QFileInfo(m_files.voiceFileSpec()).isFile())
         m_journal->rewrite(m_files.journalFileSpec(), m_logger.grid().rows());
 }
 
@@ -58,6 +79,11 @@ QString TakeKeeper::restore() {
     m_logger.reset();
     m_logger.grid().setRows(take.rows);
     m_logger.state().recordingLengthMs = qMax<qint64>(take.voiceMs, 0);
+    m_captions.loadCues(take.captions);
+    if (!take.captionsProblem.isEmpty())
+        emit captionsFailed(QStringLiteral("Restore"),
+                            QStringLiteral("Not all captions of the recording are back: %1")
+                                .arg(take.captionsProblem));
     return take.voiceProblem;
 }
 
@@ -67,6 +93,7 @@ void TakeKeeper::markSaved() {
 
 void TakeKeeper::discard() {
     m_files.discard();
+    m_captions.clear();
     m_logger.reset();
     m_logger.state().recordingLengthMs = 0;
 }

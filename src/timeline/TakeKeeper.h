@@ -9,25 +9,29 @@
 
 namespace cq {
 
+class CaptionTableModel;
 class EventGridModel;
 class EventLogger;
 class RecordingController;
 struct RecordingState;
 
 // Keeps the take that was recorded until it is saved as a project or discarded: the clicks go
-// to the journal as they are logged, a take left by a studio that ended without saving is
-// offered back, and only a saved or discarded take leaves the work folder.
+// to the journal as they are logged, the captions to their file whenever they change, a take
+// left by a studio that ended without saving is offered back, and only a saved or discarded take
+// leaves the work folder. Captions changed after the take was saved make it unsaved again.
 class TakeKeeper : public QObject {
     Q_OBJECT
 public:
-    // The take is the one the controller records, logged by the logger into the grid.
-    TakeKeeper(RecordingController& controller, EventLogger& logger, const QString& workFolder,
-               QObject* parent = nullptr);
+    // The take is the one the controller records, logged by the logger into the grid, with the
+    // captions of the editor.
+    TakeKeeper(RecordingController& controller, EventLogger& logger, CaptionTableModel& captions,
+               const QString& workFolder, QObject* parent = nullptr);
 
     // A take was recorded (or restored) and is neither saved nor discarded.
     bool isUnsaved() const { return m_files.isUnsaved(); }
-    // Puts the voice and the grid back as the take left them; returns what could not be had
-    // back (empty when all was).
+    // Puts the voice, the grid and the captions back as the take left them; returns what of the
+    // voice could not be had back (empty when all was). Captions that could not be read are
+    // reported by captionsFailed.
     QString restore();
     void markSaved();
     void discard();
@@ -37,15 +41,19 @@ public:
 signals:
     // The journal could not be written: the take was stopped.
     void journalFailed(const QString& title, const QString& text);
+    // The captions could not be written to the work folder, or not all read back from it.
+    void captionsFailed(const QString& title, const QString& text);
 
 private:
     void onRecordingChanged(bool recording);
     void onRowLogged(int row);
     void onRowsCorrected();
+    void onCaptionsChanged();
     void stopOnJournalFailure(const QString& why);
 
     RecordingController& m_controller;
     EventLogger& m_logger;
+    CaptionTableModel& m_captions;
     TakeFiles m_files;
     TakeJournal* m_journal;
 };

@@ -1,3 +1,5 @@
+#include "OnePictureTake.h"
+
 #include "app/StudioRender.h"
 #include "app/widgets/KeepAwake.h"
 #include "app/widgets/MediaStation.h"
@@ -57,18 +59,7 @@ TEST(RenderResult, ARenderedVideoTakesTheDisplayPlaceReadyToPlay) {
     test::TestAppFolder app;
     auto w = test::OpenStudio(app);
     const AppPaths& paths = w->paths();
-    QImage picture(320, 240, QImage::Format_RGB32);
-    picture.fill(Qt::red);
-    const QString red = app.file("red.jpg");
-    ASSERT_TRUE(picture.save(red));
-    QProcess ffmpeg;
-    ffmpeg.start("ffmpeg", {"-hide_banner", "-loglevel", "error", "-f", "lavfi", "-i",
-                            "sine=frequency=440:duration=2", "-ar", "44100", "-ac", "1", "-c:a",
-                            "pcm_s16le", "-y", paths.gstrRecordedAudioFileSpec});
-    ASSERT_TRUE(ffmpeg.waitForFinished(30000));
-    ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
-    ASSERT_TRUE(w->timeline().grid().appendRowText("1\tPictures\t1.000\t\t" + red));
-    w->recordingState().recordingLengthMs = 2000;
+    ASSERT_NO_FATAL_FAILURE(test::PrepareOnePictureTake(*w, app, Qt::red, "1.000"));
 
     // Stop, as at the end of the recording, ends the keep-alive.
     button(*w, "cmdPause")->click();

@@ -13,7 +13,8 @@ StudioOptions parse(const QStringList& args) {
 TEST(StudioOptions, EveryOptionReachesItsFieldInEitherSpelling) {
     const StudioOptions o =
         parse({"--app-dir", "/a b", "--render", "/p/Timeline.txt", "--voice", "/v.wav",
-               "--size=640X480", "--output", "/o.avi", "--video-sound"});
+               "--size=640X480", "--output", "/o.avi", "--video-sound", "--raw-voice",
+               "--reduce-noise", "--captions", "--burn-captions"});
     EXPECT_TRUE(o.error.isEmpty()) << o.error.toStdString();
     EXPECT_EQ(o.appDir, "/a b");
     EXPECT_EQ(o.render, "/p/Timeline.txt");
@@ -21,11 +22,16 @@ TEST(StudioOptions, EveryOptionReachesItsFieldInEitherSpelling) {
     EXPECT_EQ(o.size, "640X480");
     EXPECT_EQ(o.output, "/o.avi");
     EXPECT_TRUE(o.videoSound);
+    EXPECT_TRUE(o.rawVoice);
+    EXPECT_TRUE(o.reduceNoise);
+    EXPECT_TRUE(o.captions);
+    EXPECT_TRUE(o.burnCaptions);
     EXPECT_FALSE(o.check);
 
     const StudioOptions none = parse({});
     EXPECT_TRUE(none.error.isEmpty());
-    EXPECT_FALSE(none.videoSound || none.check || none.help || none.version);
+    EXPECT_FALSE(none.videoSound || none.rawVoice || none.reduceNoise || none.check || none.help ||
+                 none.version || none.captions || none.burnCaptions);
     EXPECT_TRUE(parse({"--check"}).check);
     EXPECT_TRUE(parse({"-h"}).help);
     EXPECT_TRUE(parse({"--version"}).version);
@@ -46,6 +52,7 @@ TEST(StudioOptions, UsageListsEveryOption) {
     EXPECT_TRUE(usage.startsWith("Usage: clipquill")) << usage.toStdString();
     for (const char* option :
          {"--app-dir <DIR>", "--check", "--render <TIMELINE>", "--voice <WAV>", "--size <WxH>",
-          "--output <FILE>", "--video-sound", "--help", "--version"})
+          "--output <FILE>", "--video-sound", "--raw-voice", "--reduce-noise", "--captions",
+          "--burn-captions", "--help", "--version"})
         EXPECT_TRUE(usage.contains(option)) << option;
 }

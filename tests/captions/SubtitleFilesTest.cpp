@@ -1,14 +1,9 @@
 #include "captions/SubtitleFiles.h"
+#include "support/CuePrinting.h"
 
 #include <gtest/gtest.h>
 
 using namespace cq;
-
-namespace cq {
-void PrintTo(const CaptionCue& cue, std::ostream* os) {
-    *os << cue.startMs << "-" << cue.endMs << " \"" << cue.text.toStdString() << '"';
-}
-} // namespace cq
 
 namespace {
 

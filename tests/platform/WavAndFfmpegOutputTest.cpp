@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <sys/stat.h>
 
 using namespace cq;
@@ -137,4 +138,37 @@ TEST(FfmpegOutput, DurationProgressAndProbeLines) {
     const ProbedLengths none = FfprobeLengths("codec_type=audio\nduration=N/A\nduration=N/A\n");
     EXPECT_EQ(none.audioMs, -1);
     EXPECT_EQ(none.formatMs, -1);
+}
+
+// The summaries as this ffmpeg prints them: a tone, digital silence, and a run that printed none.
+TEST(FfmpegOutput, LoudnessAndNoiseFloorSummaries) {
+    auto stderrOf = [](const QString& source, const QString& filter) {
+        ToolRunner runner;
+        const RunResult r =
+            runner.runProgram(LocateTool({}, "ffmpeg", "ffmpeg").path,
+                              {"-nostdin", "-hide_banner", "-nostats", "-f", "lavfi", "-i", source,
+                               "-af", filter, "-f", "null", "-"});
+        EXPECT_TRUE(r.ok()) << r.errorText.toStdString();
+        return r.errorText;
+    };
+    const QString loudness = "ebur128=peak=true:framelog=verbose";
+    const QString floor = "astats=measure_overall=Noise_floor:measure_perchannel=none";
+    // The sine source's amplitude is 1/8: peaks at -18.1 dB, its power 3 dB under that.
+    const LoudnessSummary tone = FfmpegLoudnessSummary(stderrOf("sine=f=1000:d=3", loudness));
+    ASSERT_TRUE(tone.ok());
+    EXPECT_NEAR(tone.integratedLufs, -21.1, 0.3);
+    EXPECT_NEAR(tone.truePeakDb, -18.1, 0.3);
+
+    const QString silence = "anullsrc=r=44100:cl=mono:d=2";
+    const LoudnessSummary quiet = FfmpegLoudnessSummary(stderrOf(silence, loudness));
+    EXPECT_EQ(quiet.integratedLufs, -70.0);
+    EXPECT_TRUE(std::isinf(quiet.truePeakDb) && quiet.truePeakDb < 0);
+    EXPECT_TRUE(std::isinf(FfmpegNoiseFloorDb(stderrOf(silence, floor))));
+
+    const double hiss = FfmpegNoiseFloorDb(stderrOf("anoisesrc=amplitude=0.01:d=2", floor));
+    EXPECT_LT(hiss, -30);
+    EXPECT_GT(hiss, -60);
+
+    EXPECT_FALSE(FfmpegLoudnessSummary("Input #0, wav\n  Duration: 00:00:01.00").ok());
+    EXPECT_TRUE(std::isnan(FfmpegNoiseFloorDb("nothing measured")));
 }

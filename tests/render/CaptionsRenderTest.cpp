@@ -4,6 +4,7 @@
 #include "platform/TextFiles.h"
 #include "platform/ToolRunner.h"
 #include "render/AviContents.h"
+#include "studio/FinalMix.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -165,4 +166,45 @@ TEST_F(CaptionsRender, AnUnreadablePictureCutByACueShowsBlackAndIsNamedOnce) {
     EXPECT_EQ(report.failedItems, QStringList{broken});
     EXPECT_EQ(report.message.count(broken), 1) << report.message.toStdString();
     EXPECT_EQ(test::ColourName(media.colourAt(paths.gstrFinalMixAVIFileSpec, 0.7)), "black");
+}
+
+TEST_F(CaptionsRender, AnMp4CarriesTheCuesAsAnEnglishTrackAndBurnedIn) {
+    studio.renderFormat = RenderFormat::Mp4;
+    RenderInputs in = message();
+    in.writeCaptions = true;
+    in.burnCaptions = true;
+    in.captions = {{500, 1200, "First, with: 'quotes'"},
+                   {2000, 2700, "Second"},
+                   {3800, 9000, "Past the voice's end"}};
+    const RenderReport report = render(in);
+    ASSERT_TRUE(report.ok()) << report.message.toStdString();
+    const QString out = paths.gstrFinalMixMP4FileSpec;
+    ASSERT_EQ(report.output, out);
+    ToolRunner probe;
+    probe.runProgram(LocateFfprobe(paths),
+                     {"-v", "error", "-show_entries",
+                      "stream=codec_type,codec_name:stream_tags=language", "-of", "csv=p=0", out});
+    EXPECT_EQ(QString::fromUtf8(probe.standardOutput()).simplified().toStdString(),
+              "h264,video,und aac,audio,und mov_text,subtitle,eng");
+    // The track's cues read back as they were given, the last cut to the voice.
+    ToolRunner track;
+    track.runProgram(paths.gstrFFMPEGFileSpec,
+                     {"-nostdin", "-v", "error", "-i", out, "-map", "0:s", "-f", "srt", "-"});
+    const ReadCues read = ReadSubtitles(track.standardOutput());
+    ASSERT_EQ(read.cues.size(), 3) << track.standardOutput().toStdString();
+    EXPECT_EQ(read.cues[0], in.captions[0]);
+    EXPECT_EQ(read.cues[2].endMs, 4000);
+    // The index still comes before the media, and the voice sets the length.
+    const QByteArray bytes = ReadFileToBytes(out);
+    EXPECT_LT(bytes.indexOf("moov"), bytes.indexOf("mdat"));
+    EXPECT_NEAR(media.duration(out, "format"), 4.0, 0.2);
+    // Burned in as well: the frame under the first cue shows it at the bottom.
+    const QImage frame = frameAt(out, 0.8);
+    ASSERT_FALSE(frame.isNull());
+    int white = 0;
+    for (int row = kCaptionTop; row < kHeight; ++row)
+        for (int col = 0; col < kWidth; ++col)
+            white += frame.pixelColor(col, row).lightness() > 200;
+    EXPECT_GT(white, 40);
+    EXPECT_TRUE(QFileInfo::exists(paths.gstrTempFilesDirectory + "/FinalMix.srt"));
 }

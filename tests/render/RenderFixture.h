@@ -42,6 +42,22 @@ protected:
         return job.runToEnd();
     }
 
+    // Four seconds of voice: black, a red picture from 0.5 s, a green video with a 1 kHz tone
+    // (from its own 0.5 s) from 1.5 s, a tall blue picture from 2.5 s.
+    RenderInputs threeItemTake() {
+        const QString voice = mediaFile("RecordedAudio.wav");
+        const QString red = mediaFile("red.jpg");
+        const QString blue = mediaFile("blue.jpg");
+        const QString clip = mediaFile("green.avi");
+        EXPECT_TRUE(media.voice(voice, 4.0));
+        EXPECT_TRUE(media.solidPicture(red, "red", 640, 480));
+        EXPECT_TRUE(media.solidPicture(blue, "blue", 300, 600));
+        EXPECT_TRUE(media.toneVideo(clip, "green", 3.0, 1000));
+        return inputsFor({Row(1, "Pictures", "0.500", red), Row(2, "Video", "1.500", clip, ".500"),
+                          Row(3, "Pictures", "2.500", blue)},
+                         voice);
+    }
+
     // The item on screen just after each time, and the one just before it.
     void expectSequence(const QString& file, const QList<std::pair<double, QString>>& changes) {
         QString previous = QStringLiteral("black");

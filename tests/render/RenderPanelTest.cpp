@@ -10,6 +10,7 @@
 #include "support/TestAppFolder.h"
 #include "support/TestRows.h"
 
+#include <QCheckBox>
 #include <QDir>
 #include <QFileInfo>
 #include <QPointer>
@@ -70,6 +71,27 @@ TEST_F(RenderPanelTest, ButtonsCarryTheirCaptionsAndNames) {
     test::TestAppFolder windowApp;
     frmClipquill window(WindowlessStartup::run(windowApp.path(), XdgFolders::fromDesktop()));
     EXPECT_NE(window.findChild<QPushButton*>("cmdRender"), nullptr);
+}
+
+TEST_F(RenderPanelTest, VoiceSwitchesStartEvenWithoutNoiseReductionAndReachTheRender) {
+    auto* even = panel.findChild<QCheckBox*>("chkEvenVoice");
+    auto* noise = panel.findChild<QCheckBox*>("chkReduceNoise");
+    ASSERT_TRUE(even && noise);
+    EXPECT_EQ(even->text(), "Even out voice");
+    EXPECT_EQ(noise->text(), "Reduce background noise");
+    for (QCheckBox* box : {even, noise}) {
+        EXPECT_FALSE(box->toolTip().isEmpty());
+        EXPECT_EQ(box->accessibleDescription(), box->toolTip());
+    }
+    EXPECT_TRUE(even->isChecked());
+    EXPECT_FALSE(noise->isChecked());
+
+    QTest::mouseClick(even, Qt::LeftButton);
+    QTest::mouseClick(noise, Qt::LeftButton);
+    const RenderInputs in =
+        StudioRenderRequest(paths, studio, {}, paths.gstrRecordedAudioFileSpec, 1000, {}).inputs;
+    EXPECT_FALSE(in.voice.even);
+    EXPECT_TRUE(in.voice.reduceNoise);
 }
 
 TEST_F(RenderPanelTest, RenderShowsProgressThenPlayHandsOverTheResult) {

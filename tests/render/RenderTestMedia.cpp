@@ -47,6 +47,19 @@ QColor RenderTestMedia::colourAt(const QString& file, double seconds) const {
     return colourAtPoint(file, seconds, -1, -1);
 }
 
+QColor RenderTestMedia::colourShownAt(const QString& file, double seconds) const {
+    ToolRunner runner;
+    const RunResult r = runner.runProgram(
+        m_ffmpeg, {"-nostdin", "-v", "error", "-i", file, "-vf",
+                   QStringLiteral("fps=30000/1001,trim=start=%1,crop=8:8,scale=1:1")
+                       .arg(QString::number(seconds, 'f', 3)),
+                   "-frames:v", "1", "-f", "rawvideo", "-pix_fmt", "rgb24", "-"});
+    const QByteArray px = runner.standardOutput();
+    if (!r.ok() || px.size() < 3)
+        return {};
+    return QColor(quint8(px[0]), quint8(px[1]), quint8(px[2]));
+}
+
 QColor RenderTestMedia::colourAtPoint(const QString& file, double seconds, int x, int y) const {
     const QString crop = x < 0 ? QStringLiteral("crop=8:8,scale=1:1")
                                : QStringLiteral("crop=2:2:%1:%2,scale=1:1").arg(x).arg(y);

@@ -20,6 +20,10 @@ public:
 
     // The colour of the middle of the first frame shown at or after the time.
     QColor colourAt(const QString& file, double seconds) const;
+    // The colour of the middle of the frame on screen at the time, decoded from the start at
+    // NTSC's rate: in a file whose frames last as long as they are shown (MP4), the first frame
+    // at or after a time may be the next item.
+    QColor colourShownAt(const QString& file, double seconds) const;
     // The colour of one pixel of that frame.
     QColor colourAtPoint(const QString& file, double seconds, int x, int y) const;
     // Mean level in dB of the sound near a frequency in a stretch; -100 when silent or unknown.

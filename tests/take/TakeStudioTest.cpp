@@ -1,7 +1,10 @@
 #include "app/widgets/frmClipquill.h"
+#include "captions/CaptionTableModel.h"
+#include "captions/CaptionsFile.h"
 #include "platform/TerminationSignals.h"
 #include "platform/TextFiles.h"
 #include "platform/WavFormat.h"
+#include "support/CuePrinting.h"
 #include "support/LiveProcesses.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
@@ -162,6 +165,67 @@ TEST(UnsavedTake, DiscardRemovesTheTakeAndAnUnansweredOneOutlivesTheStudio) {
     w->close(); // nothing left to ask about
     EXPECT_FALSE(w->isVisible());
     EXPECT_FALSE(questionOpen("unsavedTakeQuestion"));
+}
+
+// The captions belong to the take: back with it, written when edited, saved with the project,
+// gone with a discard, cleared by the next recording.
+TEST(UnsavedTake, ItsCaptionsComeBackAreKeptWhenEditedAndGoWithIt) {
+    test::TestAppFolder app;
+    const QString work = workFolderOf(app);
+    // Every file there, so that opening the project has nothing missing to warn about.
+    WriteWholeFile("picture", app.file("a.jpg"));
+    leaveATake(work, app.file("a.jpg"));
+    WriteWholeFile(WriteSrt({{500, 1500, "Helo"}}), work + "/Captions.srt");
+    {
+        auto w = test::OpenStudio(app);
+        ASSERT_TRUE(QTest::qWaitFor([] { return questionOpen("restoreTakeQuestion"); }, 10000));
+    }
+    EXPECT_TRUE(takeFilesIn(work).contains("Captions.srt"));
+
+    const QString project = app.file("With captions");
+    {
+        auto w = restoredStudio(app);
+        CaptionTableModel& captions = w->timeline().captions();
+        ASSERT_EQ(captions.cues(), (CaptionCues{{500, 1500, "Helo"}}));
+        EXPECT_TRUE(captions.isEditedByUser()) << "kept cues may hold corrections";
+        captions.setData(captions.index(0, CaptionTableModel::Text), "Hello");
+        EXPECT_EQ(ReadCaptionsFile(work + "/Captions.srt").cues,
+                  (CaptionCues{{500, 1500, "Hello"}}));
+
+        w->timeline().projectPanel()->askSaveFolder = [&] {
+            return project;
+        };
+        w->timeline().projectPanel()->cmdSaveProject_Click();
+        ASSERT_FALSE(w->timeline().takeKeeper().isUnsaved());
+        EXPECT_EQ(ReadCaptionsFile(project + "/Captions.srt").cues, captions.cues());
+        // Corrected after the save, the take is worth keeping again.
+        captions.addCue(-1);
+        EXPECT_TRUE(w->timeline().takeKeeper().isUnsaved());
+        w->close();
+        ASSERT_TRUE(answer("unsavedTakeQuestion", "Discard"));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !w->isVisible(); }, 10000));
+        EXPECT_EQ(captions.rowCount(), 0);
+        EXPECT_EQ(takeFilesIn(work), QStringList());
+    }
+
+    auto w = test::OpenStudio(app);
+    CaptionTableModel& captions = w->timeline().captions();
+    w->timeline().projectPanel()->askOpenFolder = [&] {
+        return project;
+    };
+    w->timeline().projectPanel()->cmdOpenProject_Click();
+    EXPECT_EQ(captions.cues(), (CaptionCues{{500, 1500, "Hello"}}));
+    EXPECT_FALSE(w->timeline().takeKeeper().isUnsaved()) << "an opened project is no new take";
+    if (!qEnvironmentVariableIsSet("CLIPQUILL_TEST_AUDIO"))
+        return;
+    QTest::mouseClick(w->timeline().recordingPanel()->recordButton(), Qt::LeftButton);
+    ASSERT_TRUE(w->recordingState().gblnRecording);
+    EXPECT_EQ(captions.rowCount(), 0);
+    EXPECT_FALSE(QFile::exists(work + "/Captions.srt"));
+    // Stopped only once the take has some voice, as a user would.
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return w->timeline().recorder().elapsedMs() >= 300; }, 20000));
+    QTest::mouseClick(w->timeline().recordingPanel()->stopButton(), Qt::LeftButton);
 }
 
 // The studio a test kills: started as a child of this test program.

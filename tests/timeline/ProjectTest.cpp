@@ -2,6 +2,7 @@
 #include "platform/TextFiles.h"
 #include "platform/WavFileWriter.h"
 #include "platform/WavFormat.h"
+#include "support/CuePrinting.h"
 
 #include <QDir>
 #include <QFile>
@@ -99,4 +100,32 @@ TEST(Project, SavingNeedsARecordingAndAWritablePlace) {
         SaveProject(tmp.filePath("blocker/p"), {}, tmp.filePath("v.wav"), tmp.path());
     EXPECT_FALSE(r.ok());
     EXPECT_TRUE(r.error.contains("could not be made"));
+}
+
+TEST(Project, ItsCaptionsAreSavedAndOpenedWithItAndAnUnreadableCueIsNamed) {
+    QTemporaryDir tmp;
+    const QString work = tmp.filePath("work");
+    const QString voice = work + "/RecordedAudio.wav";
+    writeFile(voice, wav(2000));
+    const QString project = tmp.filePath("p");
+    const CaptionCues cues{{0, 900, "Hi --> there"}, {900, 1800, "Zwei\nZeilen"}};
+    ASSERT_TRUE(SaveProject(project, {}, voice, work, cues).ok());
+    const ProjectResult opened = OpenProject(project, voice, work);
+    EXPECT_EQ(opened.captions.size(), 2);
+    EXPECT_EQ(opened.captions[1], cues[1]);
+    EXPECT_EQ(opened.captionsProblem, "");
+
+    // Saved again without captions, the old file does not come back with it.
+    ASSERT_TRUE(SaveProject(project, {}, voice, work).ok());
+    EXPECT_FALSE(QFile::exists(project + "/Captions.srt"));
+    EXPECT_TRUE(OpenProject(project, voice, work).captions.isEmpty());
+
+    // A hand-edited file: the good cues are kept, the bad one named.
+    writeFile(project + "/Captions.srt",
+              "1\r\n00:00:00,000 --> 00:00:00,900\r\nKept\r\n\r\n2\r\nsoon --> later\r\nLost\r\n");
+    const ProjectResult edited = OpenProject(project, voice, work);
+    ASSERT_TRUE(edited.ok());
+    EXPECT_EQ(edited.captions, (CaptionCues{{0, 900, "Kept"}}));
+    EXPECT_TRUE(edited.captionsProblem.contains("soon --> later"))
+        << edited.captionsProblem.toStdString();
 }

@@ -1,19 +1,24 @@
 #include "app/widgets/frmClipquill.h"
 
+#include "app/StudioCaptions.h"
 #include "app/StudioOptions.h"
 #include "app/StudioRender.h"
 #include "app/widgets/KeepAwake.h"
 #include "app/widgets/MediaStation.h"
 #include "app/widgets/StudioDisplay.h"
 #include "app/widgets/TabPictureList.h"
+#include "captions/CaptionTableModel.h"
+#include "captions/widgets/CaptionPanel.h"
 #include "library/playback/MediaPlayer.h"
 #include "library/widgets/DisplayPlace.h"
 #include "library/widgets/MediaBrowser.h"
 #include "platform/Folders.h"
 #include "platform/ToolPool.h"
+#include "platform/widgets/NamedButton.h"
 #include "render/RenderJob.h"
 #include "render/widgets/RenderPanel.h"
 #include "share/widgets/SharePanel.h"
+#include "studio/FinalMix.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/RecordingController.h"
 #include "timeline/TakeKeeper.h"
@@ -94,7 +99,7 @@ void frmClipquill::buildLayout() {
     connectRender();
 
     m_displayColumn->addWidget(&m_media->displayPlace());
-    m_displayColumn->addWidget(m_timeline->gridView());
+    m_displayColumn->addWidget(buildEventsAndCaptions());
     m_displayColumn->setStretchFactor(0, 3);
     m_displayColumn->setStretchFactor(1, 2);
     m_splitter->addWidget(m_mediaArea);
@@ -134,6 +139,7 @@ void frmClipquill::buildTopBar(QWidget* central) {
 
     m_topBar->addWidget(sizeLabel);
     m_topBar->addWidget(m_cboVideoRes);
+    addFormatChoice(central);
     m_renderPanel = new RenderPanel(m_paths, m_studio, *m_toolPool, central);
     m_topBar->addWidget(m_renderPanel);
     m_topBar->addStretch(1);
@@ -162,8 +168,14 @@ QLayout* frmClipquill::buildTimeline(QWidget* central) {
                            this);
     connect(m_timeline, &TimelineStudio::stopPressed, this,
             [this] { m_keepAwake->tmrMoveMouseToPreventScreenSaver().stop(); });
+    m_cmdCaptions =
+        NamedButton(QStringLiteral("Edit Captions"), QStringLiteral("cmdCaptions"),
+                    QStringLiteral("Show or hide the captions of the message"), central);
+    m_cmdCaptions->setAccessibleName(m_cmdCaptions->text());
+    m_cmdCaptions->setAccessibleDescription(m_cmdCaptions->toolTip());
     auto* bar = new QHBoxLayout;
     bar->addWidget(m_timeline->recordingPanel());
+    bar->addWidget(m_cmdCaptions);
     bar->addSpacing(24);
     bar->addWidget(m_timeline->slideShowPanel());
     bar->addStretch(1);
@@ -171,12 +183,38 @@ QLayout* frmClipquill::buildTimeline(QWidget* central) {
     return bar;
 }
 
+QWidget* frmClipquill::buildEventsAndCaptions() {
+    // Hidden both, the nested splitter takes no room from the display place.
+    auto* eventsAndCaptions = new QSplitter(Qt::Horizontal, m_displayColumn);
+    eventsAndCaptions->setObjectName(QStringLiteral("fraEventsAndCaptions"));
+    m_captionPanel = new CaptionPanel(m_timeline->captions(), eventsAndCaptions);
+    m_captionPanel->currentTimeMs = [this] {
+        return captionTimeMs();
+    };
+    connect(m_cmdCaptions, &QPushButton::clicked, m_captionPanel, &CaptionPanel::cmdCaptions_Click);
+    eventsAndCaptions->addWidget(m_timeline->gridView());
+    eventsAndCaptions->addWidget(m_captionPanel);
+    return eventsAndCaptions;
+}
+
+qint64 frmClipquill::captionTimeMs() const {
+    const EventGridView* grid = m_timeline->gridView();
+    const QModelIndex current = grid->currentIndex();
+    if (grid->isHidden() || !current.isValid())
+        return -1;
+    return m_timeline->grid().row(current.row()).timeMs();
+}
+
+RenderRequest frmClipquill::renderRequest() const {
+    RenderRequest request =
+        StudioRenderRequest(m_paths, m_studio, m_timeline->grid().rows(),
+                            m_paths.gstrRecordedAudioFileSpec, m_recording.recordingLengthMs, {});
+    AddCaptions(request.inputs, m_studio, m_timeline->captions().cues());
+    return request;
+}
+
 void frmClipquill::connectRender() {
-    m_renderPanel->setRequestProvider([this] {
-        return StudioRenderRequest(m_paths, m_studio, m_timeline->grid().rows(),
-                                   m_paths.gstrRecordedAudioFileSpec, m_recording.recordingLengthMs,
-                                   {});
-    });
+    m_renderPanel->setRequestProvider([this] { return renderRequest(); });
     // The rendered video takes the display place's player; the players let go of the files
     // a new render replaces.
     connect(m_renderPanel, &RenderPanel::playRenderedRequested, this,
@@ -189,7 +227,7 @@ void frmClipquill::connectRender() {
 }
 
 void frmClipquill::onRenderFinished(const RenderReport& report) {
-    const QString file = report.output.isEmpty() ? m_paths.gstrFinalMixAVIFileSpec : report.output;
+    const QString file = report.output.isEmpty() ? LatestFinalMix(m_paths) : report.output;
     if (report.outcome == RenderReport::Outcome::Rendered && QFileInfo(file).isFile()) {
         // Shown, not played: the user starts it, or sees at once where it went.
         showRenderedResult(file, false);
@@ -224,6 +262,26 @@ DisplayPlace& frmClipquill::displayPlace() {
 
 void frmClipquill::cboVideoRes_Change(const QString& text) {
     m_studio.gstrVideoRes = text;
+}
+
+// AVI or MP4 for the next render; what was rendered last stays what Play, Save and Email use.
+void frmClipquill::addFormatChoice(QWidget* central) {
+    auto* formatLabel = new QLabel(QStringLiteral("Format:"), central);
+    m_cboVideoFormat = new QComboBox(central);
+    m_cboVideoFormat->setObjectName(QStringLiteral("cboVideoFormat"));
+    m_cboVideoFormat->addItem(QStringLiteral("AVI"), int(RenderFormat::Avi));
+    m_cboVideoFormat->addItem(QStringLiteral("MP4"), int(RenderFormat::Mp4));
+    m_cboVideoFormat->setCurrentIndex(m_cboVideoFormat->findData(int(m_studio.renderFormat)));
+    m_cboVideoFormat->setToolTip(
+        QStringLiteral("AVI plays in desktop players; MP4 (H.264 and AAC) also plays in "
+                       "browsers, phones and mail previews"));
+    m_cboVideoFormat->setAccessibleName(QStringLiteral("Format"));
+    formatLabel->setBuddy(m_cboVideoFormat);
+    connect(m_cboVideoFormat, &QComboBox::currentIndexChanged, this, [this] {
+        m_studio.renderFormat = RenderFormat(m_cboVideoFormat->currentData().toInt());
+    });
+    m_topBar->addWidget(formatLabel);
+    m_topBar->addWidget(m_cboVideoFormat);
 }
 
 void frmClipquill::cmdSaveDirectories_Click() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Startup.h"
+#include "render/RenderInputs.h"
 #include "studio/StudioSettings.h"
 #include "timeline/RecordingState.h"
 
@@ -18,6 +19,7 @@ class QVBoxLayout;
 
 namespace cq {
 
+class CaptionPanel;
 class DisplayPlace;
 struct RenderReport;
 class KeepAwake;
@@ -50,6 +52,9 @@ public:
     RenderPanel& renderPanel() { return *m_renderPanel; }
     QLabel* statusText() const { return m_lblStatus; }
     TimelineStudio& timeline() { return *m_timeline; }
+    CaptionPanel& captionPanel() { return *m_captionPanel; }
+    // What "Render" renders: the grid, the voice, the settings and the captions.
+    RenderRequest renderRequest() const;
 
     static QString windowTitleText();
 
@@ -61,12 +66,18 @@ private:
     void buildTopBar(QWidget* central);
     void buildStatusBar();
     QLayout* buildTimeline(QWidget* central);
+    // The caption editor beside the event grid, under the display place.
+    QWidget* buildEventsAndCaptions();
+    // Where a caption added in the editor starts: the selected event's time, when the grid
+    // shows one; otherwise negative, after the last caption.
+    qint64 captionTimeMs() const;
     void connectRender();
     // The rendered file in the display place's player, at the volume a result is watched at;
     // play starts it at once, otherwise it waits at its first picture.
     void showRenderedResult(const QString& file, bool play);
     void onRenderFinished(const RenderReport& report);
     void cboVideoRes_Change(const QString& text);
+    void addFormatChoice(QWidget* central);
     void cmdSaveDirectories_Click();
     // Whether the window may close now: an unsaved take asks first.
     bool takeLetsClose();
@@ -86,6 +97,7 @@ private:
 
     QHBoxLayout* m_topBar = nullptr;
     QComboBox* m_cboVideoRes = nullptr;
+    QComboBox* m_cboVideoFormat = nullptr;
     QLabel* m_lblStatus = nullptr;
     QPushButton* m_cmdSaveDirectories = nullptr;
     RenderPanel* m_renderPanel = nullptr;
@@ -96,6 +108,8 @@ private:
     StudioDisplay* m_display = nullptr;
     std::unique_ptr<TabPictureList> m_pictureList;
     TimelineStudio* m_timeline = nullptr;
+    CaptionPanel* m_captionPanel = nullptr;
+    QPushButton* m_cmdCaptions = nullptr;
     SharePanel* m_sharePanel = nullptr;
     // The unsaved take was saved or discarded on the way out.
     bool m_closeAnswered = false;

@@ -2,6 +2,7 @@
 
 #include "render/widgets/RenderProgressDialog.h"
 #include "studio/AppPaths.h"
+#include "studio/FinalMix.h"
 #include "studio/StudioSettings.h"
 
 #include <QCheckBox>
@@ -37,17 +38,42 @@ RenderPanel::RenderPanel(const AppPaths& paths, StudioSettings& studio, ToolPool
     m_cmdPlayRendered->setAccessibleDescription(m_cmdPlayRendered->toolTip());
     connect(m_cmdPlayRendered, &QPushButton::clicked, this, &RenderPanel::cmdPlayRendered_Click);
 
-    m_chkVideoSound = new QCheckBox(QStringLiteral("Video sound"), this);
-    m_chkVideoSound->setObjectName(QStringLiteral("chkVideoSound"));
-    m_chkVideoSound->setToolTip(
-        QStringLiteral("Keep the sound of the videos in the render, mixed under your voice"));
-    m_chkVideoSound->setChecked(m_studio.keepVideoSound);
-    connect(m_chkVideoSound, &QCheckBox::toggled, this,
-            [this](bool on) { m_studio.keepVideoSound = on; });
-
     layout->addWidget(m_cmdRender);
     layout->addWidget(m_cmdPlayRendered);
-    layout->addWidget(m_chkVideoSound);
+    m_chkVideoSound = addSwitch(
+        QStringLiteral("Video sound"), QStringLiteral("chkVideoSound"),
+        QStringLiteral("Keep the sound of the videos in the render, mixed under your voice"),
+        &StudioSettings::keepVideoSound);
+    m_chkEvenVoice = addSwitch(
+        QStringLiteral("Even out voice"), QStringLiteral("chkEvenVoice"),
+        QStringLiteral("Bring your voice to the loudness of other videos, without clipping"),
+        &StudioSettings::evenVoice);
+    m_chkReduceNoise =
+        addSwitch(QStringLiteral("Reduce background noise"), QStringLiteral("chkReduceNoise"),
+                  QStringLiteral("Take steady hiss and hum out of your voice before it is mixed"),
+                  &StudioSettings::reduceNoise);
+    m_chkCaptions = addSwitch(QStringLiteral("Captions"), QStringLiteral("chkCaptions"),
+                              QStringLiteral("Write the captions beside the rendered video as "
+                                             "subtitle files (.srt and .vtt)"),
+                              &StudioSettings::captions);
+    m_chkBurnCaptions =
+        addSwitch(QStringLiteral("Burn in captions"), QStringLiteral("chkBurnCaptions"),
+                  QStringLiteral("Draw the captions into the picture, for players that show no "
+                                 "subtitles"),
+                  &StudioSettings::burnCaptions);
+}
+
+QCheckBox* RenderPanel::addSwitch(const QString& caption, const QString& name, const QString& tip,
+                                  bool StudioSettings::*field) {
+    auto* box = new QCheckBox(caption, this);
+    box->setObjectName(name);
+    box->setAccessibleName(caption);
+    box->setToolTip(tip);
+    box->setAccessibleDescription(tip);
+    box->setChecked(m_studio.*field);
+    connect(box, &QCheckBox::toggled, this, [this, field](bool on) { m_studio.*field = on; });
+    layout()->addWidget(box);
+    return box;
 }
 
 RenderPanel::~RenderPanel() = default;
@@ -110,7 +136,7 @@ void RenderPanel::showOutcome(const RenderReport& report) {
 }
 
 void RenderPanel::cmdPlayRendered_Click() {
-    const QString file = m_paths.gstrFinalMixAVIFileSpec;
+    const QString file = LatestFinalMix(m_paths);
     if (!QFileInfo::exists(file)) {
         if (!m_quiet)
             QMessageBox::information(this, QStringLiteral("Render"),

@@ -16,8 +16,10 @@ struct StudioSettings;
 class RenderProgressDialog;
 class ToolPool;
 
-// The Render button and the button that plays the result. What to render comes whole from a
-// provider, so the studio's paths, settings and grid plug in without this panel knowing them.
+// The Render button, the button that plays the result and the render's options (the videos'
+// sound, captions written beside the result, captions burned in). What to render comes whole
+// from a provider, so the studio's paths, settings and grid plug in without this panel knowing
+// them.
 class RenderPanel : public QWidget {
     Q_OBJECT
 public:
@@ -47,6 +49,9 @@ signals:
 private:
     void onFinished(const RenderReport& report);
     void showOutcome(const RenderReport& report);
+    // A check box that sets one of the studio's switches as it is ticked.
+    QCheckBox* addSwitch(const QString& caption, const QString& name, const QString& tip,
+                         bool StudioSettings::*field);
 
     const AppPaths& m_paths;
     StudioSettings& m_studio;
@@ -56,6 +61,10 @@ private:
     QPushButton* m_cmdPlayRendered = nullptr;
     RenderProgressDialog* m_progress = nullptr;
     QCheckBox* m_chkVideoSound = nullptr;
+    QCheckBox* m_chkEvenVoice = nullptr;
+    QCheckBox* m_chkReduceNoise = nullptr;
+    QCheckBox* m_chkCaptions = nullptr;
+    QCheckBox* m_chkBurnCaptions = nullptr;
     RenderJob* m_job = nullptr;
     RenderReport m_lastReport;
     bool m_quiet = false;

@@ -9,6 +9,7 @@
 #include "share/widgets/frmConvertAndEmail.h"
 #include "share/widgets/frmSetDir.h"
 #include "studio/DirectorySettings.h"
+#include "studio/FinalMix.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -81,10 +82,9 @@ void SharePanel::cmdEmail_Click() {
 }
 
 QString SharePanel::clipToMail() const {
-    const int events = m_eventCount ? m_eventCount()
-                                    : (QFileInfo(m_paths.gstrFinalMixAVIFileSpec).isFile() ? 1 : 0);
-    return ChooseEmailAttachment(events, m_paths.gstrFinalMixAVIFileSpec,
-                                 m_paths.gstrFinalMixMP3FileSpec);
+    const QString video = LatestFinalMix(m_paths);
+    const int events = m_eventCount ? m_eventCount() : (QFileInfo(video).isFile() ? 1 : 0);
+    return ChooseEmailAttachment(events, video, m_paths.gstrFinalMixMP3FileSpec);
 }
 
 void SharePanel::handOverToEmailer(const QString& attachment) {
@@ -105,7 +105,7 @@ void SharePanel::handOverToEmailer(const QString& attachment) {
 }
 
 void SharePanel::cmdConvert_Click() {
-    if (!QFileInfo(m_paths.gstrFinalMixAVIFileSpec).isFile()) {
+    if (!QFileInfo(LatestFinalMix(m_paths)).isFile()) {
         tell(NoRenderedClipText(QStringLiteral("convert it")));
         return;
     }
@@ -120,7 +120,7 @@ void SharePanel::cmdSaveToDir_Click() {
         return;
     m_chosenFolder = chooser.chosenFolder();
     const QString source =
-        RenderedFileToSave(m_paths.gstrFinalMixAVIFileSpec, m_paths.gstrFinalMixMP3FileSpec);
+        RenderedFileToSave(LatestFinalMix(m_paths), m_paths.gstrFinalMixMP3FileSpec);
     if (source.isEmpty()) {
         tell(NoRenderedClipText(QStringLiteral("save it")));
         return;

@@ -5,6 +5,7 @@
 #include "share/ConversionPresets.h"
 #include "share/MailHandOver.h"
 #include "share/widgets/frmAddMMSServer.h"
+#include "studio/FinalMix.h"
 
 #include <QApplication>
 #include <QButtonGroup>
@@ -163,14 +164,15 @@ void frmConvertAndEmail::setWork(Work work) {
 }
 
 void frmConvertAndEmail::ConvertFileToEmail() {
-    const QString input = m_paths.gstrFinalMixAVIFileSpec;
+    const QString input = LatestFinalMix(m_paths);
     if (!QFileInfo(input).isFile()) {
         showMessage(QStringLiteral("There is no rendered clip yet. Click Render first, then "
                                    "convert or send it."));
         return;
     }
     const ConversionSettings settings = conversionSettings();
-    if (settings.outputFormat == u"AVI") {
+    // An AVI result already is what "AVI" asks for; an MP4 result is converted like any other.
+    if (settings.outputFormat == u"AVI" && QFileInfo(input).suffix() == u"avi") {
         onConverted(input);
         return;
     }

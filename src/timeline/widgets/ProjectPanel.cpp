@@ -1,5 +1,6 @@
 #include "timeline/widgets/ProjectPanel.h"
 
+#include "captions/CaptionTableModel.h"
 #include "platform/Folders.h"
 #include "platform/widgets/NamedButton.h"
 #include "timeline/EventGridModel.h"
@@ -19,10 +20,12 @@ const QString kSaveTitle = QStringLiteral("Save Project");
 const QString kOpenTitle = QStringLiteral("Open Project");
 } // namespace
 
-ProjectPanel::ProjectPanel(RecordingState& state, EventGridModel& grid, QString voiceFileSpec,
-                           QString workFolder, QString projectsFolder, QWidget* parent)
-    : QWidget(parent), m_state(state), m_grid(grid), m_voiceFileSpec(std::move(voiceFileSpec)),
-      m_workFolder(std::move(workFolder)), m_projectsFolder(std::move(projectsFolder)) {
+ProjectPanel::ProjectPanel(RecordingState& state, EventGridModel& grid, CaptionTableModel& captions,
+                           QString voiceFileSpec, QString workFolder, QString projectsFolder,
+                           QWidget* parent)
+    : QWidget(parent), m_state(state), m_grid(grid), m_captions(captions),
+      m_voiceFileSpec(std::move(voiceFileSpec)), m_workFolder(std::move(workFolder)),
+      m_projectsFolder(std::move(projectsFolder)) {
     setObjectName(QStringLiteral("ProjectPanel"));
     m_cmdSaveProject = NamedButton(
         kSaveTitle, QStringLiteral("cmdSaveProject"),
@@ -85,7 +88,8 @@ void ProjectPanel::cmdOpenProject_Click() {
 }
 
 void ProjectPanel::saveProject(const QString& folder) {
-    const ProjectResult result = SaveProject(folder, m_grid.rows(), m_voiceFileSpec, m_workFolder);
+    const ProjectResult result =
+        SaveProject(folder, m_grid.rows(), m_voiceFileSpec, m_workFolder, m_captions.cues());
     if (!result.ok()) {
         QMessageBox::warning(this, kSaveTitle, result.error);
         return;
@@ -108,12 +112,19 @@ void ProjectPanel::openProject(const QString& folder) {
     }
     m_grid.setRows(result.rows);
     m_state.recordingLengthMs = qMax<qint64>(result.voiceMs, 0);
+    m_captions.loadCues(result.captions);
     emit projectOpened(folder);
+    QStringList problems;
     if (!result.missingFiles.isEmpty())
+        problems << QStringLiteral("These files are missing and will show nothing:\n%1")
+                        .arg(result.missingFiles.join(u'\n'));
+    if (!result.captionsProblem.isEmpty())
+        problems
+            << QStringLiteral("Not all captions could be read: %1").arg(result.captionsProblem);
+    if (!problems.isEmpty())
         QMessageBox::warning(this, kOpenTitle,
-                             QStringLiteral("The project was opened, but these files are "
-                                            "missing and will show nothing:\n%1")
-                                 .arg(result.missingFiles.join(u'\n')));
+                             QStringLiteral("The project was opened, but not all of it.\n%1")
+                                 .arg(problems.join(QStringLiteral("\n\n"))));
 }
 
 } // namespace cq

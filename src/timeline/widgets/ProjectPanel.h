@@ -10,15 +10,17 @@ class QPushButton;
 
 namespace cq {
 
+class CaptionTableModel;
 class EventGridModel;
 struct RecordingState;
 
-// "Save Project" and "Open Project": a recording kept in a folder of its own.
+// "Save Project" and "Open Project": a recording and its captions kept in a folder of its own.
 class ProjectPanel : public QWidget {
     Q_OBJECT
 public:
-    ProjectPanel(RecordingState& state, EventGridModel& grid, QString voiceFileSpec,
-                 QString workFolder, QString projectsFolder, QWidget* parent = nullptr);
+    ProjectPanel(RecordingState& state, EventGridModel& grid, CaptionTableModel& captions,
+                 QString voiceFileSpec, QString workFolder, QString projectsFolder,
+                 QWidget* parent = nullptr);
 
     // The dialogs ask these for a folder (tests replace them); empty means cancelled.
     std::function<QString()> askSaveFolder;
@@ -43,6 +45,7 @@ private:
 
     RecordingState& m_state;
     EventGridModel& m_grid;
+    CaptionTableModel& m_captions;
     QString m_voiceFileSpec;
     QString m_workFolder;
     QString m_projectsFolder;

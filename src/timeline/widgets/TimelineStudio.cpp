@@ -1,5 +1,6 @@
 #include "timeline/widgets/TimelineStudio.h"
 
+#include "captions/CaptionTableModel.h"
 #include "studio/AppPaths.h"
 #include "studio/DirectorySettings.h"
 #include "timeline/EventGridModel.h"
@@ -36,6 +37,7 @@ void showMessage(QWidget* window, QMessageBox::Icon icon, const QString& title,
 TimelineStudio::TimelineStudio(Context context, QObject* parent)
     : QObject(parent), m_context(context), m_display(context.display) {
     m_grid = new EventGridModel(this);
+    m_captions = new CaptionTableModel(this);
     m_recorder = new Recorder(this);
     m_logger = new EventLogger(context.recording, *m_grid, *m_recorder, this);
     m_voice = new QtVoicePlayer(context.voicePlayer, this);
@@ -57,10 +59,10 @@ TimelineStudio::TimelineStudio(Context context, QObject* parent)
     QWidget* window = context.window;
     m_recordingPanel = new RecordingPanel(*m_controller, m_recorder->meter(), window);
     m_slideShowPanel = new SlideShowPanel(*m_slideShow, window);
-    m_projectPanel =
-        new ProjectPanel(context.recording, *m_grid, context.paths.gstrRecordedAudioFileSpec,
-                         context.paths.gstrTempFilesDirectory,
-                         context.directories.gstrMyVideoProjectsDirectory, window);
+    m_projectPanel = new ProjectPanel(context.recording, *m_grid, *m_captions,
+                                      context.paths.gstrRecordedAudioFileSpec,
+                                      context.paths.gstrTempFilesDirectory,
+                                      context.directories.gstrMyVideoProjectsDirectory, window);
     m_gridView = new EventGridView(*m_grid, window);
     connect(m_recordingPanel, &RecordingPanel::cmdEvents_Click, m_gridView,
             &EventGridView::cmdEvents_Click);
@@ -87,8 +89,8 @@ TimelineStudio::TimelineStudio(Context context, QObject* parent)
 // The take stays in the work folder until it is saved or discarded; what would replace it asks
 // first.
 void TimelineStudio::keepTheTake(QWidget* window) {
-    m_takeKeeper =
-        new TakeKeeper(*m_controller, *m_logger, m_context.paths.gstrTempFilesDirectory, this);
+    m_takeKeeper = new TakeKeeper(*m_controller, *m_logger, *m_captions,
+                                  m_context.paths.gstrTempFilesDirectory, this);
     m_takeQuestions = new TakeQuestions(*m_takeKeeper, *m_projectPanel, window);
     m_controller->mayReplaceTake = [this] {
         return m_takeQuestions->takeMayGo(QStringLiteral("recording a new one"),
@@ -99,10 +101,10 @@ void TimelineStudio::keepTheTake(QWidget* window) {
                                           [this] { m_projectPanel->cmdOpenProject_Click(); });
     };
     connect(m_projectPanel, &ProjectPanel::projectSaved, m_takeKeeper, &TakeKeeper::markSaved);
-    connect(m_takeKeeper, &TakeKeeper::journalFailed, window,
-            [window](const QString& title, const QString& text) {
-                showMessage(window, QMessageBox::Warning, title, text);
-            });
+    for (auto failed : {&TakeKeeper::journalFailed, &TakeKeeper::captionsFailed})
+        connect(m_takeKeeper, failed, window, [window](const QString& title, const QString& text) {
+            showMessage(window, QMessageBox::Warning, title, text);
+        });
     connect(m_takeQuestions, &TakeQuestions::takeRestored, window,
             [window](const QString& problem) {
                 if (!problem.isEmpty())

@@ -9,6 +9,7 @@ class QWidget;
 
 namespace cq {
 
+class CaptionTableModel;
 class EventGridModel;
 class EventGridView;
 class EventLogger;
@@ -33,7 +34,7 @@ struct StudioSettings;
 
 // Everything of the recording and its timeline, put together for the main window: the
 // recorder, the event grid and its logging, the media clicks, replay, slide show, projects and
-// their panels. The window keeps the state and places the panels.
+// their panels, and the captions of the take. The window keeps the state and places the panels.
 class TimelineStudio : public QObject {
     Q_OBJECT
 public:
@@ -60,6 +61,7 @@ public:
     EventGridView* gridView() const { return m_gridView; }
 
     EventGridModel& grid() { return *m_grid; }
+    CaptionTableModel& captions() { return *m_captions; }
     EventLogger& logger() { return *m_logger; }
     MediaClickHandler& clicks() { return *m_clicks; }
     RecordingController& controller() { return *m_controller; }
@@ -81,6 +83,7 @@ signals:
 private:
     Context m_context;
     EventGridModel* m_grid;
+    CaptionTableModel* m_captions;
     Recorder* m_recorder;
     EventLogger* m_logger;
     QtVoicePlayer* m_voice;

@@ -1,0 +1,19 @@
+#include "app/StudioCaptions.h"
+
+#include "captions/TextRowCues.h"
+#include "studio/StudioSettings.h"
+
+namespace cq {
+
+void AddCaptions(RenderInputs& inputs, const StudioSettings& studio, const CaptionCues& ownCues) {
+    inputs.writeCaptions = studio.captions;
+    inputs.burnCaptions = studio.burnCaptions;
+    if (!studio.captions && !studio.burnCaptions) {
+        inputs.captions.clear();
+        return;
+    }
+    inputs.captions =
+        !ownCues.isEmpty() ? ownCues : CuesFromTextRows(inputs.rows, inputs.recordingMs);
+}
+
+} // namespace cq

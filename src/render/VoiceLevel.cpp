@@ -1,0 +1,108 @@
+#include "render/VoiceLevel.h"
+
+#include "platform/ShellQuote.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <cmath>
+
+namespace cq {
+
+namespace {
+
+// Under this the voice is silence or hum: raising it to the target would only raise noise.
+constexpr double kQuietestMeasurableLufs = -60.0;
+constexpr double kMaxGainDb = 30.0;
+// The limiter never costs more than this much loudness on speech; a larger shortfall would mean
+// a measurement gone wrong, not a reason to drive the limiter harder.
+constexpr double kMaxCorrectionDb = 6.0;
+// The noise floors ffmpeg's afftdn accepts.
+constexpr double kLowestNoiseFloorDb = -80.0;
+constexpr double kHighestNoiseFloorDb = -20.0;
+
+QString decibels(double db) {
+    return QString::number(db, 'f', 2);
+}
+
+// The limiter sees the sound four times oversampled, so that it holds the peaks between the
+// samples too; latency=1 keeps the voice in step with the picture.
+QString limiterChain() {
+    return QStringLiteral("aresample=176400,alimiter=limit=%1:attack=1:release=50:level=0:"
+                          "latency=1,aresample=44100")
+        .arg(QString::number(std::pow(10.0, kVoiceLimitDb / 20.0), 'f', 4));
+}
+
+} // namespace
+
+QString VoiceTreatment::text() const {
+    return QStringLiteral("noise_db=%1 gain_db=%2 limit=%3\n")
+        .arg(decibels(noiseFloorDb), decibels(gainDb))
+        .arg(limit ? 1 : 0);
+}
+
+std::optional<VoiceTreatment> VoiceTreatment::fromText(const QString& text) {
+    static const QRegularExpression re(QRegularExpression::anchoredPattern(
+        QStringLiteral("noise_db=(-[0-9]{1,2}\\.[0-9]{2}) gain_db=(-?[0-9]{1,2}\\.[0-9]{2}) "
+                       "limit=([01])\\n")));
+    const QRegularExpressionMatch m = re.match(text);
+    if (!m.hasMatch())
+        return std::nullopt;
+    return VoiceTreatment{m.captured(1).toDouble(), m.captured(2).toDouble(),
+                          m.captured(3) == u"1"};
+}
+
+double NoiseFloorForReduction(double measuredDb) {
+    if (std::isnan(measuredDb))
+        return VoiceTreatment{}.noiseFloorDb;
+    return std::clamp(measuredDb, kLowestNoiseFloorDb, kHighestNoiseFloorDb);
+}
+
+VoiceTreatment WithGainForLoudness(VoiceTreatment t, const LoudnessSummary& voice) {
+    if (!voice.ok() || voice.integratedLufs < kQuietestMeasurableLufs)
+        return t;
+    t.gainDb = std::clamp(kVoiceTargetLufs - voice.integratedLufs, -kMaxGainDb, kMaxGainDb);
+    t.limit = voice.truePeakDb + t.gainDb > kVoiceLimitDb;
+    return t;
+}
+
+bool MakeUpLimiterLoss(VoiceTreatment& t, const LoudnessSummary& limited) {
+    const double missing = kVoiceTargetLufs - limited.integratedLufs;
+    if (!t.limit || !limited.ok() || std::abs(missing) <= kVoiceOnTargetLu)
+        return true;
+    t.gainDb =
+        std::min(t.gainDb + std::clamp(missing, -kMaxCorrectionDb, kMaxCorrectionDb), kMaxGainDb);
+    return false;
+}
+
+QString VoiceFilter(const VoiceOptions& options, const std::optional<VoiceTreatment>& treatment) {
+    QStringList filters;
+    if (options.reduceNoise)
+        filters << QStringLiteral("afftdn=nr=12:nf=%1")
+                       .arg(decibels(treatment ? treatment->noiseFloorDb
+                                               : VoiceTreatment{}.noiseFloorDb));
+    if (treatment && treatment->gainDb != 0.0)
+        filters << QStringLiteral("volume=%1dB").arg(decibels(treatment->gainDb));
+    if (treatment && treatment->limit)
+        filters << limiterChain();
+    return filters.join(u',');
+}
+
+QString NoiseFloorMeasureFilter() {
+    return QStringLiteral("astats=measure_overall=Noise_floor:measure_perchannel=none");
+}
+
+QString LoudnessMeasureFilter(const VoiceOptions& options, const VoiceTreatment& treatment) {
+    const QString before = VoiceFilter(options, treatment);
+    // framelog=verbose keeps the line per 100 ms out of stderr; the summary still comes.
+    return (before.isEmpty() ? QString() : before + u',') +
+           QStringLiteral("ebur128=peak=true:framelog=verbose");
+}
+
+QString VoiceMeasureLine(const QString& ffmpeg, const QString& voice, const QString& filter) {
+    return ShellQuote(ffmpeg) + QStringLiteral(" -nostdin -hide_banner -nostats -i ") +
+           ShellQuote(voice) + QStringLiteral(" -af ") + ShellQuote(filter) +
+           QStringLiteral(" -f null -");
+}
+
+} // namespace cq

@@ -1,0 +1,157 @@
+#include "render/VoiceMeasure.h"
+
+#include "platform/TextFiles.h"
+#include "platform/ToolPool.h"
+
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cmath>
+
+namespace cq {
+
+namespace {
+
+constexpr qint64 kKeyedBytes = 64 * 1024;
+// Each run through the limiter brings the loudness closer; three leave a tenth of a decibel.
+constexpr int kMaxLimitedRuns = 3;
+
+// A new way of measuring or a new target makes every kept outcome stale.
+const char kMethod[] = "astats floor, ebur128 -16 LUFS, limit -2.5 dB at 4x, v1";
+
+// Size and time tell a new take from the old one; the head and tail catch a file copied in
+// place with its time kept. Reading the whole voice would cost the window a moment for long takes.
+QString voiceKey(const QString& voice, const VoiceOptions& options) {
+    const QFileInfo fi(voice);
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    hash.addData(QByteArray(kMethod));
+    hash.addData(QStringLiteral("|%1|%2|%3%4|")
+                     .arg(fi.size())
+                     .arg(fi.lastModified().toMSecsSinceEpoch())
+                     .arg(options.even ? 1 : 0)
+                     .arg(options.reduceNoise ? 1 : 0)
+                     .toUtf8());
+    QFile file(voice);
+    if (file.open(QIODevice::ReadOnly)) {
+        hash.addData(file.read(kKeyedBytes));
+        if (file.size() > kKeyedBytes && file.seek(file.size() - kKeyedBytes))
+            hash.addData(file.read(kKeyedBytes));
+    }
+    return QString::fromLatin1(hash.result().toHex().left(16));
+}
+
+QString runProblem(const RunResult& r) {
+    const QStringList lines = r.errorText.trimmed().split(u'\n', Qt::SkipEmptyParts);
+    return lines.isEmpty() ? QStringLiteral("ffmpeg ended with exit code %1").arg(r.exitCode)
+                           : lines.last().trimmed();
+}
+
+} // namespace
+
+VoiceMeasure::VoiceMeasure(QString ffmpeg, QString voice, VoiceOptions options, QString folder,
+                           ToolPool& pool, QObject* parent)
+    : QObject(parent), m_ffmpeg(std::move(ffmpeg)), m_voice(std::move(voice)), m_options(options),
+      m_folder(std::move(folder)), m_pool(&pool) {
+    connect(&pool, &ToolPool::taskFinished, this, &VoiceMeasure::onTaskFinished);
+}
+
+VoiceMeasure::~VoiceMeasure() {
+    cancel();
+}
+
+void VoiceMeasure::start() {
+    m_keptFile = m_folder + QStringLiteral("/VoiceLevel-") + voiceKey(m_voice, m_options) +
+                 QStringLiteral(".txt");
+    const std::optional<VoiceTreatment> kept =
+        VoiceTreatment::fromText(QString::fromUtf8(ReadFileToBytes(m_keptFile)));
+    if (kept) {
+        m_treatment = *kept;
+        m_reused = true;
+        emit logLine(QStringLiteral("voice kept from an earlier render: ") +
+                     m_treatment.text().trimmed());
+        return;
+    }
+    submit(m_options.reduceNoise ? Stage::NoiseFloor : Stage::Loudness);
+}
+
+void VoiceMeasure::submit(Stage stage) {
+    m_stage = stage;
+    ToolTask task;
+    task.script = VoiceMeasureLine(m_ffmpeg, m_voice,
+                                   stage == Stage::NoiseFloor
+                                       ? NoiseFloorMeasureFilter()
+                                       : LoudnessMeasureFilter(m_options, m_treatment));
+    task.inputFiles = {m_voice};
+    task.workSpace = m_folder;
+    emit logLine(QStringLiteral("measuring the voice: ") + task.script);
+    m_taskId = m_pool->submit(task);
+}
+
+void VoiceMeasure::onTaskFinished(int id, const RunResult& result) {
+    if (id != m_taskId || m_taskId == 0)
+        return;
+    m_taskId = 0;
+    if (!result.ok())
+        return end(runProblem(result));
+    bool onTarget = true;
+    if (!takeMeasurement(result.errorText, onTarget))
+        return end(QStringLiteral("ffmpeg reported no measurement"));
+    if (m_stage == Stage::NoiseFloor && m_options.even)
+        return submit(Stage::Loudness);
+    if (m_stage == Stage::Loudness && m_treatment.limit)
+        return submit(Stage::Limited);
+    if (m_stage == Stage::Limited && !onTarget && ++m_limitedRuns < kMaxLimitedRuns)
+        return submit(Stage::Limited);
+    end({});
+}
+
+bool VoiceMeasure::takeMeasurement(const QString& stderrText, bool& onTarget) {
+    if (m_stage == Stage::NoiseFloor) {
+        const double floor = FfmpegNoiseFloorDb(stderrText);
+        m_treatment.noiseFloorDb = NoiseFloorForReduction(floor);
+        emit logLine(QStringLiteral("voice noise floor: %1 dB").arg(floor));
+        return !std::isnan(floor);
+    }
+    const LoudnessSummary loudness = FfmpegLoudnessSummary(stderrText);
+    emit logLine(QStringLiteral("voice loudness: %1 LUFS, true peak %2 dBTP")
+                     .arg(loudness.integratedLufs)
+                     .arg(loudness.truePeakDb));
+    if (m_stage == Stage::Loudness)
+        m_treatment = WithGainForLoudness(m_treatment, loudness);
+    else
+        onTarget = MakeUpLimiterLoss(m_treatment, loudness);
+    return loudness.ok();
+}
+
+void VoiceMeasure::end(const QString& problem) {
+    m_problem = problem;
+    if (problem.isEmpty())
+        keep();
+    else
+        m_treatment = {};
+    emit finished();
+}
+
+// Only the outcome for the voice in hand stays: older takes' go.
+void VoiceMeasure::keep() const {
+    const QDir dir(m_folder);
+    const QString own = QFileInfo(m_keptFile).fileName();
+    for (const QString& name :
+         dir.entryList({QStringLiteral("VoiceLevel-*.txt")}, QDir::Files | QDir::Hidden))
+        if (name != own)
+            QFile::remove(dir.filePath(name));
+    if (!WriteWholeFile(m_treatment.text().toUtf8(), m_keptFile))
+        QFile::remove(m_keptFile); // measured again next time
+}
+
+void VoiceMeasure::cancel() {
+    const int id = m_taskId;
+    m_taskId = 0;
+    if (id != 0 && m_pool)
+        m_pool->cancel(id);
+}
+
+} // namespace cq

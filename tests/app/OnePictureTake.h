@@ -1,0 +1,34 @@
+#pragma once
+
+#include "app/widgets/frmClipquill.h"
+#include "studio/AppPaths.h"
+#include "support/TestAppFolder.h"
+#include "timeline/EventGridModel.h"
+#include "timeline/widgets/TimelineStudio.h"
+
+#include <QImage>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+namespace cq::test {
+
+// A recording of two seconds in the window: the voice a tone, one picture of a colour from a
+// time (such as "1.000") in the grid. Fails the test when the media cannot be made.
+inline void PrepareOnePictureTake(frmClipquill& w, const TestAppFolder& app, Qt::GlobalColor colour,
+                                  const QString& time) {
+    QImage picture(320, 240, QImage::Format_RGB32);
+    picture.fill(colour);
+    const QString file = app.file("picture.jpg");
+    ASSERT_TRUE(picture.save(file));
+    QProcess ffmpeg;
+    ffmpeg.start("ffmpeg", {"-hide_banner", "-loglevel", "error", "-f", "lavfi", "-i",
+                            "sine=frequency=440:duration=2", "-ar", "44100", "-ac", "1", "-c:a",
+                            "pcm_s16le", "-y", w.paths().gstrRecordedAudioFileSpec});
+    ASSERT_TRUE(ffmpeg.waitForFinished(30000));
+    ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
+    ASSERT_TRUE(w.timeline().grid().appendRowText("1\tPictures\t" + time + "\t\t" + file));
+    w.recordingState().recordingLengthMs = 2000;
+}
+
+} // namespace cq::test
