@@ -1,7 +1,5 @@
 #include "support/TestRows.h"
 
-#include "captions/SubtitleFiles.h"
-#include "render/AviContainer.h"
 #include "render/BurnedCaptions.h"
 #include "render/RenderPlan.h"
 
@@ -41,12 +39,6 @@ struct Plan {
     RenderPlan build() const {
         return BuildRenderPlan(in, {dir.path(), dir.filePath("out.part.avi"), {}}, {});
     }
-};
-
-// A container that carries a subtitle track, as MP4 does.
-class TrackContainer : public AviContainer {
-public:
-    QString captionTrackOptions() const override { return QStringLiteral("-c:s mov_text"); }
 };
 
 } // namespace
@@ -113,25 +105,4 @@ TEST(BurnedCaptions, OnlyStillsAreCutAtCuesAndOnlyPiecesUnderACueChangeName) {
     ASSERT_EQ(videoOnly.segments.size(), 2);
     EXPECT_EQ(videoOnly.segments[0].piece, plain.segments[0].piece);
     EXPECT_NE(videoOnly.segments[1].piece, plain.segments[1].piece);
-}
-
-TEST(CaptionTrack, CuesCutToTheVoiceAreAnInputBeforeTheVideosSounds) {
-    Plan p;
-    p.in.writeCaptions = true;
-    p.in.captions = {{500, 1000, "first"}, {3500, 4500, "past the end"}, {4200, 5000, "after"}};
-    EXPECT_TRUE(p.build().captionTrack.isEmpty()) << "AVI carries no subtitle track";
-
-    p.in.container = std::make_shared<TrackContainer>();
-    const RenderPlan plan = BuildRenderPlan(
-        p.in, {p.dir.path(), p.dir.filePath("out.part.avi"), {}}, {p.dir.filePath("clip.avi")});
-    EXPECT_EQ(plan.captionTrack, WriteSrt({{500, 1000, "first"}, {3500, 4000, "past the end"}}));
-    EXPECT_EQ(plan.captionTrackFile, p.dir.filePath("Captions.srt"));
-    const QString line = plan.finalLine;
-    EXPECT_LT(line.indexOf(" -i '" + plan.captionTrackFile + "'"), line.indexOf("clip.avi'"));
-    EXPECT_TRUE(line.contains("[3:a]aresample=44100,adelay=2000:all=1[s3];[1:a][s3]amix=inputs=2"))
-        << line.toStdString();
-    EXPECT_TRUE(line.contains(" -map 2:s -c:s mov_text ")) << line.toStdString();
-
-    p.in.writeCaptions = false;
-    EXPECT_FALSE(p.build().finalLine.contains("mov_text"));
 }

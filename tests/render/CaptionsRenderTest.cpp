@@ -170,6 +170,7 @@ TEST_F(CaptionsRender, AnUnreadablePictureCutByACueShowsBlackAndIsNamedOnce) {
 
 TEST_F(CaptionsRender, AnMp4CarriesTheCuesAsAnEnglishTrackAndBurnedIn) {
     studio.renderFormat = RenderFormat::Mp4;
+    studio.keepVideoSound = true; // its sound is an input after the cue track's
     RenderInputs in = message();
     in.writeCaptions = true;
     in.burnCaptions = true;
@@ -198,6 +199,7 @@ TEST_F(CaptionsRender, AnMp4CarriesTheCuesAsAnEnglishTrackAndBurnedIn) {
     const QByteArray bytes = ReadFileToBytes(out);
     EXPECT_LT(bytes.indexOf("moov"), bytes.indexOf("mdat"));
     EXPECT_NEAR(media.duration(out, "format"), 4.0, 0.2);
+    EXPECT_GT(media.bandLevel(out, 1.8, 0.6, 1000), -35);
     // Burned in as well: the frame under the first cue shows it at the bottom.
     const QImage frame = frameAt(out, 0.8);
     ASSERT_FALSE(frame.isNull());
