@@ -58,20 +58,10 @@ protected:
         return d;
     }
 
-    // Red, green (a video) and blue for 1.5, 1.5 and 1 s, under a voice of 4 s.
+    // The fixture's take at a size where captions are large enough to count.
     RenderInputs message() {
-        const QString voice = mediaFile("RecordedAudio.wav");
-        const QString red = mediaFile("red.jpg");
-        const QString clip = mediaFile("green.avi");
-        const QString blue = mediaFile("blue.jpg");
-        EXPECT_TRUE(media.voice(voice, 4.0));
-        EXPECT_TRUE(media.solidPicture(red, "red", 320, 240));
-        EXPECT_TRUE(media.toneVideo(clip, "green", 2.0, 1000));
-        EXPECT_TRUE(media.solidPicture(blue, "blue", 320, 240));
         studio.gstrVideoRes = QStringLiteral("320X240");
-        return inputsFor({Row(1, "Pictures", "0.000", red), Row(2, "Video", "1.500", clip),
-                          Row(3, "Pictures", "3.000", blue)},
-                         voice);
+        return threeItemTake();
     }
 
     static constexpr int kWidth = 320;
@@ -100,7 +90,7 @@ TEST_F(CaptionsRender, SubtitleFilesStandBesideTheResultAndOnlyWhileItHasCaption
     in.writeCaptions = false;
     const RenderReport without = render(in);
     ASSERT_TRUE(without.ok()) << without.message.toStdString();
-    EXPECT_EQ(without.reusedPieces, 3); // captions beside the result change no piece
+    EXPECT_EQ(without.reusedPieces, 4); // captions beside the result change no piece
     EXPECT_EQ(QDir(app.file("out")).entryList(QDir::Files), QStringList{"b.avi"});
 
     // A sound-only result gets its pair too.
@@ -123,34 +113,34 @@ TEST_F(CaptionsRender, BurnedCuesChangeOnlyTheLowerPartAndOnlyTheirPieces) {
 
     // Hostile texts: override tags, line break codes, the graph's own punctuation.
     in.burnCaptions = true;
-    in.captions = {{500, 1200, "{\\an8}Top? \\N 'quoted': [x], y; z\n\u00e4 second line"},
-                   {2000, 2700, "Under the video"}};
+    in.captions = {{800, 1300, "{\\an8}Top? \\N 'quoted': [x], y; z\n\u00e4 second line"},
+                   {1800, 2300, "Under the video"}};
     const RenderReport burned = render(in);
     ASSERT_TRUE(burned.ok()) << burned.message.toStdString();
     const QString out = paths.gstrFinalMixAVIFileSpec;
     EXPECT_EQ(ReadAviContents(out).videoFrames, ReadAviContents(plain).videoFrames);
-    // Only the picture's stretch under its cue (21 frames) is made of real frames; the rest of
-    // it is still one frame held.
-    EXPECT_LE(media.frameTimes(out).size(), media.frameTimes(plain).size() + 21 + 6);
+    // Only the red picture's stretch under its cue (15 frames) is made of real frames; the rest
+    // of it is still one frame held.
+    EXPECT_LE(media.frameTimes(out).size(), media.frameTimes(plain).size() + 15 + 6);
 
-    for (double at : {0.8, 2.3}) {
+    for (double at : {1.0, 2.1}) {
         const Difference d = differenceAt(plain, out, at);
         EXPECT_GT(d.below, 40) << at;
         EXPECT_EQ(d.above, 0) << at;
     }
-    for (double at : {0.3, 1.4, 1.8, 2.9, 3.5}) {
+    for (double at : {0.3, 0.6, 1.4, 1.7, 2.4, 3.5}) {
         const Difference d = differenceAt(plain, out, at);
         EXPECT_EQ(d.above + d.below, 0) << at;
     }
 
-    // The picture is cut around its cue; the blue picture is the plain render's own piece.
-    EXPECT_EQ(burned.reusedPieces, 1);
+    // The red picture is cut around its cue; black and blue are the plain render's own pieces.
+    EXPECT_EQ(burned.reusedPieces, 2);
     // A new text for one cue makes only the piece under it again.
     in.captions[1].text = "Changed under the video";
     const RenderReport again = render(in);
     ASSERT_TRUE(again.ok()) << again.message.toStdString();
-    EXPECT_EQ(again.reusedPieces, 4);
-    EXPECT_GT(differenceAt(burned.output, plain, 2.3).below, 40);
+    EXPECT_EQ(again.reusedPieces, 5);
+    EXPECT_GT(differenceAt(burned.output, plain, 2.1).below, 40);
 }
 
 TEST_F(CaptionsRender, AnUnreadablePictureCutByACueShowsBlackAndIsNamedOnce) {
@@ -199,7 +189,7 @@ TEST_F(CaptionsRender, AnMp4CarriesTheCuesAsAnEnglishTrackAndBurnedIn) {
     const QByteArray bytes = ReadFileToBytes(out);
     EXPECT_LT(bytes.indexOf("moov"), bytes.indexOf("mdat"));
     EXPECT_NEAR(media.duration(out, "format"), 4.0, 0.2);
-    EXPECT_GT(media.bandLevel(out, 1.8, 0.6, 1000), -35);
+    EXPECT_GT(media.bandLevel(out, 1.7, 0.6, 1000), -35);
     // Burned in as well: the frame under the first cue shows it at the bottom.
     const QImage frame = frameAt(out, 0.8);
     ASSERT_FALSE(frame.isNull());
