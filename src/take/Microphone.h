@@ -55,6 +55,7 @@ private:
     void checkStream();
     void loseStream(const QString& why);
 
+    // Owned while open; closeSource hands it to the main loop to delete.
     QAudioSource* m_source = nullptr;
     QIODevice* m_io = nullptr;
     QAudioDevice m_device;
