@@ -6,9 +6,14 @@
 #include "studio/AppPaths.h"
 #include "studio/StudioSettings.h"
 #include "support/CuePrinting.h"
+#include "support/SpokenVoice.h"
 #include "support/TestRows.h"
 
+#include <QFile>
 #include <QTemporaryDir>
+
+#include <cstdio>
+#include <memory>
 
 #include <gtest/gtest.h>
 
@@ -62,6 +67,7 @@ TEST(StudioCaptions, TheCommandLineTakesTheProjectsCaptionsFileOrElseItsTexts) {
     const AppPaths paths = AppPaths::forFolder(project.filePath("app"));
     const CommandLineRenderOptions render{timeline, {}, {}, {}};
 
+    // The voice is heard first; it holds no words, so the text is the one caption.
     RenderRequest request = CommandLineRenderRequest(paths, options(true, true), render, stderr);
     ASSERT_TRUE(request.ok()) << request.problem.toStdString();
     EXPECT_EQ(request.inputs.captions, (CaptionCues{{500, 2000, "Hi there"}}));
@@ -75,4 +81,44 @@ TEST(StudioCaptions, TheCommandLineTakesTheProjectsCaptionsFileOrElseItsTexts) {
 
     const CommandLineRenderOptions noVoice{timeline, project.filePath("none.wav"), {}, {}};
     EXPECT_FALSE(CommandLineRenderRequest(paths, options(true, false), noVoice, stderr).ok());
+}
+
+TEST(StudioCaptions, TheCommandLineCaptionsAProjectWithoutCaptionsFromItsVoiceAndTexts) {
+    QTemporaryDir project;
+    const QString voice = project.filePath("RecordedAudio.wav");
+    ASSERT_TRUE(test::MakeSpokenVoice("Welcome to our new video about the summer garden.", voice));
+    const QString timeline = project.filePath("Timeline.txt");
+    WriteWholeFile("1\tText\t0.500\t\tHi.jpg\tOur garden\r\n", timeline);
+    const AppPaths paths = AppPaths::forFolder(project.filePath("app"));
+    const CommandLineRenderOptions render{timeline, {}, {}, {}};
+    const CaptionCue text{500, WavDurationMs(voice), "Our garden"};
+    std::unique_ptr<FILE, int (*)(FILE*)> err(std::tmpfile(), &std::fclose);
+    ASSERT_TRUE(err);
+
+    RenderRequest request =
+        CommandLineRenderRequest(paths, options(true, false), render, err.get());
+    ASSERT_TRUE(request.ok()) << request.problem.toStdString();
+    const CaptionCues& cues = request.inputs.captions;
+    ASSERT_GE(cues.size(), 2);
+    EXPECT_EQ(cues.first(), text) << "the text, before the voice that starts a second in";
+    QString spoken;
+    for (const CaptionCue& cue : cues.mid(1))
+        spoken += cue.text + u' ';
+    EXPECT_GE(
+        test::WordsHeard(spoken, {"welcome", "new", "video", "about", "summer", "garden"}).size(),
+        2)
+        << spoken.toStdString();
+
+    // Without the recogniser's model the texts alone are captioned, and the reason is told.
+    QTemporaryDir noModel;
+    qputenv("CLIPQUILL_SPEECH_MODEL_DIR", QFile::encodeName(noModel.path()));
+    request = CommandLineRenderRequest(paths, options(false, true), render, err.get());
+    qunsetenv("CLIPQUILL_SPEECH_MODEL_DIR");
+    ASSERT_TRUE(request.ok());
+    EXPECT_EQ(request.inputs.captions, CaptionCues{text});
+    std::rewind(err.get());
+    QFile said;
+    ASSERT_TRUE(said.open(err.get(), QIODevice::ReadOnly));
+    EXPECT_TRUE(said.readAll().contains("the voice could not be recognised (The English speech "
+                                        "model is not installed."));
 }

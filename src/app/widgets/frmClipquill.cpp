@@ -3,6 +3,7 @@
 #include "app/StudioCaptions.h"
 #include "app/StudioOptions.h"
 #include "app/StudioRender.h"
+#include "app/widgets/CaptionMaking.h"
 #include "app/widgets/KeepAwake.h"
 #include "app/widgets/MediaStation.h"
 #include "app/widgets/StudioDisplay.h"
@@ -191,6 +192,7 @@ QWidget* frmClipquill::buildEventsAndCaptions() {
     m_captionPanel->currentTimeMs = [this] {
         return captionTimeMs();
     };
+    m_captionMaking = new CaptionMaking(m_paths, m_recording, *m_timeline, *m_captionPanel, this);
     connect(m_cmdCaptions, &QPushButton::clicked, m_captionPanel, &CaptionPanel::cmdCaptions_Click);
     eventsAndCaptions->addWidget(m_timeline->gridView());
     eventsAndCaptions->addWidget(m_captionPanel);
@@ -316,6 +318,8 @@ bool frmClipquill::takeLetsClose() {
 }
 
 void frmClipquill::Form_Unload() {
+    // No recognition outlives the window, nor writes into the work folder being emptied.
+    m_captionMaking->stop();
     // An unsaved take stays for the next start to offer back.
     DeleteFilesInFolder(m_paths.gstrTempFilesDirectory, m_timeline->takeKeeper().keptFileNames());
 }
