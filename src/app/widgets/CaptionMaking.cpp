@@ -78,7 +78,7 @@ void CaptionMaking::stop() {
 }
 
 void CaptionMaking::onProgressed(int percent) {
-    m_panel.showStatus(QStringLiteral("Making the captions from the voice: %1%").arg(percent));
+    m_panel.showStatus(QStringLiteral("Making the captions: %1%").arg(percent));
 }
 
 void CaptionMaking::onFinished(const CaptionCues& cues) {
@@ -87,10 +87,9 @@ void CaptionMaking::onFinished(const CaptionCues& cues) {
     m_replacing = true;
     m_timeline.captions().replaceCues(all);
     m_replacing = false;
-    ended(cues.isEmpty() ? QStringLiteral("No words were heard in the voice; the captions are the "
-                                          "texts' only.")
-                         : QStringLiteral("%1 captions were made. Recognition is a draft: read "
-                                          "them and correct what it misheard.")
+    // Recognition is a draft: the line says so, short enough to stay one line under the table.
+    ended(cues.isEmpty() ? QStringLiteral("No words were heard; the captions are the texts'.")
+                         : QStringLiteral("%1 captions made: a draft to read over and correct.")
                                .arg(all.size()));
 }
 

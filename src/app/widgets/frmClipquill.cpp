@@ -117,7 +117,8 @@ void frmClipquill::buildLayout() {
     buildStatusBar();
 }
 
-// The frame size, the render controls and the button that keeps the folders.
+// The frame size, the format and captions of the result, the render controls and the button
+// that keeps the folders.
 void frmClipquill::buildTopBar(QWidget* central) {
     m_topBar = new QHBoxLayout;
     auto* sizeLabel = new QLabel(QStringLiteral("Video size:"), central);
@@ -142,6 +143,9 @@ void frmClipquill::buildTopBar(QWidget* central) {
     m_topBar->addWidget(m_cboVideoRes);
     addFormatChoice(central);
     m_renderPanel = new RenderPanel(m_paths, m_studio, *m_toolPool, central);
+    // What the result is made of, then the render and the voice's treatment.
+    m_topBar->addWidget(m_renderPanel->captionOptions());
+    m_topBar->addSpacing(12);
     m_topBar->addWidget(m_renderPanel);
     m_topBar->addStretch(1);
     m_topBar->addWidget(m_cmdSaveDirectories);
