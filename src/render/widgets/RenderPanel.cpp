@@ -52,10 +52,12 @@ RenderPanel::RenderPanel(const AppPaths& paths, StudioSettings& studio, ToolPool
         addSwitch(this, QStringLiteral("Reduce background noise"), QStringLiteral("chkReduceNoise"),
                   QStringLiteral("Take steady hiss and hum out of your voice before it is mixed"),
                   &StudioSettings::reduceNoise);
-    // The caption switches belong with the output's format, where the window puts them.
+    // The caption switches belong with the output's format; they stay at the end of the panel
+    // unless the window puts them there.
     m_captionOptions = new QWidget(this);
     auto* captionLayout = new QHBoxLayout(m_captionOptions);
     captionLayout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_captionOptions);
     m_chkCaptions =
         addSwitch(m_captionOptions, QStringLiteral("Captions"), QStringLiteral("chkCaptions"),
                   QStringLiteral("Write the captions beside the rendered video as "
