@@ -93,6 +93,11 @@ ResultLengths Mp4Container::measure(const QString& file) const {
     return lengths;
 }
 
+// Players and phones show an MP4's own text track (mov_text) and offer it by its language.
+QString Mp4Container::captionTrackOptions() const {
+    return QStringLiteral("-c:s mov_text -metadata:s:s:0 language=eng");
+}
+
 std::shared_ptr<const RenderContainer> MakeMp4Container() {
     return std::make_shared<Mp4Container>();
 }

@@ -19,6 +19,7 @@ public:
     QString joinInputOptions() const override;
     QString resultEncoderOptions() const override;
     ResultLengths measure(const QString& file) const override;
+    QString captionTrackOptions() const override;
 };
 
 std::shared_ptr<const RenderContainer> MakeMp4Container();
