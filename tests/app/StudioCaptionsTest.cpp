@@ -1,4 +1,5 @@
 #include "app/StudioCaptions.h"
+#include "StudioProcess.h"
 #include "app/CommandLineRender.h"
 #include "captions/SubtitleFiles.h"
 #include "platform/TextFiles.h"
@@ -9,7 +10,9 @@
 #include "support/SpokenVoice.h"
 #include "support/TestRows.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -121,4 +124,28 @@ TEST(StudioCaptions, TheCommandLineCaptionsAProjectWithoutCaptionsFromItsVoiceAn
     ASSERT_TRUE(said.open(err.get(), QIODevice::ReadOnly));
     EXPECT_TRUE(said.readAll().contains("the voice could not be recognised (The English speech "
                                         "model is not installed."));
+}
+
+TEST(StudioCaptions, TheCommandLinesCaptionsOfAVoiceAreWrittenBesideTheResult) {
+    QTemporaryDir project;
+    const QString picture = project.filePath("red.jpg");
+    ASSERT_TRUE(test::MakeMedia(
+        {"-f", "lavfi", "-i", "color=red:size=320x240", "-frames:v", "1", picture}));
+    ASSERT_TRUE(test::MakeSpokenVoice("Welcome to our new video about the summer garden.",
+                                      project.filePath("RecordedAudio.wav")));
+    const QString timeline = project.filePath("Timeline.txt");
+    WriteWholeFile(QStringLiteral("1\tPictures\t0.000\t\t%1\r\n").arg(picture).toUtf8(), timeline);
+    const QString app = project.filePath("app");
+    const test::StudioRun run = test::RunStudioProgram(
+        {"--app-dir", app, "--render", timeline, "--size", "160X120", "--captions"}, {});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    const QString srt = QFileInfo(run.out.trimmed()).absoluteDir().filePath("FinalMix.srt");
+    const ReadCues written = ReadSubtitles(ReadFileToBytes(srt));
+    QString spoken;
+    for (const CaptionCue& cue : written.cues)
+        spoken += cue.text + u' ';
+    EXPECT_GE(
+        test::WordsHeard(spoken, {"welcome", "new", "video", "about", "summer", "garden"}).size(),
+        2)
+        << srt.toStdString() << ": " << spoken.toStdString();
 }
