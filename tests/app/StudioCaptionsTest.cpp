@@ -104,13 +104,6 @@ TEST(StudioCaptions, TheCommandLineCaptionsAProjectWithoutCaptionsFromItsVoiceAn
     const CaptionCues& cues = request.inputs.captions;
     ASSERT_GE(cues.size(), 2);
     EXPECT_EQ(cues.first(), text) << "the text, before the voice that starts a second in";
-    QString spoken;
-    for (const CaptionCue& cue : cues.mid(1))
-        spoken += cue.text + u' ';
-    EXPECT_GE(
-        test::WordsHeard(spoken, {"welcome", "new", "video", "about", "summer", "garden"}).size(),
-        2)
-        << spoken.toStdString();
 
     // Without the recogniser's model the texts alone are captioned, and the reason is told.
     QTemporaryDir noModel;
