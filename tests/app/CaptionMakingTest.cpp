@@ -12,9 +12,11 @@
 #include "timeline/widgets/TimelineStudio.h"
 
 #include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -65,6 +67,13 @@ TEST_F(CaptionMakingInTheWindow, TheVoicesWordsAndTheTextsBecomeTheEditorsCues) 
     EXPECT_EQ(w->captionMaking().job(), nullptr);
 
     prepareSpokenTake();
+    QTemporaryDir noModel;
+    qputenv("CLIPQUILL_SPEECH_MODEL_DIR", QFile::encodeName(noModel.path()));
+    make->click();
+    qunsetenv("CLIPQUILL_SPEECH_MODEL_DIR");
+    EXPECT_TRUE(makingEnded());
+    EXPECT_TRUE(status->text().contains("pocketsphinx-en-us")) << status->text().toStdString();
+
     make->click();
     ASSERT_NE(w->captionMaking().job(), nullptr);
     ASSERT_TRUE(QTest::qWaitFor([&] { return makingEnded(); }, kRecognitionMs));
