@@ -1,7 +1,7 @@
 // Measures a render against one ffmpeg run that makes the same video with a filter graph, in
 // AVI and in MP4, at two output sizes, what evening out the voice adds, a render again after one
-// item changed, and (with --long) the lengths of a 10-minute message of 100 items. Prints each
-// figure against its goal, from one run.
+// item changed, captions burned in, and (with --long) the lengths of a 10-minute message of 100
+// items. Prints each figure against its goal, from one run.
 #include "BenchFfmpeg.h"
 #include "app/StudioRender.h"
 #include "platform/ShellQuote.h"
@@ -362,6 +362,39 @@ AppPaths makeAppFolder(const QString& dir) {
     return paths;
 }
 
+// Captions burned in at 320X240 (a cue of 2.5 s every 5 s) against the same render without
+// them, both from an empty work folder, and again after one cue's text changed.
+void burnedCaptionsFigure(const AppPaths& paths, const QList<EventRow>& rows,
+                          const QString& voice) {
+    RenderInputs in = inputsFor(paths, rows, voice, "320X240");
+    for (int i = 0; i < 12; ++i)
+        in.captions.append({i * 5000 + 1000, i * 5000 + 3500,
+                            QStringLiteral("Caption number %1,\nand its second line").arg(i + 1)});
+    auto run = [&](bool burn, bool fresh, RenderReport* report) {
+        if (fresh)
+            QDir(paths.gstrTempFilesDirectory).removeRecursively();
+        in.burnCaptions = burn;
+        ToolPool pool;
+        RenderJob job(in, pool);
+        const double cpu = childCpuSeconds();
+        *report = job.runToEnd();
+        return childCpuSeconds() - cpu;
+    };
+    RenderReport plain, burned, again;
+    const double plainCpu = run(false, true, &plain);
+    const double burnedCpu = run(true, true, &burned);
+    in.captions[6].text = QStringLiteral("A changed caption");
+    const double againCpu = run(true, false, &again);
+    std::printf("320X240, 10 events, 12 captions burned in\n");
+    std::printf("  plain render          %6.2f s, %.2f s processor time\n",
+                plain.elapsedMs / 1000.0, plainCpu);
+    std::printf("  burned in             %6.2f s, %.2f s processor time, %.2f x plain (%s)\n",
+                burned.elapsedMs / 1000.0, burnedCpu, burnedCpu / plainCpu,
+                burned.ok() ? "rendered" : qPrintable(burned.message));
+    std::printf("  one caption changed   %6.2f s, %.2f s processor time, %d pieces reused\n\n",
+                again.elapsedMs / 1000.0, againCpu, again.reusedPieces);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -395,6 +428,7 @@ int main(int argc, char** argv) {
                                WavDurationMs(in.voice) / 1000.0) &&
                      allMet;
     }
+    burnedCaptionsFigure(paths, ten, in.voice);
     if (QCoreApplication::arguments().contains(QStringLiteral("--long")))
         longMessageDrift(paths, in, dir.path());
     else

@@ -3,6 +3,7 @@
 #include "app/StudioCaptions.h"
 #include "app/StudioRender.h"
 #include "captions/CaptionsFile.h"
+#include "captions/RecognizeCaptions.h"
 #include "platform/Console.h"
 #include "platform/ToolPool.h"
 #include "platform/WavFormat.h"
@@ -13,18 +14,40 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QTemporaryDir>
 
 namespace cq {
 
 namespace {
 
+// The words heard in the voice with the cues of the texts. A voice that cannot be recognised
+// leaves the texts' cues, and err says why.
+CaptionCues voiceAndTextCues(const RenderInputs& inputs, FILE* err) {
+    PrintTo(err, QStringLiteral("Captions: recognising the voice\n"));
+    // A work folder of its own: a studio may be recording in the application's.
+    QTemporaryDir work;
+    const RecognizedCaptions heard =
+        work.isValid() ? RecognizeCaptions(inputs.voiceFile, inputs.ffmpeg, work.path())
+                       : RecognizedCaptions{{}, QStringLiteral("no temporary folder")};
+    if (!heard.ok())
+        PrintTo(err, QStringLiteral("Captions: the voice could not be recognised (%1); only the "
+                                    "texts are captioned.\n")
+                         .arg(heard.problem));
+    return VoiceAndTextCues(heard.cues, inputs.rows, inputs.recordingMs);
+}
+
 // The project's own captions are the Captions.srt beside its timeline; what of it cannot be read
-// is said and the rest is used.
+// is said and the rest is used. A project without that file is captioned from its voice.
 void addProjectCaptions(RenderInputs& inputs, const StudioSettings& studio, const QString& timeline,
                         FILE* err) {
     if (!studio.captions && !studio.burnCaptions)
         return;
-    const ReadCues own = ReadCaptionsFile(CaptionsFileIn(QFileInfo(timeline).absolutePath()));
+    const QString file = CaptionsFileIn(QFileInfo(timeline).absolutePath());
+    if (!QFileInfo::exists(file)) {
+        AddCaptions(inputs, studio, voiceAndTextCues(inputs, err));
+        return;
+    }
+    const ReadCues own = ReadCaptionsFile(file);
     if (!own.problem.isEmpty())
         PrintTo(err, QStringLiteral("Captions: %1\n").arg(own.problem));
     AddCaptions(inputs, studio, own.cues);

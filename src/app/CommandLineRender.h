@@ -20,8 +20,9 @@ struct CommandLineRenderOptions {
 
 // What a render of a timeline file without a window renders: its rows, the voice (given or
 // beside it), the size and output asked for and, when the studio settings ask for captions, the
-// Captions.srt beside the timeline or else the cues of its texts (what of that file cannot be
-// read is said on err). Not ok() when the timeline or the voice is unusable.
+// Captions.srt beside the timeline (what of it cannot be read is said on err) or else the words
+// recognised in the voice with the cues of its texts; recognition blocks until it ends. Not ok()
+// when the timeline or the voice is unusable.
 RenderRequest CommandLineRenderRequest(const AppPaths& paths, StudioSettings studio,
                                        const CommandLineRenderOptions& options, FILE* err);
 

@@ -1,5 +1,6 @@
 #include "app/InstallationCheck.h"
 
+#include "captions/SpeechDecoder.h"
 #include "platform/ToolLocator.h"
 #include "platform/ToolRunner.h"
 
@@ -93,6 +94,14 @@ CheckFinding checkSpeech() {
     return f;
 }
 
+// The recogniser's model, which "Make Captions" and --captions need; its absence leaves the rest
+// of the studio working.
+CheckFinding checkSpeechModel() {
+    const QString missing = SpeechDecoder::missingModelMessage();
+    return {QStringLiteral("speech model"), missing.isEmpty(),
+            missing.isEmpty() ? SpeechDecoder::modelFolder() : missing};
+}
+
 CheckFinding checkMail() {
     CheckFinding f{QStringLiteral("mail hand-over"), false, QString()};
     if (QStandardPaths::findExecutable(QStringLiteral("xdg-email")).isEmpty()) {
@@ -125,7 +134,7 @@ InstallationCheck InstallationCheck::run(const AppPaths& paths) {
     c.findings << checkTool(LocateConvert(paths.gstrImageMagickFileSpec),
                             QStringLiteral("ImageMagick"));
     c.findings << checkScriptTools();
-    c.findings << checkAudioInput() << checkSpeech() << checkMail();
+    c.findings << checkAudioInput() << checkSpeech() << checkSpeechModel() << checkMail();
     return c;
 }
 

@@ -3,6 +3,8 @@
 #include "captions/TextRowCues.h"
 #include "studio/StudioSettings.h"
 
+#include <algorithm>
+
 namespace cq {
 
 void AddCaptions(RenderInputs& inputs, const StudioSettings& studio, const CaptionCues& ownCues) {
@@ -14,6 +16,15 @@ void AddCaptions(RenderInputs& inputs, const StudioSettings& studio, const Capti
     }
     inputs.captions =
         !ownCues.isEmpty() ? ownCues : CuesFromTextRows(inputs.rows, inputs.recordingMs);
+}
+
+CaptionCues VoiceAndTextCues(const CaptionCues& voice, const QList<EventRow>& rows,
+                             qint64 recordingMs) {
+    CaptionCues cues = voice + CuesFromTextRows(rows, recordingMs);
+    std::stable_sort(cues.begin(), cues.end(), [](const CaptionCue& a, const CaptionCue& b) {
+        return a.startMs < b.startMs;
+    });
+    return cues;
 }
 
 } // namespace cq

@@ -2,6 +2,9 @@
 
 #include "captions/CaptionCue.h"
 #include "render/RenderInputs.h"
+#include "studio/EventRow.h"
+
+#include <QList>
 
 namespace cq {
 
@@ -11,5 +14,11 @@ struct StudioSettings;
 // cues (the editor's, a project's Captions.srt), or where it has none the cues of its typed
 // texts, each shown until the next event. Without either option the render carries none.
 void AddCaptions(RenderInputs& inputs, const StudioSettings& studio, const CaptionCues& ownCues);
+
+// The captions made for a message from its voice: the recognised cues and the cues of its typed
+// texts together, in the order of their starts (a text shown at the same time as a spoken cue
+// comes after it).
+CaptionCues VoiceAndTextCues(const CaptionCues& voice, const QList<EventRow>& rows,
+                             qint64 recordingMs);
 
 } // namespace cq

@@ -40,7 +40,7 @@ const OptionRow kOptions[] = {
      &StudioOptions::reduceNoise},
     {"captions", nullptr,
      "Write the captions beside the result as .srt and .vtt: the project's Captions.srt, or "
-     "else its texts' captions.",
+     "else the words recognised in its voice with its texts' captions.",
      nullptr, &StudioOptions::captions},
     {"burn-captions", nullptr, "Draw the captions into the picture.", nullptr,
      &StudioOptions::burnCaptions},

@@ -50,7 +50,11 @@ SpeechDecoder::~SpeechDecoder() {
 }
 
 QString SpeechDecoder::modelFolder() {
-    return QStringLiteral(CQ_SPEECH_MODEL_DIR "/en-us");
+    // A model kept elsewhere than where its package installs it (CLIPQUILL_SPEECH_MODEL_DIR is
+    // the folder that holds "en-us").
+    const QString root = qEnvironmentVariable("CLIPQUILL_SPEECH_MODEL_DIR");
+    return QDir(root.isEmpty() ? QStringLiteral(CQ_SPEECH_MODEL_DIR) : root)
+        .filePath(QStringLiteral("en-us"));
 }
 
 QString SpeechDecoder::missingModelMessage() {

@@ -28,7 +28,8 @@ public:
     SpeechDecoder(const SpeechDecoder&) = delete;
     SpeechDecoder& operator=(const SpeechDecoder&) = delete;
 
-    // The folder of the acoustic model, the language model and the dictionary.
+    // The folder of the acoustic model, the language model and the dictionary: "en-us" in the
+    // folder CLIPQUILL_SPEECH_MODEL_DIR names, or else in the model package's folder.
     static QString modelFolder();
     // Why the model cannot be used (its package is missing); empty when it can.
     static QString missingModelMessage();

@@ -63,7 +63,7 @@ QString AviContainer::soundEncoderOptions() const {
 }
 
 QString AviContainer::copyResultOptions() const {
-    return QStringLiteral("-c copy");
+    return QStringLiteral("-c:v copy -c:a copy");
 }
 
 ResultLengths AviContainer::measure(const QString& file) const {

@@ -90,7 +90,7 @@ QString Mp4Container::soundEncoderOptions() const {
 }
 
 QString Mp4Container::copyResultOptions() const {
-    return QStringLiteral("-c copy -movflags +faststart");
+    return QStringLiteral("-c:v copy -c:a copy -movflags +faststart");
 }
 
 ResultLengths Mp4Container::measure(const QString& file) const {
@@ -103,6 +103,11 @@ ResultLengths Mp4Container::measure(const QString& file) const {
         lengths.audioMs = mp4.durationMs("soun");
     }
     return lengths;
+}
+
+// Players and phones show an MP4's own text track (mov_text) and offer it by its language.
+QString Mp4Container::captionTrackOptions() const {
+    return QStringLiteral("-c:s mov_text -metadata:s:s:0 language=eng");
 }
 
 std::shared_ptr<const RenderContainer> MakeMp4Container() {

@@ -22,6 +22,7 @@ public:
     QString soundEncoderOptions() const override;
     QString copyResultOptions() const override;
     ResultLengths measure(const QString& file) const override;
+    QString captionTrackOptions() const override;
 };
 
 std::shared_ptr<const RenderContainer> MakeMp4Container();

@@ -59,10 +59,11 @@ int PieceCache::removeAllBut(const QStringList& keptPieces) const {
         const QFileInfo fi(piece);
         kept << fi.fileName();
         kept << fi.completeBaseName() + QStringLiteral(".key");
+        kept << fi.completeBaseName() + QStringLiteral(".ass");
     }
     int removed = 0;
     const QStringList patterns{QStringLiteral("*.") + m_container.suffix(), QStringLiteral("*.key"),
-                               QStringLiteral("*.part")};
+                               QStringLiteral("*.part"), QStringLiteral("*.ass")};
     const QDir dir(m_folder);
     for (const QString& name : dir.entryList(patterns, QDir::Files | QDir::Hidden)) {
         if (!kept.contains(name) && QFile::remove(dir.filePath(name)))

@@ -25,8 +25,8 @@ public:
     // stand-in (black for an unreadable item), which must not pass for the item next time.
     // Returns why the piece cannot be used; empty when it was accepted.
     QString accept(const RenderSegment& segment, bool withKey) const;
-    // Removes every piece, key and partial file that the given pieces do not name: the pieces
-    // of older timelines. Returns how many files went.
+    // Removes every piece, key, partial file and captions script that the given pieces do not
+    // name: the pieces of older timelines. Returns how many files went.
     int removeAllBut(const QStringList& keptPieces) const;
 
     static QString keyFileOf(const RenderSegment& segment);

@@ -2,6 +2,8 @@
 
 #include "platform/ShellQuote.h"
 #include "platform/TimeCode.h"
+#include "render/BurnedCaptions.h"
+#include "render/RenderContainer.h"
 
 #include <QHash>
 
@@ -20,6 +22,19 @@ QString fitFilter(const QSize& size) {
 
 QString seconds(qint64 ms) {
     return QString::number(double(ms) / 1000.0, 'f', 3);
+}
+
+// A still under a cue is held in real frames, each one drawn with the captions it shows: the
+// container's cheap hold repeats one encoded frame, which could not show a cue appear.
+StillHold realFramesHold(qint64 frames, const FrameRate& rate) {
+    return {QStringLiteral("loop=loop=%1:size=1,settb=1/(%2),setpts=N")
+                .arg(frames - 1)
+                .arg(rate.ffmpegText()),
+            QStringLiteral("-frames:v %1 -fps_mode passthrough").arg(frames)};
+}
+
+QString captionsFilter(const RenderSegment& s) {
+    return s.captions.isEmpty() ? QString() : u',' + BurnedCaptionsFilter(s.captionsScript);
 }
 
 qint64 videoStartMs(const RenderSegment& s) {
@@ -45,11 +60,14 @@ QString segmentOutput(const RenderInputs& in, const RenderSegment& s, int inputI
             filter = QStringLiteral("setpts=PTS-STARTPTS,trim=start=%1,").arg(seconds(skipMs));
         // A video shorter than its time on screen holds its last picture.
         filter += QStringLiteral("setpts=PTS-STARTPTS,fps=") + rate + u',' +
-                  fitFilter(in.frameSize) + QStringLiteral(",tpad=stop=-1:stop_mode=clone");
+                  fitFilter(in.frameSize) + QStringLiteral(",tpad=stop=-1:stop_mode=clone") +
+                  captionsFilter(s);
         timing = QStringLiteral("-frames:v %1").arg(s.frames);
     } else {
-        const StillHold hold = in.container->stillHold(s.frames, in.frameRate);
-        filter = fitFilter(in.frameSize) + u',' + hold.filter;
+        const StillHold hold = s.captions.isEmpty()
+                                   ? in.container->stillHold(s.frames, in.frameRate)
+                                   : realFramesHold(s.frames, in.frameRate);
+        filter = fitFilter(in.frameSize) + u',' + hold.filter + captionsFilter(s);
         timing = hold.outputOptions;
     }
     return QStringLiteral("-map %1:v -vf ").arg(inputIndex) + ShellQuote(filter) + u' ' + timing +

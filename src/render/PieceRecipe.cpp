@@ -53,6 +53,9 @@ PieceRecipe PieceRecipe::of(SegmentKind kind, const QString& source, qint64 sour
 }
 
 QString PieceRecipe::text() const {
+    // Only a piece that shows captions names them: the others keep the key they have without.
+    const QString shown =
+        captions.isEmpty() ? QString() : QStringLiteral("captions ") + captions + u'\n';
     // Built by joining, not by arg(): a file name may hold "%1".
     return QStringList{
                QStringLiteral("making %1").arg(kPieceMaking),
@@ -65,7 +68,7 @@ QString PieceRecipe::text() const {
                QStringLiteral("rate ") + rate.ffmpegText(),
                QStringLiteral("encoder ") + encoderOptions}
                .join(u'\n') +
-           u'\n';
+           u'\n' + shown;
 }
 
 QString PieceRecipe::key() const {

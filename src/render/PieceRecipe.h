@@ -30,6 +30,7 @@ struct PieceRecipe {
     QSize frameSize;
     FrameRate rate;
     QString encoderOptions; // the container's settings for pieces
+    QString captions;       // the cues drawn into the piece and their look; empty for none
 
     // Reads the source's size and time now.
     static PieceRecipe of(SegmentKind kind, const QString& source, qint64 sourceStartMs,

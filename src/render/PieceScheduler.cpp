@@ -1,6 +1,8 @@
 #include "render/PieceScheduler.h"
 
+#include "platform/TextFiles.h"
 #include "platform/ToolPool.h"
+#include "render/BurnedCaptions.h"
 #include "render/FullDisk.h"
 #include "render/PieceLines.h"
 
@@ -115,8 +117,14 @@ void PieceScheduler::submit(const Run& run) {
     QList<RenderSegment> segments;
     QStringList sources;
     for (int i : run.segments) {
-        segments << m_plan.segments[i];
-        sources << (run.black ? m_in.blackPicture : m_plan.segments[i].source);
+        const RenderSegment& s = m_plan.segments[i];
+        segments << s;
+        sources << (run.black ? m_in.blackPicture : s.source);
+        // A script that cannot be written fails the run, and the piece is handled as any other.
+        if (!s.captions.isEmpty() &&
+            WriteWholeFile(BurnedCaptionsScript(s.captions, m_in.frameRate, m_in.frameSize),
+                           s.captionsScript))
+            sources << s.captionsScript;
     }
     ToolTask task;
     task.script = run.black ? StandInLine(m_in, segments.first()) : PieceRunLine(m_in, segments);
@@ -201,8 +209,11 @@ bool PieceScheduler::pieceFailed(int index, bool wasBlack, const QString& reason
 
 // The item shows black for its time, so everything after it keeps its place.
 void PieceScheduler::showBlack(int index, const QString& reason) {
-    m_failedItems << m_plan.segments[index].source;
-    m_failureReasons << reason;
+    // Named once, however many pieces of it there are (a picture cut by captions).
+    if (!m_failedItems.contains(m_plan.segments[index].source)) {
+        m_failedItems << m_plan.segments[index].source;
+        m_failureReasons << reason;
+    }
     submit(Run{{index}, true, {}});
 }
 

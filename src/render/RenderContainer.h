@@ -50,6 +50,9 @@ public:
     virtual QString copyResultOptions() const = 0;
     // Reads the whole result; blocking, so it runs on a worker thread.
     virtual ResultLengths measure(const QString& file) const = 0;
+    // The options that encode the cues, read from an SRT input, as the result's subtitle track;
+    // empty for a container that carries none (the files beside the result then carry them).
+    virtual QString captionTrackOptions() const { return {}; }
 };
 
 } // namespace cq

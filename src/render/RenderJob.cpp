@@ -2,6 +2,7 @@
 
 #include "platform/TextFiles.h"
 #include "platform/WavFormat.h"
+#include "render/CaptionFilesBeside.h"
 #include "render/MixStep.h"
 #include "render/PieceCache.h"
 #include "render/PieceScheduler.h"
@@ -268,6 +269,10 @@ void RenderJob::mix() {
     if (!m_plan.audioOnly && !WriteWholeFile(m_plan.joinList.toUtf8(), m_plan.joinListFile))
         return fail(QStringLiteral("The list of pieces \"%1\" could not be written.")
                         .arg(m_plan.joinListFile));
+    if (!m_plan.captionTrackFile.isEmpty() &&
+        !WriteWholeFile(m_plan.captionTrack, m_plan.captionTrackFile))
+        return fail(QStringLiteral("The captions \"%1\" could not be written.")
+                        .arg(m_plan.captionTrackFile));
     if (voiceBusy()) {
         m_mixWaitsForVoice = true;
         return emit statusChanged(QStringLiteral("Preparing the voice"));
@@ -328,20 +333,28 @@ void RenderJob::judge(const MeasuredResult& measured) {
 }
 
 void RenderJob::publish() {
+    CaptionFilesBeside captions(m_in.output, m_space.partialOutput);
+    const QString notStaged = m_in.writeCaptions ? captions.stage(m_in.captions) : QString();
+    if (!notStaged.isEmpty())
+        return fail(notStaged);
     // rename(2) replaces the previous result in one step: a reader sees the old or the new.
     if (std::rename(QFile::encodeName(m_space.partialOutput).constData(),
                     QFile::encodeName(m_in.output).constData()) != 0)
         return fail(QStringLiteral("The result could not be moved to \"%1\": %2")
                         .arg(m_in.output, QString::fromLocal8Bit(std::strerror(errno))));
     m_report.output = m_in.output;
+    const QString notPublished = captions.publish();
+    if (!notPublished.isEmpty())
+        log(notPublished);
     if (!m_plan.audioOnly) {
         m_report.removedOldFiles =
             PieceCache(m_space.folder, *m_in.container).removeAllBut(m_plan.distinctPieces());
         log(QStringLiteral("%1 files of older renders removed").arg(m_report.removedOldFiles));
     }
+    const QString failed = FailedItemsMessage(
+        m_report.failedItems, m_pieces ? m_pieces->failureReasons() : QStringList{});
     finish(RenderReport::Outcome::Rendered,
-           FailedItemsMessage(m_report.failedItems,
-                              m_pieces ? m_pieces->failureReasons() : QStringList{}));
+           notPublished.isEmpty() ? failed : (failed + u'\n' + notPublished).trimmed());
 }
 
 void RenderJob::cancel() {

@@ -1,5 +1,6 @@
 #include "render/RenderPlan.h"
 
+#include "captions/SubtitleFiles.h"
 #include "platform/RegularFiles.h"
 #include "platform/ShellQuote.h"
 #include "platform/TimeCode.h"
@@ -61,9 +62,30 @@ public:
     void add(SegmentKind kind, const QString& source, qint64 startMs, qint64 endMs,
              qint64 sourceStartMs) {
         const qint64 first = m_in.frameRate.frameAt(startMs);
-        const qint64 frames = std::min(m_in.frameRate.frameAt(endMs), m_plan.totalFrames) - first;
-        if (frames <= 0)
+        const qint64 end = std::min(m_in.frameRate.frameAt(endMs), m_plan.totalFrames);
+        if (end <= first)
             return; // shorter than one frame: the next item already covers it
+        // A still is cut where a burned-in cue appears or goes, so only its stretches under a
+        // cue need real frames; a video stays one piece with its sound in one stretch.
+        QList<qint64> cuts;
+        if (m_in.burnCaptions && kind != SegmentKind::Video)
+            cuts = CueEdgesWithin(m_in.captions, m_in.frameRate, first, end);
+        cuts << end;
+        qint64 from = first;
+        for (qint64 to : cuts) {
+            addFrames(kind, source, from == first ? startMs : msOfFrame(from),
+                      to == end ? endMs : msOfFrame(to), sourceStartMs, from, to - from);
+            from = to;
+        }
+    }
+
+private:
+    qint64 msOfFrame(qint64 frame) const {
+        return (frame * 1000 * m_in.frameRate.den + m_in.frameRate.num / 2) / m_in.frameRate.num;
+    }
+
+    void addFrames(SegmentKind kind, const QString& source, qint64 startMs, qint64 endMs,
+                   qint64 sourceStartMs, qint64 first, qint64 frames) {
         RenderSegment s;
         s.number = int(m_plan.segments.size()) + 1;
         s.kind = kind;
@@ -76,13 +98,17 @@ public:
         s.recipe =
             PieceRecipe::of(kind, source, s.sourceStartMs, frames, m_in.frameSize, m_in.frameRate,
                             m_in.container->pieceEncoderOptions(m_in.frameRate));
+        if (m_in.burnCaptions)
+            s.captions = PieceCuesOf(m_in.captions, m_in.frameRate, first, frames);
+        s.recipe.captions = PieceCuesRecipe(s.captions);
         s.piece = m_space.folder + u'/' + s.recipe.key() + u'.' + m_in.container->suffix();
         s.partial = s.piece + QStringLiteral(".part");
+        if (!s.captions.isEmpty())
+            s.captionsScript = m_space.folder + u'/' + s.recipe.key() + QStringLiteral(".ass");
         s.sourceProblem = SourceProblem(source);
         m_plan.segments.push_back(s);
     }
 
-private:
     const RenderInputs& m_in;
     const RenderSpace& m_space;
     RenderPlan& m_plan;
@@ -136,10 +162,10 @@ QString voiceFilterOption(const QString& voiceFilter) {
 // The sound of each kept video, delayed to its place, mixed under the voice; the voice alone
 // when no video keeps its sound. The voice sets the length.
 QString soundInputsAndMap(const RenderPlan& plan, const QSet<QString>& videosWithSound,
-                          const QString& voiceFilter) {
+                          const QString& voiceFilter, int firstInput) {
     QString inputs;
     QStringList chains;
-    int inputIndex = 2;
+    int inputIndex = firstInput;
     for (const RenderSegment& s : plan.segments) {
         if (s.kind != SegmentKind::Video || !videosWithSound.contains(s.source))
             continue;
@@ -161,24 +187,60 @@ QString soundInputsAndMap(const RenderPlan& plan, const QSet<QString>& videosWit
         voice = QStringLiteral("[voice]");
     }
     graph += voice;
-    for (int k = 2; k < inputIndex; ++k)
+    for (int k = firstInput; k < inputIndex; ++k)
         graph += QStringLiteral("[s%1]").arg(k);
     // duration=first: the voice sets the length; normalize=0 keeps the voice's level.
-    graph += QStringLiteral("amix=inputs=%1:duration=first:normalize=0[mix]").arg(inputIndex - 1);
+    graph += QStringLiteral("amix=inputs=%1:duration=first:normalize=0[mix]")
+                 .arg(inputIndex - firstInput + 1);
     return inputs + QStringLiteral(" -filter_complex ") + ShellQuote(graph) +
            QStringLiteral(" -map 0:v -map '[mix]'");
 }
 
-// The pieces are already in the result's codec, size and rate, starting on a key frame: they
-// are joined by stream copy, and only the sound is encoded.
-QString videoMixLine(const RenderInputs& in, const RenderPlan& plan,
-                     const QSet<QString>& videosWithSound, const QString& voiceFilter) {
+// The cue track, when the result has one: the input after the pieces and the sound, and its map
+// and encoder options.
+struct CueTrack {
+    QString input;
+    QString map;
+};
+
+CueTrack cueTrackOf(const RenderInputs& in, const RenderPlan& plan) {
+    if (plan.captionTrackFile.isEmpty())
+        return {};
+    return {QStringLiteral(" -i ") + ShellQuote(plan.captionTrackFile),
+            QStringLiteral(" -map 2:s ") + in.container->captionTrackOptions()};
+}
+
+// The joined pieces as input 0, the sound as input 1.
+QString joinAndSoundInputs(const RenderInputs& in, const RenderPlan& plan, const QString& sound) {
     return head(in.ffmpeg.path) + QStringLiteral(" -progress pipe:1 -nostats ") +
            in.container->joinInputOptions() + QStringLiteral(" -i ") +
-           ShellQuote(plan.joinListFile) + QStringLiteral(" -i ") + ShellQuote(in.voiceFile) +
-           soundInputsAndMap(plan, videosWithSound, voiceFilter) + u' ' +
-           in.container->resultEncoderOptions() + QStringLiteral(" -y ") +
+           ShellQuote(plan.joinListFile) + QStringLiteral(" -i ") + ShellQuote(sound);
+}
+
+// The pieces are already in the result's codec, size and rate, starting on a key frame: they
+// are joined by stream copy, and only the sound is encoded. A cue track is the third input, and
+// the videos' sounds follow it.
+QString videoMixLine(const RenderInputs& in, const RenderPlan& plan,
+                     const QSet<QString>& videosWithSound, const QString& voiceFilter) {
+    const CueTrack track = cueTrackOf(in, plan);
+    return joinAndSoundInputs(in, plan, in.voiceFile) + track.input +
+           soundInputsAndMap(plan, videosWithSound, voiceFilter, track.input.isEmpty() ? 2 : 3) +
+           track.map + u' ' + in.container->resultEncoderOptions() + QStringLiteral(" -y ") +
            ShellQuote(plan.partialOutput);
+}
+
+// The cues as the result's own subtitle track, cut to the voice: a track longer than the voice
+// would lengthen the result.
+QByteArray captionTrackOf(const RenderInputs& in) {
+    if (!in.writeCaptions || in.container->captionTrackOptions().isEmpty())
+        return {};
+    CaptionCues cues;
+    for (CaptionCue cue : in.captions) {
+        cue.endMs = std::min(cue.endMs, in.recordingMs);
+        if (cue.endMs > cue.startMs)
+            cues << cue;
+    }
+    return WriteSrt(cues);
 }
 
 } // namespace
@@ -193,11 +255,11 @@ QString FinalMixLine(const RenderInputs& in, const RenderPlan& plan,
 }
 
 QString CopyJoinLine(const RenderInputs& in, const RenderPlan& plan, const QString& voiceSound) {
-    return head(in.ffmpeg.path) + QStringLiteral(" -progress pipe:1 -nostats ") +
-           in.container->joinInputOptions() + QStringLiteral(" -i ") +
-           ShellQuote(plan.joinListFile) + QStringLiteral(" -i ") + ShellQuote(voiceSound) +
-           QStringLiteral(" -map 0:v -map 1:a ") + in.container->copyResultOptions() +
-           QStringLiteral(" -y ") + ShellQuote(plan.partialOutput);
+    const CueTrack track = cueTrackOf(in, plan);
+    return joinAndSoundInputs(in, plan, voiceSound) + track.input +
+           QStringLiteral(" -map 0:v -map 1:a") + track.map + u' ' +
+           in.container->copyResultOptions() + QStringLiteral(" -y ") +
+           ShellQuote(plan.partialOutput);
 }
 
 bool MixesVideoSound(const RenderPlan& plan, const QSet<QString>& videosWithSound) {
@@ -251,6 +313,9 @@ RenderPlan BuildRenderPlan(const RenderInputs& in, const RenderSpace& space,
     addSegments(in, space, plan);
     plan.joinListFile = space.folder + QStringLiteral("/FinalVideo.txt");
     plan.joinList = joinListText(plan, in.frameRate);
+    plan.captionTrack = captionTrackOf(in);
+    if (!plan.captionTrack.isEmpty())
+        plan.captionTrackFile = space.folder + QStringLiteral("/Captions.srt");
     plan.finalLine = FinalMixLine(in, plan, videosWithSound, {});
     return plan;
 }

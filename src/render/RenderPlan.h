@@ -1,8 +1,10 @@
 #pragma once
 
+#include "render/BurnedCaptions.h"
 #include "render/PieceRecipe.h"
 #include "render/RenderInputs.h"
 
+#include <QByteArray>
 #include <QList>
 #include <QSet>
 #include <QString>
@@ -24,6 +26,8 @@ struct RenderSegment {
     QString piece;            // the finished piece, in the result's codec, size and rate
     QString partial;          // what ffmpeg writes; renamed to piece once it passed its check
     QString sourceProblem;    // why the source cannot be handed to a tool; empty when it can
+    PieceCues captions;       // drawn into the piece; empty unless captions are burned in
+    QString captionsScript;   // the script the piece's captions are drawn from, in the work space
 };
 
 struct RenderPlan {
@@ -33,6 +37,10 @@ struct RenderPlan {
     QString joinList;     // ffconcat text naming every piece in order
     QString joinListFile; // where it is written
     QString finalLine;    // the pieces joined by stream copy, mixed with the voice as recorded
+    // SRT for the result's own subtitle track, empty for none, and where it is written for the
+    // final line to read.
+    QByteArray captionTrack;
+    QString captionTrackFile;
     QString partialOutput;
     qint64 targetMs = 0;
     qint64 totalFrames = 0;

@@ -63,15 +63,19 @@ bool Microphone::openSource(const QAudioDevice& device) {
         m_error = QStringLiteral("no sound input was found");
         return false;
     }
-    m_source = new QAudioSource(device, voiceFormat(), this);
+    // Without a parent: the sound system's own stream object takes the same parent as the
+    // source, and as a child it would be destroyed with the microphone (see closeSource).
+    m_source = new QAudioSource(device, voiceFormat());
     // A small buffer keeps the bytes counted close to what the microphone has just heard.
     m_source->setBufferSize(static_cast<qsizetype>(kBytesPerSecond / 20));
-    connect(m_source, &QAudioSource::stateChanged, this, &Microphone::onStateChanged);
+    // Queued: a failure is reported from inside a read, and the stream must not be stopped
+    // under the read that is still running.
+    connect(m_source, &QAudioSource::stateChanged, this, &Microphone::onStateChanged,
+            Qt::QueuedConnection);
     m_io = m_source->start();
     if (!m_io) {
         m_error = QStringLiteral("the sound input could not be opened");
-        delete m_source;
-        m_source = nullptr;
+        closeSource();
         return false;
     }
     m_error.clear();
@@ -85,10 +89,15 @@ void Microphone::closeSource() {
     if (!m_source)
         return;
     QAudioSource* source = m_source;
+    if (m_io)
+        m_io->disconnect(this);
     m_source = nullptr;
     m_io = nullptr;
     source->disconnect(this);
     source->stop();
+    // The sound system's stream runs the event loop while it is destroyed. Deleted here, from a
+    // handler or from the destructor of whatever holds the microphone, it would hand events to
+    // objects half torn down, itself included; the main loop deletes it instead.
     source->deleteLater();
 }
 
@@ -103,7 +112,8 @@ void Microphone::drain() {
 }
 
 void Microphone::onStateChanged() {
-    if (!m_source || m_source->error() == QAudio::NoError)
+    // A change queued by a stream closed since is no news of the one open now.
+    if (!m_source || sender() != m_source || m_source->error() == QAudio::NoError)
         return;
     if (m_source->state() != QAudio::StoppedState && m_source->error() != QAudio::FatalError &&
         m_source->error() != QAudio::OpenError)

@@ -3,12 +3,13 @@
 #include <QAudioDevice>
 #include <QByteArray>
 #include <QElapsedTimer>
+#include <QIODevice>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QTimer>
 
 class QAudioSource;
-class QIODevice;
 
 namespace cq {
 
@@ -55,8 +56,11 @@ private:
     void checkStream();
     void loseStream(const QString& why);
 
+    // Owned while open; closeSource hands it to the main loop to delete.
     QAudioSource* m_source = nullptr;
-    QIODevice* m_io = nullptr;
+    // The source's reader goes with the source's stream, which a failing sound server may close
+    // before a queued state change is handled.
+    QPointer<QIODevice> m_io;
     QAudioDevice m_device;
     QTimer m_check;
     QElapsedTimer m_sinceLastBytes;

@@ -17,7 +17,11 @@ Recorder::Recorder(QObject* parent)
 }
 
 Recorder::~Recorder() {
+    // On the way out no stream is opened again, and the microphone lets go of its stream while
+    // the meter and the file it feeds are still there.
+    m_listening = false;
     stop();
+    m_microphone->close();
 }
 
 bool Recorder::hasInputDevice() {

@@ -12,14 +12,16 @@ using namespace cq;
 namespace {
 
 // --check with a PATH that holds only links to the named programs.
-test::StudioRun checkWithPath(const test::TestAppFolder& app, const QStringList& programs) {
+test::StudioRun checkWithPath(const test::TestAppFolder& app, const QStringList& programs,
+                              QMap<QString, QString> environment = {}) {
     const QString bin = app.home() + "/bin";
     QDir(bin).removeRecursively();
     QDir().mkpath(bin);
     for (const QString& name : programs)
         EXPECT_TRUE(QFile::link(QStandardPaths::findExecutable(name), bin + "/" + name))
             << name.toStdString();
-    return test::RunStudioProgram({"--app-dir", app.path(), "--check"}, {{"PATH", bin}});
+    environment.insert("PATH", bin);
+    return test::RunStudioProgram({"--app-dir", app.path(), "--check"}, environment);
 }
 
 } // namespace
@@ -45,4 +47,19 @@ TEST(CheckCommand, FindsToolsAsTheRenderDoesAndNamesWhatTheRenderWouldMiss) {
     EXPECT_TRUE(run.out.contains("\nffprobe: usable (")) << run.out.toStdString();
     EXPECT_TRUE(run.out.contains("\ncat: NOT usable (cat is not on PATH")) << run.out.toStdString();
     EXPECT_TRUE(run.err.contains("cat")) << run.err.toStdString();
+}
+
+TEST(CheckCommand, NamesTheMissingSpeechModelWithoutFailingTheRender) {
+    test::TestAppFolder app;
+    const QStringList all{"ffmpeg", "ffprobe", "convert", "cat", "mv", "rm"};
+    test::StudioRun run = checkWithPath(app, all);
+    EXPECT_TRUE(run.out.contains("\nspeech model: usable (")) << run.out.toStdString();
+
+    const QString empty = app.home() + "/no-model";
+    QDir().mkpath(empty);
+    run = checkWithPath(app, all, {{"CLIPQUILL_SPEECH_MODEL_DIR", empty}});
+    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.out.contains("\nspeech model: NOT usable (The English speech model is not "
+                                 "installed. Install the Debian package \"pocketsphinx-en-us\"."))
+        << run.out.toStdString();
 }

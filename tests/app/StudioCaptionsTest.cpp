@@ -1,4 +1,5 @@
 #include "app/StudioCaptions.h"
+#include "StudioProcess.h"
 #include "app/CommandLineRender.h"
 #include "captions/SubtitleFiles.h"
 #include "platform/TextFiles.h"
@@ -6,9 +7,16 @@
 #include "studio/AppPaths.h"
 #include "studio/StudioSettings.h"
 #include "support/CuePrinting.h"
+#include "support/SpokenVoice.h"
 #include "support/TestRows.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
+
+#include <cstdio>
+#include <memory>
 
 #include <gtest/gtest.h>
 
@@ -62,6 +70,7 @@ TEST(StudioCaptions, TheCommandLineTakesTheProjectsCaptionsFileOrElseItsTexts) {
     const AppPaths paths = AppPaths::forFolder(project.filePath("app"));
     const CommandLineRenderOptions render{timeline, {}, {}, {}};
 
+    // The voice is heard first; it holds no words, so the text is the one caption.
     RenderRequest request = CommandLineRenderRequest(paths, options(true, true), render, stderr);
     ASSERT_TRUE(request.ok()) << request.problem.toStdString();
     EXPECT_EQ(request.inputs.captions, (CaptionCues{{500, 2000, "Hi there"}}));
@@ -75,4 +84,61 @@ TEST(StudioCaptions, TheCommandLineTakesTheProjectsCaptionsFileOrElseItsTexts) {
 
     const CommandLineRenderOptions noVoice{timeline, project.filePath("none.wav"), {}, {}};
     EXPECT_FALSE(CommandLineRenderRequest(paths, options(true, false), noVoice, stderr).ok());
+}
+
+TEST(StudioCaptions, TheCommandLineCaptionsAProjectWithoutCaptionsFromItsVoiceAndTexts) {
+    QTemporaryDir project;
+    const QString voice = project.filePath("RecordedAudio.wav");
+    ASSERT_TRUE(test::MakeSpokenVoice("Welcome to our new video about the summer garden.", voice));
+    const QString timeline = project.filePath("Timeline.txt");
+    WriteWholeFile("1\tText\t0.500\t\tHi.jpg\tOur garden\r\n", timeline);
+    const AppPaths paths = AppPaths::forFolder(project.filePath("app"));
+    const CommandLineRenderOptions render{timeline, {}, {}, {}};
+    const CaptionCue text{500, WavDurationMs(voice), "Our garden"};
+    std::unique_ptr<FILE, int (*)(FILE*)> err(std::tmpfile(), &std::fclose);
+    ASSERT_TRUE(err);
+
+    RenderRequest request =
+        CommandLineRenderRequest(paths, options(true, false), render, err.get());
+    ASSERT_TRUE(request.ok()) << request.problem.toStdString();
+    const CaptionCues& cues = request.inputs.captions;
+    ASSERT_GE(cues.size(), 2);
+    EXPECT_EQ(cues.first(), text) << "the text, before the voice that starts a second in";
+
+    // Without the recogniser's model the texts alone are captioned, and the reason is told.
+    QTemporaryDir noModel;
+    qputenv("CLIPQUILL_SPEECH_MODEL_DIR", QFile::encodeName(noModel.path()));
+    request = CommandLineRenderRequest(paths, options(false, true), render, err.get());
+    qunsetenv("CLIPQUILL_SPEECH_MODEL_DIR");
+    ASSERT_TRUE(request.ok());
+    EXPECT_EQ(request.inputs.captions, CaptionCues{text});
+    std::rewind(err.get());
+    QFile said;
+    ASSERT_TRUE(said.open(err.get(), QIODevice::ReadOnly));
+    EXPECT_TRUE(said.readAll().contains("the voice could not be recognised (The English speech "
+                                        "model is not installed."));
+}
+
+TEST(StudioCaptions, TheCommandLinesCaptionsOfAVoiceAreWrittenBesideTheResult) {
+    QTemporaryDir project;
+    const QString picture = project.filePath("red.jpg");
+    ASSERT_TRUE(test::MakeMedia(
+        {"-f", "lavfi", "-i", "color=red:size=320x240", "-frames:v", "1", picture}));
+    ASSERT_TRUE(test::MakeSpokenVoice("Welcome to our new video about the summer garden.",
+                                      project.filePath("RecordedAudio.wav")));
+    const QString timeline = project.filePath("Timeline.txt");
+    WriteWholeFile(QStringLiteral("1\tPictures\t0.000\t\t%1\r\n").arg(picture).toUtf8(), timeline);
+    const QString app = project.filePath("app");
+    const test::StudioRun run = test::RunStudioProgram(
+        {"--app-dir", app, "--render", timeline, "--size", "160X120", "--captions"}, {});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    const QString srt = QFileInfo(run.out.trimmed()).absoluteDir().filePath("FinalMix.srt");
+    const ReadCues written = ReadSubtitles(ReadFileToBytes(srt));
+    QString spoken;
+    for (const CaptionCue& cue : written.cues)
+        spoken += cue.text + u' ';
+    EXPECT_GE(
+        test::WordsHeard(spoken, {"welcome", "new", "video", "about", "summer", "garden"}).size(),
+        2)
+        << srt.toStdString() << ": " << spoken.toStdString();
 }

@@ -50,8 +50,8 @@ TEST_F(VoiceSoundRender, IsEncodedOnceBesideThePiecesAndCopiedByTheJoinUntilItsT
 
     const Made first = renderRows(rows, voice);
     EXPECT_TRUE(first.log.contains("voice sound: "));
-    EXPECT_TRUE(first.finalLine.contains("-c copy")) << first.finalLine.toStdString();
-    EXPECT_FALSE(first.finalLine.contains("-c:a")) << first.finalLine.toStdString();
+    EXPECT_TRUE(first.finalLine.contains("-c:a copy")) << first.finalLine.toStdString();
+    EXPECT_FALSE(first.finalLine.contains("-c:a aac")) << first.finalLine.toStdString();
     // The encoder's priming and padding must not lengthen the copied sound.
     EXPECT_LE(std::llabs(first.report.audioMs - first.report.voiceMs), 30);
     EXPECT_EQ(first.keptSounds.size(), 1);
@@ -59,7 +59,7 @@ TEST_F(VoiceSoundRender, IsEncodedOnceBesideThePiecesAndCopiedByTheJoinUntilItsT
     const Made again = renderRows(rows, voice);
     EXPECT_FALSE(again.log.contains("voice sound: "));
     EXPECT_TRUE(again.log.contains("voice sound kept"));
-    EXPECT_TRUE(again.finalLine.contains("-c copy"));
+    EXPECT_TRUE(again.finalLine.contains("-c:a copy"));
 
     // A kept sound damaged since fails one render, not every one after it.
     ASSERT_EQ(again.keptSounds.size(), 1);

@@ -12,6 +12,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QThread>
+#include <QTimer>
 #include <QtEndian>
 
 #include <gtest/gtest.h>
@@ -339,4 +340,37 @@ TEST(Recorder, ADeviceThatVanishesEndsCaptureAndKeepsTheVoice) {
     const WrittenWav w = readWav(dir.filePath("v.wav"));
     EXPECT_EQ(qint64(w.dataBytes), bytes);
     EXPECT_EQ(w.samples.size(), bytes);
+}
+
+// Destroying the sound system's stream runs the event loop. A recorder stopped or torn down in
+// any state leaves that to the main loop: run inside a destructor, the loop hands events to
+// objects half torn down (a window being closed, the stream itself).
+TEST(Recorder, StoppingOrTearingDownRunsNoEventLoop) {
+    REQUIRE_AUDIO();
+    enum Step { Listening, Recording, StoppedAtOnce, StoppedWithVoice, Steps };
+    QTemporaryDir dir;
+    for (int round = 0; round < 5 * Steps; ++round) {
+        const int step = round % Steps;
+        SCOPED_TRACE(round);
+        QObject context;
+        bool loopRan = false;
+        {
+            Recorder rec;
+            if (step == Listening) {
+                ASSERT_TRUE(rec.listen());
+            } else {
+                ASSERT_EQ(rec.start(dir.filePath("v.wav")), Recorder::StartResult::Started);
+            }
+            if (step == StoppedWithVoice) {
+                ASSERT_TRUE(waitFor([&] { return rec.elapsedMs() >= 200; }, 5000));
+            }
+            QTimer::singleShot(0, &context, [&] { loopRan = true; });
+            if (step >= StoppedAtOnce)
+                rec.stop();
+            EXPECT_FALSE(loopRan) << "stopping ran the event loop";
+        }
+        EXPECT_FALSE(loopRan) << "the teardown ran the event loop";
+        // The stream goes with the next turn of the loop.
+        ASSERT_TRUE(waitFor([&] { return loopRan; }, 5000));
+    }
 }

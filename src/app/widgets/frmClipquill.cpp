@@ -3,6 +3,7 @@
 #include "app/StudioCaptions.h"
 #include "app/StudioOptions.h"
 #include "app/StudioRender.h"
+#include "app/widgets/CaptionMaking.h"
 #include "app/widgets/KeepAwake.h"
 #include "app/widgets/MediaStation.h"
 #include "app/widgets/StudioDisplay.h"
@@ -116,7 +117,8 @@ void frmClipquill::buildLayout() {
     buildStatusBar();
 }
 
-// The frame size, the render controls and the button that keeps the folders.
+// The frame size, the format and captions of the result, the render controls and the button
+// that keeps the folders.
 void frmClipquill::buildTopBar(QWidget* central) {
     m_topBar = new QHBoxLayout;
     auto* sizeLabel = new QLabel(QStringLiteral("Video size:"), central);
@@ -141,6 +143,9 @@ void frmClipquill::buildTopBar(QWidget* central) {
     m_topBar->addWidget(m_cboVideoRes);
     addFormatChoice(central);
     m_renderPanel = new RenderPanel(m_paths, m_studio, *m_toolPool, central);
+    // What the result is made of, then the render and the voice's treatment.
+    m_topBar->addWidget(m_renderPanel->captionOptions());
+    m_topBar->addSpacing(12);
     m_topBar->addWidget(m_renderPanel);
     m_topBar->addStretch(1);
     m_topBar->addWidget(m_cmdSaveDirectories);
@@ -191,6 +196,7 @@ QWidget* frmClipquill::buildEventsAndCaptions() {
     m_captionPanel->currentTimeMs = [this] {
         return captionTimeMs();
     };
+    m_captionMaking = new CaptionMaking(m_paths, m_recording, *m_timeline, *m_captionPanel, this);
     connect(m_cmdCaptions, &QPushButton::clicked, m_captionPanel, &CaptionPanel::cmdCaptions_Click);
     eventsAndCaptions->addWidget(m_timeline->gridView());
     eventsAndCaptions->addWidget(m_captionPanel);
@@ -316,6 +322,8 @@ bool frmClipquill::takeLetsClose() {
 }
 
 void frmClipquill::Form_Unload() {
+    // No recognition outlives the window, nor writes into the work folder being emptied.
+    m_captionMaking->stop();
     // An unsaved take stays for the next start to offer back.
     DeleteFilesInFolder(m_paths.gstrTempFilesDirectory, m_timeline->takeKeeper().keptFileNames());
 }

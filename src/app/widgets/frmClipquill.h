@@ -19,6 +19,7 @@ class QVBoxLayout;
 
 namespace cq {
 
+class CaptionMaking;
 class CaptionPanel;
 class DisplayPlace;
 struct RenderReport;
@@ -53,6 +54,7 @@ public:
     QLabel* statusText() const { return m_lblStatus; }
     TimelineStudio& timeline() { return *m_timeline; }
     CaptionPanel& captionPanel() { return *m_captionPanel; }
+    CaptionMaking& captionMaking() { return *m_captionMaking; }
     // What "Render" renders: the grid, the voice, the settings and the captions.
     RenderRequest renderRequest() const;
 
@@ -109,6 +111,7 @@ private:
     std::unique_ptr<TabPictureList> m_pictureList;
     TimelineStudio* m_timeline = nullptr;
     CaptionPanel* m_captionPanel = nullptr;
+    CaptionMaking* m_captionMaking = nullptr;
     QPushButton* m_cmdCaptions = nullptr;
     SharePanel* m_sharePanel = nullptr;
     // The unsaved take was saved or discarded on the way out.

@@ -42,6 +42,7 @@ CaptionPanel::CaptionPanel(CaptionTableModel& model, QWidget* parent)
     buttons->addWidget(m_cmdDeleteCaption);
     buttons->addStretch(1);
     buttons->addWidget(m_cmdMakeCaptions);
+    buttons->addWidget(m_cmdCancelCaptions);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_table, 1);
@@ -94,9 +95,16 @@ void CaptionPanel::buildButtons() {
                     QStringLiteral("Make the captions from the recorded voice (English; a draft "
                                    "to correct)"),
                     this);
-    for (QPushButton* button : {m_cmdAddCaption, m_cmdDeleteCaption, m_cmdMakeCaptions})
+    m_cmdCancelCaptions =
+        NamedButton(QStringLiteral("Cancel"), QStringLiteral("cmdCancelCaptions"),
+                    QStringLiteral("Stop making the captions; those there are stay"), this);
+    for (QPushButton* button :
+         {m_cmdAddCaption, m_cmdDeleteCaption, m_cmdMakeCaptions, m_cmdCancelCaptions})
         describe(button, button->text(), button->toolTip());
     m_cmdMakeCaptions->setEnabled(false);
+    m_cmdCancelCaptions->hide();
+    connect(m_cmdCancelCaptions, &QPushButton::clicked, this,
+            &CaptionPanel::cmdCancelCaptions_Click);
     connect(m_cmdAddCaption, &QPushButton::clicked, this, &CaptionPanel::cmdAddCaption_Click);
     connect(m_cmdDeleteCaption, &QPushButton::clicked, this, &CaptionPanel::cmdDeleteCaption_Click);
     connect(m_cmdMakeCaptions, &QPushButton::clicked, this, &CaptionPanel::cmdMakeCaptions_Click);
@@ -105,6 +113,16 @@ void CaptionPanel::buildButtons() {
 void CaptionPanel::setMakeCaptions(std::function<void()> start) {
     m_makeCaptions = std::move(start);
     m_cmdMakeCaptions->setEnabled(bool(m_makeCaptions));
+}
+
+void CaptionPanel::showMaking(bool making) {
+    m_cmdMakeCaptions->setVisible(!making);
+    m_cmdCancelCaptions->setVisible(making);
+}
+
+void CaptionPanel::cmdCancelCaptions_Click() {
+    if (m_cancelMaking)
+        m_cancelMaking();
 }
 
 void CaptionPanel::showStatus(const QString& text) {

@@ -25,6 +25,10 @@ public:
     std::function<qint64()> currentTimeMs;
     // What "Make Captions" starts; the button stays disabled until there is something to start.
     void setMakeCaptions(std::function<void()> start);
+    // What "Cancel" stops while the captions are being made.
+    void setCancelMaking(std::function<void()> cancel) { m_cancelMaking = std::move(cancel); }
+    // While the captions are being made, "Cancel" stands in for "Make Captions".
+    void showMaking(bool making);
     // A line under the table: why an edit was refused, how far making the captions is.
     void showStatus(const QString& text);
 
@@ -36,6 +40,7 @@ public:
     void cmdDeleteCaption_Click();
     // Cues the user changed are replaced only after a "Replace" in the question box.
     void cmdMakeCaptions_Click();
+    void cmdCancelCaptions_Click();
 
 private:
     void buildTable();
@@ -44,10 +49,12 @@ private:
 
     CaptionTableModel& m_model;
     std::function<void()> m_makeCaptions;
+    std::function<void()> m_cancelMaking;
     QTableView* m_table = nullptr;
     QPushButton* m_cmdAddCaption = nullptr;
     QPushButton* m_cmdDeleteCaption = nullptr;
     QPushButton* m_cmdMakeCaptions = nullptr;
+    QPushButton* m_cmdCancelCaptions = nullptr;
     QLabel* m_lblStatus = nullptr;
     QPointer<QMessageBox> m_question;
 };

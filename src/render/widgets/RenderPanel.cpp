@@ -41,38 +41,45 @@ RenderPanel::RenderPanel(const AppPaths& paths, StudioSettings& studio, ToolPool
     layout->addWidget(m_cmdRender);
     layout->addWidget(m_cmdPlayRendered);
     m_chkVideoSound = addSwitch(
-        QStringLiteral("Video sound"), QStringLiteral("chkVideoSound"),
+        this, QStringLiteral("Video sound"), QStringLiteral("chkVideoSound"),
         QStringLiteral("Keep the sound of the videos in the render, mixed under your voice"),
         &StudioSettings::keepVideoSound);
     m_chkEvenVoice = addSwitch(
-        QStringLiteral("Even out voice"), QStringLiteral("chkEvenVoice"),
+        this, QStringLiteral("Even out voice"), QStringLiteral("chkEvenVoice"),
         QStringLiteral("Bring your voice to the loudness of other videos, without clipping"),
         &StudioSettings::evenVoice);
     m_chkReduceNoise =
-        addSwitch(QStringLiteral("Reduce background noise"), QStringLiteral("chkReduceNoise"),
+        addSwitch(this, QStringLiteral("Reduce background noise"), QStringLiteral("chkReduceNoise"),
                   QStringLiteral("Take steady hiss and hum out of your voice before it is mixed"),
                   &StudioSettings::reduceNoise);
-    m_chkCaptions = addSwitch(QStringLiteral("Captions"), QStringLiteral("chkCaptions"),
-                              QStringLiteral("Write the captions beside the rendered video as "
-                                             "subtitle files (.srt and .vtt)"),
-                              &StudioSettings::captions);
-    m_chkBurnCaptions =
-        addSwitch(QStringLiteral("Burn in captions"), QStringLiteral("chkBurnCaptions"),
-                  QStringLiteral("Draw the captions into the picture, for players that show no "
-                                 "subtitles"),
-                  &StudioSettings::burnCaptions);
+    // The caption switches belong with the output's format; they stay at the end of the panel
+    // unless the window puts them there.
+    m_captionOptions = new QWidget(this);
+    auto* captionLayout = new QHBoxLayout(m_captionOptions);
+    captionLayout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_captionOptions);
+    m_chkCaptions =
+        addSwitch(m_captionOptions, QStringLiteral("Captions"), QStringLiteral("chkCaptions"),
+                  QStringLiteral("Write the captions beside the rendered video as "
+                                 "subtitle files (.srt and .vtt)"),
+                  &StudioSettings::captions);
+    m_chkBurnCaptions = addSwitch(
+        m_captionOptions, QStringLiteral("Burn in captions"), QStringLiteral("chkBurnCaptions"),
+        QStringLiteral("Draw the captions into the picture, for players that show no "
+                       "subtitles"),
+        &StudioSettings::burnCaptions);
 }
 
-QCheckBox* RenderPanel::addSwitch(const QString& caption, const QString& name, const QString& tip,
-                                  bool StudioSettings::*field) {
-    auto* box = new QCheckBox(caption, this);
+QCheckBox* RenderPanel::addSwitch(QWidget* row, const QString& caption, const QString& name,
+                                  const QString& tip, bool StudioSettings::*field) {
+    auto* box = new QCheckBox(caption, row);
     box->setObjectName(name);
     box->setAccessibleName(caption);
     box->setToolTip(tip);
     box->setAccessibleDescription(tip);
     box->setChecked(m_studio.*field);
     connect(box, &QCheckBox::toggled, this, [this, field](bool on) { m_studio.*field = on; });
-    layout()->addWidget(box);
+    row->layout()->addWidget(box);
     return box;
 }
 

@@ -34,6 +34,8 @@ public:
     // Message boxes are skipped (tests); the outcome is still in lastReport().
     void setQuiet(bool quiet) { m_quiet = quiet; }
 
+    // "Captions" and "Burn in captions", for the window to place beside the output's format.
+    QWidget* captionOptions() const { return m_captionOptions; }
     RenderJob* currentJob() const { return m_job; }
     const RenderReport& lastReport() const { return m_lastReport; }
 
@@ -49,9 +51,9 @@ signals:
 private:
     void onFinished(const RenderReport& report);
     void showOutcome(const RenderReport& report);
-    // A check box that sets one of the studio's switches as it is ticked.
-    QCheckBox* addSwitch(const QString& caption, const QString& name, const QString& tip,
-                         bool StudioSettings::*field);
+    // A check box in the row that sets one of the studio's switches as it is ticked.
+    QCheckBox* addSwitch(QWidget* row, const QString& caption, const QString& name,
+                         const QString& tip, bool StudioSettings::*field);
 
     const AppPaths& m_paths;
     StudioSettings& m_studio;
@@ -65,6 +67,7 @@ private:
     QCheckBox* m_chkReduceNoise = nullptr;
     QCheckBox* m_chkCaptions = nullptr;
     QCheckBox* m_chkBurnCaptions = nullptr;
+    QWidget* m_captionOptions = nullptr;
     RenderJob* m_job = nullptr;
     RenderReport m_lastReport;
     bool m_quiet = false;
