@@ -44,10 +44,6 @@ QString AviContainer::pieceProblem(const QString& file, qint64 frames, const Fra
     return {};
 }
 
-QString AviContainer::joinInputOptions() const {
-    return QStringLiteral("-f concat -safe 0");
-}
-
 // MP3 in AVI would make the muxer shift every video frame after the first (the encoder's
 // priming), so the sound is MPEG audio layer 2.
 QString AviContainer::resultEncoderOptions() const {

@@ -73,10 +73,6 @@ QString Mp4Container::pieceProblem(const QString& file, qint64 frames,
     return {};
 }
 
-QString Mp4Container::joinInputOptions() const {
-    return QStringLiteral("-f concat -safe 0");
-}
-
 QString Mp4Container::resultEncoderOptions() const {
     return QStringLiteral("-c:v copy -c:a aac -b:a 128k -movflags +faststart");
 }

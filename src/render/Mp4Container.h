@@ -16,7 +16,6 @@ public:
     QString pieceEncoderOptions(const FrameRate& rate) const override;
     StillHold stillHold(qint64 frames, const FrameRate& rate) const override;
     QString pieceProblem(const QString& file, qint64 frames, const FrameRate& rate) const override;
-    QString joinInputOptions() const override;
     QString resultEncoderOptions() const override;
     QString soundSuffix() const override;
     QString soundEncoderOptions() const override;

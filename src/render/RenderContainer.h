@@ -38,8 +38,6 @@ public:
     // it is. Reads the file: for a worker thread or a short file.
     virtual QString pieceProblem(const QString& file, qint64 frames,
                                  const FrameRate& rate) const = 0;
-    // The options before "-i LIST" that read the pieces back, in order, from a concat list.
-    virtual QString joinInputOptions() const = 0;
     // The result's streams: the joined video copied, the sound encoded.
     virtual QString resultEncoderOptions() const = 0;
     // The voice alone in the result's sound codec, encoded before the join: its file suffix,
