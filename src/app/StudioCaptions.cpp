@@ -3,8 +3,6 @@
 #include "captions/TextRowCues.h"
 #include "studio/StudioSettings.h"
 
-#include <algorithm>
-
 namespace cq {
 
 void AddCaptions(RenderInputs& inputs, const StudioSettings& studio, const CaptionCues& ownCues) {
@@ -21,9 +19,7 @@ void AddCaptions(RenderInputs& inputs, const StudioSettings& studio, const Capti
 CaptionCues VoiceAndTextCues(const CaptionCues& voice, const QList<EventRow>& rows,
                              qint64 recordingMs) {
     CaptionCues cues = voice + CuesFromTextRows(rows, recordingMs);
-    std::stable_sort(cues.begin(), cues.end(), [](const CaptionCue& a, const CaptionCue& b) {
-        return a.startMs < b.startMs;
-    });
+    SortCuesByStart(cues);
     return cues;
 }
 

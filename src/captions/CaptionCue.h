@@ -4,6 +4,8 @@
 #include <QString>
 #include <QtGlobal>
 
+#include <algorithm>
+
 namespace cq {
 
 // One caption: what is shown from start to end. The text may hold one line break, no blank line.
@@ -16,5 +18,12 @@ struct CaptionCue {
 };
 
 using CaptionCues = QList<CaptionCue>;
+
+// In the order they appear; cues that start together keep their order.
+inline void SortCuesByStart(CaptionCues& cues) {
+    std::stable_sort(cues.begin(), cues.end(), [](const CaptionCue& a, const CaptionCue& b) {
+        return a.startMs < b.startMs;
+    });
+}
 
 } // namespace cq

@@ -144,9 +144,7 @@ void CaptionTableModel::clear() {
 void CaptionTableModel::reset(const CaptionCues& cues, bool editedByUser) {
     beginResetModel();
     m_cues = cues;
-    std::stable_sort(m_cues.begin(), m_cues.end(), [](const CaptionCue& a, const CaptionCue& b) {
-        return a.startMs < b.startMs;
-    });
+    SortCuesByStart(m_cues);
     endResetModel();
     m_editedByUser = editedByUser;
 }
