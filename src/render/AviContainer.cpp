@@ -63,15 +63,7 @@ QString AviContainer::copyResultOptions() const {
 }
 
 ResultLengths AviContainer::measure(const QString& file) const {
-    const AviContents avi = ReadAviContents(file);
-    ResultLengths lengths;
-    lengths.complete = avi.complete;
-    lengths.problem = avi.problem;
-    if (avi.complete) {
-        lengths.videoMs = avi.durationMs("vids");
-        lengths.audioMs = avi.durationMs("auds");
-    }
-    return lengths;
+    return ResultLengths::of(ReadAviContents(file), "vids", "auds");
 }
 
 std::shared_ptr<const RenderContainer> MakeAviContainer() {

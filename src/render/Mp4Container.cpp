@@ -90,15 +90,7 @@ QString Mp4Container::copyResultOptions() const {
 }
 
 ResultLengths Mp4Container::measure(const QString& file) const {
-    const Mp4Contents mp4 = ReadMp4Contents(file);
-    ResultLengths lengths;
-    lengths.complete = mp4.complete;
-    lengths.problem = mp4.problem;
-    if (mp4.complete) {
-        lengths.videoMs = mp4.durationMs("vide");
-        lengths.audioMs = mp4.durationMs("soun");
-    }
-    return lengths;
+    return ResultLengths::of(ReadMp4Contents(file), "vide", "soun");
 }
 
 // Players and phones show an MP4's own text track (mov_text) and offer it by its language.

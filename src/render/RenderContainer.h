@@ -20,6 +20,20 @@ struct ResultLengths {
     QString problem; // why the file cannot be measured; empty when it is complete
     qint64 videoMs = -1;
     qint64 audioMs = -1;
+
+    // From a container's reading of its file: whether it is whole, why not, and the length of
+    // a stream of a kind (the container's own name for video and for sound).
+    template <typename Contents>
+    static ResultLengths of(const Contents& read, const char* videoKind, const char* soundKind) {
+        ResultLengths lengths;
+        lengths.complete = read.complete;
+        lengths.problem = read.problem;
+        if (read.complete) {
+            lengths.videoMs = read.durationMs(videoKind);
+            lengths.audioMs = read.durationMs(soundKind);
+        }
+        return lengths;
+    }
 };
 
 // What depends on the container of the result. The pieces are made in the result's own codec
