@@ -213,9 +213,9 @@ CueTrack cueTrackOf(const RenderInputs& in, const RenderPlan& plan) {
 // The joined pieces as input 0, read back in order from the plan's own concat list; the sound as
 // input 1.
 QString joinAndSoundInputs(const RenderInputs& in, const RenderPlan& plan, const QString& sound) {
-    return head(in.ffmpeg.path) + QStringLiteral(" -progress pipe:1 -nostats -f concat -safe 0") +
-           QStringLiteral(" -i ") + ShellQuote(plan.joinListFile) + QStringLiteral(" -i ") +
-           ShellQuote(sound);
+    return head(in.ffmpeg.path) +
+           QStringLiteral(" -progress pipe:1 -nostats -f concat -safe 0 -i ") +
+           ShellQuote(plan.joinListFile) + QStringLiteral(" -i ") + ShellQuote(sound);
 }
 
 // The pieces are already in the result's codec, size and rate, starting on a key frame: they
