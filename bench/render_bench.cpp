@@ -1,8 +1,10 @@
 // Measures a render against one ffmpeg run that makes the same video with a filter graph, in
-// AVI and in MP4, at two output sizes, what evening out the voice adds, a render again after one
-// item changed, captions burned in, and (with --long) the lengths of a 10-minute message of 100
-// items. Prints each figure against its goal, from one run.
+// AVI and in MP4, at two output sizes, beside the least work any render must do (the moving
+// pictures and the voice encoded, nothing else), what evening out the voice adds, a render again
+// after one item changed, captions burned in, and (with --long) the lengths of a 10-minute message
+// of 100 items. Prints each figure against its goal, from one run.
 #include "BenchFfmpeg.h"
+#include "HandWritten.h"
 #include "app/StudioRender.h"
 #include "platform/ShellQuote.h"
 #include "platform/ToolLocator.h"
@@ -101,7 +103,8 @@ QList<EventRow> hundredEvents(const Inputs& in) {
 struct Format {
     const char* name;
     RenderFormat format;
-    QStringList baselineEncoder;
+    bench::Encoders encoders; // the baseline's, and the least work's
+    QStringList muxer;
     double renderGoal;  // render / baseline
     double changedGoal; // render after one changed item / baseline
     bool realtimeGoal;  // >= 30x realtime at 320X240
@@ -111,14 +114,16 @@ const QList<Format>& formats() {
     static const QList<Format> all{
         {"AVI",
          RenderFormat::Avi,
-         {"-c:v", "mpeg4", "-q:v", "4", "-c:a", "mp2", "-b:a", "128k"},
+         {{"-c:v", "mpeg4", "-q:v", "4"}, {"-c:a", "mp2", "-b:a", "128k"}},
+         {},
          0.75,
          0.3,
          true},
         {"MP4",
          RenderFormat::Mp4,
-         {"-c:v", "libx264", "-preset", "veryfast", "-crf", "23", "-pix_fmt", "yuv420p", "-c:a",
-          "aac", "-b:a", "128k", "-movflags", "+faststart"},
+         {{"-c:v", "libx264", "-preset", "veryfast", "-crf", "23", "-pix_fmt", "yuv420p"},
+          {"-c:a", "aac", "-b:a", "128k"}},
+         {"-movflags", "+faststart"},
          0.4,
          0.15,
          false}};
@@ -129,69 +134,11 @@ QString suffixOf(const Format& f) {
     return f.format == RenderFormat::Mp4 ? QStringLiteral(".mp4") : QStringLiteral(".avi");
 }
 
-struct BaselineItem {
-    QString type;
-    QString file;
-    qint64 startMs = 0;
-    qint64 begMs = -1;
-};
-
-QList<BaselineItem> baselineItems(const QList<EventRow>& rows, const QString& black) {
-    QList<BaselineItem> items;
-    if (rows.first().timeMs() > 0)
-        items.append({"Black", black, 0, -1});
-    for (const EventRow& r : rows)
-        items.append({r.mediaType, r.fileSpec, r.timeMs(), r.begVideoAtMs()});
-    return items;
-}
-
-// Adds every item as an input and its filter chain to the graph: decoded once, fitted, held
-// for its frames.
-QString baselineGraph(const QList<BaselineItem>& items, qint64 voiceMs, const QSize& s,
-                      QStringList& args) {
-    const double fps = 30000.0 / 1001.0;
-    const QString fit = QStringLiteral("scale=%1:%2:force_original_aspect_ratio=decrease:"
-                                       "force_divisible_by=2,"
-                                       "pad=%1:%2:(ow-iw)/2:(oh-ih)/2,setsar=1,format=yuv420p")
-                            .arg(s.width())
-                            .arg(s.height());
-    auto frameAt = [&](qint64 ms) {
-        return std::llround(ms * fps / 1000.0);
-    };
-    QString graph;
-    for (int i = 0; i < items.size(); ++i) {
-        const BaselineItem& item = items[i];
-        const qint64 end = i + 1 < items.size() ? items[i + 1].startMs : voiceMs;
-        const qint64 frames = frameAt(end) - frameAt(item.startMs);
-        if (item.type == "Video" && item.begMs > 0)
-            args << "-ss" << QString::number(item.begMs / 1000.0);
-        args << "-i" << item.file;
-        graph += item.type == "Video"
-                     ? QStringLiteral("[%1:v]fps=30000/1001,%2,tpad=stop=-1:stop_mode=clone,"
-                                      "trim=end_frame=%3,setpts=PTS-STARTPTS[v%1];")
-                           .arg(i + 1)
-                           .arg(fit)
-                           .arg(frames)
-                     : QStringLiteral("[%1:v]%2,loop=loop=%3:size=1,setpts=N/(30000/1001)/TB[v%1];")
-                           .arg(i + 1)
-                           .arg(fit)
-                           .arg(frames - 1);
-    }
-    for (int i = 1; i <= items.size(); ++i)
-        graph += QStringLiteral("[v%1]").arg(i);
-    return graph + QStringLiteral("concat=n=%1:v=1:a=0[v]").arg(items.size());
-}
-
-// The same video from one ffmpeg run: every item decoded once, fitted, held for its frames,
-// concatenated and mixed with the voice.
-QStringList baselineArguments(const QList<EventRow>& rows, const QString& voice, qint64 voiceMs,
-                              const QString& size, const QString& black, const Format& format,
-                              const QString& out) {
-    QStringList args{"-nostdin", "-v", "error", "-i", voice};
-    const QString graph =
-        baselineGraph(baselineItems(rows, black), voiceMs, ParseFrameSize(size), args);
-    args += QStringList{"-filter_complex", graph, "-map", "[v]", "-map", "0:a", "-r", "30000/1001"};
-    return args + format.baselineEncoder + QStringList{"-y", out};
+// Decodes the moving pictures and encodes them and the voice, and nothing else.
+double timeLeastWork(const QList<EventRow>& rows, const QString& voice, const QString& size,
+                     const Format& format) {
+    return bench::LeastWorkSeconds(g_ffmpeg, rows, voice, WavDurationMs(voice),
+                                   ParseFrameSize(size), format.encoders);
 }
 
 double seconds(const QElapsedTimer& t) {
@@ -237,7 +184,8 @@ double timeBaseline(const QList<EventRow>& rows, const QString& voice, const QSt
     t.start();
     ToolRunner runner;
     const RunResult r = runner.runProgram(
-        g_ffmpeg, baselineArguments(rows, voice, WavDurationMs(voice), size, black, format, out));
+        g_ffmpeg, bench::OnePassArguments(rows, voice, WavDurationMs(voice), ParseFrameSize(size),
+                                          black, format.encoders, format.muxer, out));
     if (!r.ok())
         std::fprintf(stderr, "baseline failed: %s\n", qPrintable(r.errorText));
     return seconds(t);
@@ -289,7 +237,7 @@ VoiceCost measureVoiceCost(const AppPaths& paths, const QList<EventRow>& rows, c
 }
 
 struct SizeResult {
-    double base = 0, render = 0, changed = 0, cpuRender = 0, cpuBase = 0;
+    double base = 0, render = 0, changed = 0, cpuRender = 0, cpuBase = 0, least = 0;
     RenderReport report, again;
     VoiceCost voice;
 };
@@ -306,6 +254,7 @@ SizeResult measureSize(const AppPaths& paths, const Inputs& in, const QList<Even
     r.render = timeRender(paths, rows, in.voice, size, &r.report, format.format);
     r.cpuRender = childCpuSeconds() - cpu1;
     r.cpuBase = cpu1 - cpu0;
+    r.least = timeLeastWork(rows, in.voice, size, format);
     r.voice = measureVoiceCost(paths, rows, in.voice, size, format.format);
     // One picture changes; the other nine pieces are kept.
     ffmpeg({"-f", "lavfi", "-i", QStringLiteral("testsrc=s=1920x1080:n=%1").arg(size.size()),
@@ -333,6 +282,9 @@ bool printSize(const QString& size, const Format& f, const SizeResult& r, double
                 r.report.lengthOk ? "ok" : "OFF");
     std::printf("  render / baseline     %6.2f    (goal <= %.2f: %s)\n", r.render / r.base,
                 f.renderGoal, verdict(fast));
+    std::printf("  least work            %6.2f s  (%.2f x baseline: the video items' frames and "
+                "the voice encoded, side by side)\n",
+                r.least, r.least / r.base);
     std::printf("  processor time        %6.2f s render, %.2f s baseline, ratio %.2f\n",
                 r.cpuRender, r.cpuBase, r.cpuRender / r.cpuBase);
     std::printf("  even voice adds       %6.2f s, %.2f x baseline (goal <= 0.1: %s); best of 3: "
