@@ -7,6 +7,7 @@
 #include "platform/Console.h"
 #include "platform/ToolPool.h"
 #include "platform/WavFormat.h"
+#include "render/CaptionFilesBeside.h"
 #include "render/RenderJob.h"
 #include "studio/AppPaths.h"
 #include "studio/StudioSettings.h"
@@ -53,6 +54,21 @@ void addProjectCaptions(RenderInputs& inputs, const StudioSettings& studio, cons
     AddCaptions(inputs, studio, own.cues);
 }
 
+// A render writes its subtitle files beside its result, or takes an older pair away there: never
+// where the studio keeps the take's captions or the project's own.
+QString captionsClashProblem(const QString& output, const AppPaths& paths,
+                             const QString& timeline) {
+    const QString beside = CaptionFilesBeside::besideFile(output, QStringLiteral("srt"));
+    for (const QString& folder : {paths.gstrTempFilesDirectory, QFileInfo(timeline).path()}) {
+        const QString kept = QFileInfo(CaptionsFileIn(folder)).absoluteFilePath();
+        if (QDir::cleanPath(beside) == QDir::cleanPath(kept))
+            return QStringLiteral("\"%1\" would put its captions over \"%2\", which the studio "
+                                  "keeps; choose another name for the result.")
+                .arg(output, kept);
+    }
+    return {};
+}
+
 } // namespace
 
 RenderRequest CommandLineRenderRequest(const AppPaths& paths, StudioSettings studio,
@@ -76,6 +92,11 @@ RenderRequest CommandLineRenderRequest(const AppPaths& paths, StudioSettings stu
         studio.gstrVideoRes = options.size;
     const QString output =
         options.output.isEmpty() ? QString() : QFileInfo(options.output).absoluteFilePath();
+    if (!output.isEmpty()) {
+        const QString clash = captionsClashProblem(output, paths, options.timeline);
+        if (!clash.isEmpty())
+            return {{}, clash};
+    }
     RenderRequest request =
         StudioRenderRequest(paths, studio, timeline.rows, voice, wav.durationMs, output);
     if (request.ok())

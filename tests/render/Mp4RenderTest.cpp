@@ -158,4 +158,18 @@ TEST_F(Mp4Render, OutputExtensionPicksTheFormatAndAnyOtherIsRefused) {
     EXPECT_TRUE(r.errorText.contains("out.webm")) << r.errorText.toStdString();
     EXPECT_FALSE(QFileInfo::exists(app.file("out.webm")));
     EXPECT_TRUE(QDir(paths.gstrTempFilesDirectory).isEmpty());
+
+    // A result whose subtitle files would land on the take's or the project's own captions.
+    const QByteArray mine("1\n00:00:00,000 --> 00:00:01,000\nmine\n");
+    for (const QString& kept : {folder, paths.gstrTempFilesDirectory}) {
+        ASSERT_TRUE(QDir().mkpath(kept));
+        ASSERT_TRUE(WriteWholeFile(mine, kept + "/Captions.srt"));
+        const RunResult clash =
+            runner.runProgram(QStringLiteral(CQ_STUDIO_EXECUTABLE),
+                              {"--app-dir", app.path(), "--render", folder + "/Timeline.txt",
+                               "--output", kept + "/Captions.mp4"});
+        EXPECT_EQ(clash.exitCode, 2) << kept.toStdString();
+        EXPECT_TRUE(clash.errorText.contains("Captions.srt")) << clash.errorText.toStdString();
+        EXPECT_EQ(ReadFileToBytes(kept + "/Captions.srt"), mine);
+    }
 }
