@@ -16,6 +16,8 @@
 #include <QCoreApplication>
 #include <QMessageBox>
 
+#include <csignal>
+
 namespace cq {
 
 namespace {
@@ -98,6 +100,10 @@ int runStudio(const StudioOptions& options, int argc, char** argv) {
 } // namespace
 
 int RunStudio(int argc, char** argv) {
+    // A file that may grow no larger (a limit set with ulimit -f) then fails its write with EFBIG,
+    // which the recorder and the render report as lack of space, where the signal would end the
+    // studio, or a tool, without a word. The tools inherit the ignored signal.
+    std::signal(SIGXFSZ, SIG_IGN);
     // The ffmpeg backend of Qt Multimedia plays the rendered MPEG-4 video; GStreamer may not.
     if (qEnvironmentVariableIsEmpty("QT_MEDIA_BACKEND"))
         qputenv("QT_MEDIA_BACKEND", "ffmpeg");

@@ -2,6 +2,7 @@
 // renders at once, a result that fails its check, pieces of older timelines, hostile sizes.
 #include "RenderFixture.h"
 
+#include "platform/ShellQuote.h"
 #include "platform/TextFiles.h"
 #include "platform/ToolRunner.h"
 #include "render/AviContents.h"
@@ -13,7 +14,9 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -85,6 +88,31 @@ TEST_F(RenderEndToEnd, AFullDiskLeavesNoPieceThatCountsAndKeepsThePreviousResult
     ASSERT_TRUE(again.ok()) << again.message.toStdString();
     EXPECT_EQ(again.reusedPieces, 0);
     EXPECT_NE(ColourName(media.colourAt(paths.gstrFinalMixAVIFileSpec, 1.5)), "black");
+}
+
+// The same limit set on the studio from its shell (ulimit -f): its tools' writes fail and the user
+// learns that space ran out, rather than the tools, or the studio, being ended by the signal.
+TEST_F(RenderEndToEnd, AFileSizeLimitOnTheStudioIsReportedAsLackOfSpace) {
+    const QString project = mediaFile("project");
+    ASSERT_TRUE(QDir().mkpath(project));
+    ASSERT_TRUE(media.voice(project + "/RecordedAudio.wav", 3.0));
+    ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "testsrc2=s=1280x720", "-frames:v", "1", "-update",
+                           "1", "-q:v", "2", "-y", project + "/busy.jpg"}));
+    ASSERT_TRUE(WriteWholeFile("1\tPictures\t0.000\t\tbusy.jpg\r\n", project + "/Timeline.txt"));
+    const QString render = ShellQuote(CQ_STUDIO_EXECUTABLE) + " --app-dir " +
+                           ShellQuote(paths.appFolder) + " --render " +
+                           ShellQuote(project + "/Timeline.txt");
+    ToolRunner runner;
+    // The application folder is filled on first use, without the limit.
+    const RunResult first = runner.runScript(render, mediaFile("first.sh"));
+    ASSERT_TRUE(first.ok()) << first.errorText.toStdString();
+
+    const RunResult limited = runner.runScript("ulimit -f 24\nexec " + render + " --size 640X480",
+                                               mediaFile("limited.sh"));
+    EXPECT_EQ(limited.exitCode, 1);
+    const QString reason = QString::fromLocal8Bit(std::strerror(EFBIG));
+    EXPECT_TRUE(limited.errorText.contains("lack of space (" + reason + ")"))
+        << limited.errorText.toStdString();
 }
 
 TEST_F(RenderEndToEnd, APieceDamagedAfterItWasMadeIsMadeAgain) {
