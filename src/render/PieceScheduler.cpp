@@ -25,6 +25,19 @@ QString runProblem(const RunResult& r) {
     return QStringLiteral("ffmpeg ended with exit code %1").arg(r.exitCode);
 }
 
+// What the user is told of a file ffmpeg could not make a piece of: plain words where its
+// message is one of the common ones, its own last lines otherwise. The piece's check speaks only
+// for a run that ended well; after a failed one it says no more than the run did.
+QString itemProblem(const RunResult& r, const QString& pieceCheck) {
+    if (r.ok())
+        return pieceCheck;
+    if (r.errorText.contains(QLatin1String("matches no streams")))
+        return QStringLiteral("it holds no picture");
+    if (r.errorText.contains(QLatin1String("Invalid data found when processing input")))
+        return QStringLiteral("it is no picture or video that ffmpeg can read");
+    return runProblem(r);
+}
+
 // Far past any honest run time a run is stopped, and its pieces count as failed.
 int timeLimitMs(qint64 frames) {
     return int(std::min<qint64>(60000 + frames * 50, 3600000));
@@ -181,9 +194,11 @@ bool PieceScheduler::takePieces(const Run& run, const RunResult& result) {
             end(Ending::Failed);
             return false;
         }
-        if (!pieceFailed(i, run.black,
-                         result.ok() ? problem
-                                     : runProblem(result) + QStringLiteral("; ") + problem))
+        if (!result.ok())
+            emit logLine(QStringLiteral("piece %1: ffmpeg said: %2; %3")
+                             .arg(s.number)
+                             .arg(runProblem(result), problem));
+        if (!pieceFailed(i, run.black, itemProblem(result, problem)))
             return false;
     }
     return true;

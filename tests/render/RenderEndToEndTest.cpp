@@ -124,17 +124,26 @@ TEST_F(RenderEndToEnd, UnreadableItemTurnsBlackAndChangedPicturesAreRenderedAgai
     ASSERT_TRUE(media.solidPicture(first, "red", 320, 240));
     ASSERT_TRUE(media.solidPicture(blue, "blue", 320, 240));
     test::WriteFile(broken, QByteArray("this is no picture"));
+    const QString soundOnly = mediaFile("sound only.mp4");
+    ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "sine=d=1", "-y", soundOnly}));
     const RenderInputs in =
         inputsFor({Row(1, "Pictures", "0.000", first), Row(2, "Pictures", "1.000", broken),
-                   Row(3, "Pictures", "2.000", blue)},
+                   Row(3, "Pictures", "2.000", blue), Row(4, "Video", "2.500", soundOnly)},
                   voice);
 
     const RenderReport once = render(in);
     ASSERT_EQ(once.outcome, RenderReport::Outcome::Rendered) << once.message.toStdString();
     EXPECT_TRUE(once.lengthOk);
-    EXPECT_EQ(once.failedItems, QStringList{broken});
-    EXPECT_TRUE(once.message.contains(broken)) << once.message.toStdString();
-    expectSequence(paths.gstrFinalMixAVIFileSpec, {{0.0, "red"}, {1.0, "black"}, {2.0, "blue"}});
+    QStringList failed = once.failedItems;
+    failed.sort();
+    EXPECT_EQ(failed, QStringList({broken, soundOnly}));
+    // Each named with why, in words a user can act on.
+    for (const QString& said : {broken + "\": it is no picture or video that ffmpeg can read",
+                                soundOnly + "\": it holds no picture"})
+        EXPECT_TRUE(once.message.contains(said)) << once.message.toStdString();
+    EXPECT_FALSE(once.message.contains("damaged")) << once.message.toStdString();
+    expectSequence(paths.gstrFinalMixAVIFileSpec,
+                   {{0.0, "red"}, {1.0, "black"}, {2.0, "blue"}, {2.5, "black"}});
     // Converted at a constant rate, as for phones, the result keeps its length: ffmpeg repeats
     // a last frame by the gaps before it, so a held picture's last frames are real.
     const QString phone = app.file("phone.avi");
