@@ -4,10 +4,10 @@
 #include "app/StudioRender.h"
 #include "captions/CaptionsFile.h"
 #include "captions/RecognizeCaptions.h"
+#include "captions/SubtitleFiles.h"
 #include "platform/Console.h"
 #include "platform/ToolPool.h"
 #include "platform/WavFormat.h"
-#include "render/CaptionFilesBeside.h"
 #include "render/RenderJob.h"
 #include "studio/AppPaths.h"
 #include "studio/StudioSettings.h"
@@ -58,7 +58,7 @@ void addProjectCaptions(RenderInputs& inputs, const StudioSettings& studio, cons
 // where the studio keeps the take's captions or the project's own.
 QString captionsClashProblem(const QString& output, const AppPaths& paths,
                              const QString& timeline) {
-    const QString beside = CaptionFilesBeside::besideFile(output, QStringLiteral("srt"));
+    const QString beside = SubtitleFileBeside(output, QStringLiteral("srt"));
     for (const QString& folder : {paths.gstrTempFilesDirectory, QFileInfo(timeline).path()}) {
         const QString kept = QFileInfo(CaptionsFileIn(folder)).absoluteFilePath();
         if (QDir::cleanPath(beside) == QDir::cleanPath(kept))

@@ -1,5 +1,6 @@
 #include "captions/SubtitleFiles.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QStringList>
 
@@ -84,6 +85,14 @@ QStringList blocksOf(const QByteArray& bytes) {
 }
 
 } // namespace
+
+QString SubtitleFileBeside(const QString& video, const QString& suffix) {
+    const QFileInfo fi(video);
+    QString base = fi.fileName();
+    if (!fi.suffix().isEmpty())
+        base.chop(fi.suffix().size() + 1);
+    return fi.path() + u'/' + base + u'.' + suffix;
+}
 
 QString SubtitleTime(qint64 ms, QChar separator) {
     ms = qMax<qint64>(0, ms);

@@ -22,6 +22,10 @@ struct ReadCues {
 // cannot be read are skipped and named in `problem`; the rest are kept.
 ReadCues ReadSubtitles(const QByteArray& bytes);
 
+// The subtitle file a player loads with a video by itself: the video's name with `suffix` in place
+// of its own ("/a/b.mp4" with "srt" is "/a/b.srt"); a name without a suffix gets one.
+QString SubtitleFileBeside(const QString& video, const QString& suffix);
+
 // "00:01:02,345" (SRT) or "00:01:02.345" (WebVTT).
 QString SubtitleTime(qint64 ms, QChar separator);
 

@@ -25,23 +25,15 @@ CaptionFilesBeside::~CaptionFilesBeside() {
     removeStaged();
 }
 
-QString CaptionFilesBeside::besideFile(const QString& file, const QString& suffix) {
-    const QFileInfo fi(file);
-    QString base = fi.fileName();
-    if (!fi.suffix().isEmpty())
-        base.chop(fi.suffix().size() + 1);
-    return fi.path() + u'/' + base + u'.' + suffix;
-}
-
 QString CaptionFilesBeside::stage(const CaptionCues& cues) {
     removeStaged();
     const QByteArray texts[] = {WriteSrt(cues), WriteVtt(cues)};
     for (qsizetype i = 0; i < kSuffixes.size(); ++i) {
-        const QString partial = besideFile(m_partialOutput, kSuffixes[i]);
+        const QString partial = SubtitleFileBeside(m_partialOutput, kSuffixes[i]);
         if (!WriteWholeFile(texts[i], partial)) {
             removeStaged();
             return QStringLiteral("The captions \"%1\" could not be written.")
-                .arg(besideFile(m_output, kSuffixes[i]));
+                .arg(SubtitleFileBeside(m_output, kSuffixes[i]));
         }
         m_staged << partial;
     }
@@ -51,12 +43,12 @@ QString CaptionFilesBeside::stage(const CaptionCues& cues) {
 QString CaptionFilesBeside::publish() {
     if (m_staged.isEmpty()) {
         for (const QString& suffix : kSuffixes)
-            QFile::remove(besideFile(m_output, suffix));
+            QFile::remove(SubtitleFileBeside(m_output, suffix));
         return {};
     }
     QString problem;
     for (qsizetype i = 0; i < m_staged.size(); ++i) {
-        const QString target = besideFile(m_output, kSuffixes[i]);
+        const QString target = SubtitleFileBeside(m_output, kSuffixes[i]);
         // rename(2) replaces an older file in one step.
         if (std::rename(QFile::encodeName(m_staged[i]).constData(),
                         QFile::encodeName(target).constData()) != 0 &&

@@ -26,9 +26,6 @@ public:
     // result. Returns why not; empty when done.
     QString publish();
 
-    // "/a/b.mp4" with "srt" is "/a/b.srt"; a name without a suffix gets one.
-    static QString besideFile(const QString& file, const QString& suffix);
-
 private:
     void removeStaged();
 

@@ -1,5 +1,7 @@
 #include "share/SaveCopy.h"
 
+#include "captions/SubtitleFiles.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -63,6 +65,18 @@ QString CopyFileReplacing(const QString& source, const QString& target) {
         out.cancelWriting();
     if (!out.commit())
         return QStringLiteral("\"%1\" could not be written: %2").arg(target, out.errorString());
+    return {};
+}
+
+QString CopySubtitlesAlong(const QString& source, const QString& target) {
+    for (const char* suffix : {"srt", "vtt"}) {
+        const QString subtitles = SubtitleFileBeside(source, suffix);
+        if (!QFileInfo::exists(subtitles))
+            continue;
+        const QString error = CopyFileReplacing(subtitles, SubtitleFileBeside(target, suffix));
+        if (!error.isEmpty())
+            return error;
+    }
     return {};
 }
 

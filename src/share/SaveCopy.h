@@ -24,4 +24,9 @@ QString TrimChosenFolder(QString folder);
 // was. Returns an error text, empty on success.
 QString CopyFileReplacing(const QString& source, const QString& target);
 
+// Copies the subtitle files beside the rendered source (X.srt, X.vtt) to beside the target, so
+// that a player finds the captions with the saved copy as it did with the render. Returns an
+// error text; empty when every one there was copied.
+QString CopySubtitlesAlong(const QString& source, const QString& target);
+
 } // namespace cq

@@ -59,3 +59,27 @@ TEST(SaveCopy, CopyReplacesWholeOrLeavesTheTargetAlone) {
     EXPECT_FALSE(CopyFileReplacing(source, dir.path() + "/Folder.avi").isEmpty());
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files).size(), 2); // no temporary file left
 }
+
+// A player finds a clip's captions by its name, so they go where the clip goes.
+TEST(SaveCopy, TheCaptionsBesideTheClipGoAlongWithIt) {
+    QTemporaryDir dir;
+    const QString source = dir.path() + "/FinalMix.avi";
+    test::WriteFile(source, "video");
+    test::WriteFile(dir.path() + "/FinalMix.srt", "1\n00:00:00,000 --> 00:00:01,000\nHi\n");
+    test::WriteFile(dir.path() + "/FinalMix.vtt", "WEBVTT\n\n00:00.000 --> 00:01.000\nHi\n");
+    QDir(dir.path()).mkdir("saved");
+    const QString target = dir.path() + "/saved/Trip to the lake.avi";
+    ASSERT_TRUE(CopyFileReplacing(source, target).isEmpty());
+    EXPECT_TRUE(CopySubtitlesAlong(source, target).isEmpty());
+    for (const char* suffix : {".srt", ".vtt"})
+        EXPECT_EQ(FileBytes(dir.path() + "/saved/Trip to the lake" + suffix),
+                  FileBytes(dir.path() + "/FinalMix" + suffix));
+
+    // Only what is there is copied; a folder in the way is said.
+    QFile::remove(dir.path() + "/FinalMix.vtt");
+    EXPECT_TRUE(CopySubtitlesAlong(source, dir.path() + "/saved/Other.avi").isEmpty());
+    EXPECT_EQ(QDir(dir.path() + "/saved").entryList({"Other.*"}, QDir::Files),
+              QStringList{"Other.srt"});
+    QDir(dir.path() + "/saved").mkdir("Blocked.srt");
+    EXPECT_FALSE(CopySubtitlesAlong(source, dir.path() + "/saved/Blocked.avi").isEmpty());
+}

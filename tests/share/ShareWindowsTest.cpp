@@ -311,10 +311,20 @@ TEST(SharePanel, SaveToDirAsksBeforeReplacingAnotherFile) {
         EXPECT_EQ(FileBytes(target.path() + "/Trip.mp3"), "an older trip");
     }
     EXPECT_EQ(panel.chosenFolder(), target.path());
-    ModalResponder responder(
-        {chooseTarget, ModalResponder::typeText("Trip"), ModalResponder::press("Yes")});
+    {
+        ModalResponder responder(
+            {chooseTarget, ModalResponder::typeText("Trip"), ModalResponder::press("Yes")});
+        Child<QPushButton>(&panel, "cmdSaveToDir")->click();
+        EXPECT_EQ(FileBytes(target.path() + "/Trip.mp3"), "the voice message");
+    }
+
+    // A video goes with the captions beside it.
+    test::WriteFile(paths.gstrFinalMixAVIFileSpec, "the video message");
+    test::WriteFile(paths.gstrTempFilesDirectory + "/FinalMix.srt", "its captions");
+    ModalResponder withCaptions({chooseTarget, ModalResponder::typeText("Trip")});
     Child<QPushButton>(&panel, "cmdSaveToDir")->click();
-    EXPECT_EQ(FileBytes(target.path() + "/Trip.mp3"), "the voice message");
+    EXPECT_EQ(FileBytes(target.path() + "/Trip.avi"), "the video message");
+    EXPECT_EQ(FileBytes(target.path() + "/Trip.srt"), "its captions");
 }
 
 // Takes the file URLs the program hands to the desktop, in place of the desktop.

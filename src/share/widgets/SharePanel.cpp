@@ -154,6 +154,8 @@ void SharePanel::saveRenderedFileTo(const QString& source) {
         const QString error = CopyFileReplacing(source, target);
         if (!error.isEmpty())
             tell(QStringLiteral("The file was not saved."), error);
+        else if (const QString subtitles = CopySubtitlesAlong(source, target); !subtitles.isEmpty())
+            tell(QStringLiteral("The clip was saved, but not its captions."), subtitles);
         return;
     }
 }
