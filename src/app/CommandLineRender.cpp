@@ -58,7 +58,7 @@ void addProjectCaptions(RenderInputs& inputs, const StudioSettings& studio, cons
 // where the studio keeps the take's captions or the project's own.
 QString captionsClashProblem(const QString& output, const AppPaths& paths,
                              const QString& timeline) {
-    const QString beside = SubtitleFileBeside(output, QStringLiteral("srt"));
+    const QString beside = SubtitleFilesBeside(output).first(); // the SRT
     for (const QString& folder : {paths.gstrTempFilesDirectory, QFileInfo(timeline).path()}) {
         const QString kept = QFileInfo(CaptionsFileIn(folder)).absoluteFilePath();
         if (QDir::cleanPath(beside) == QDir::cleanPath(kept))

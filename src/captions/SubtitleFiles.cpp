@@ -86,12 +86,13 @@ QStringList blocksOf(const QByteArray& bytes) {
 
 } // namespace
 
-QString SubtitleFileBeside(const QString& video, const QString& suffix) {
+QStringList SubtitleFilesBeside(const QString& video) {
     const QFileInfo fi(video);
     QString base = fi.fileName();
     if (!fi.suffix().isEmpty())
         base.chop(fi.suffix().size() + 1);
-    return fi.path() + u'/' + base + u'.' + suffix;
+    const QString stem = fi.path() + u'/' + base;
+    return {stem + QStringLiteral(".srt"), stem + QStringLiteral(".vtt")};
 }
 
 QString SubtitleTime(qint64 ms, QChar separator) {

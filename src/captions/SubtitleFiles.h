@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 namespace cq {
 
@@ -22,9 +23,10 @@ struct ReadCues {
 // cannot be read are skipped and named in `problem`; the rest are kept.
 ReadCues ReadSubtitles(const QByteArray& bytes);
 
-// The subtitle file a player loads with a video by itself: the video's name with `suffix` in place
-// of its own ("/a/b.mp4" with "srt" is "/a/b.srt"); a name without a suffix gets one.
-QString SubtitleFileBeside(const QString& video, const QString& suffix);
+// The subtitle files a player loads with a video by itself, SRT first, then WebVTT: the video's
+// name with their suffix in place of its own ("/a/b.mp4" gives "/a/b.srt" and "/a/b.vtt"); a name
+// without a suffix gets one.
+QStringList SubtitleFilesBeside(const QString& video);
 
 // "00:01:02,345" (SRT) or "00:01:02.345" (WebVTT).
 QString SubtitleTime(qint64 ms, QChar separator);

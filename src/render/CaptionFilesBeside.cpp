@@ -12,12 +12,6 @@
 
 namespace cq {
 
-namespace {
-
-const QStringList kSuffixes{QStringLiteral("srt"), QStringLiteral("vtt")};
-
-} // namespace
-
 CaptionFilesBeside::CaptionFilesBeside(QString output, QString partialOutput)
     : m_output(std::move(output)), m_partialOutput(std::move(partialOutput)) {}
 
@@ -28,27 +22,28 @@ CaptionFilesBeside::~CaptionFilesBeside() {
 QString CaptionFilesBeside::stage(const CaptionCues& cues) {
     removeStaged();
     const QByteArray texts[] = {WriteSrt(cues), WriteVtt(cues)};
-    for (qsizetype i = 0; i < kSuffixes.size(); ++i) {
-        const QString partial = SubtitleFileBeside(m_partialOutput, kSuffixes[i]);
-        if (!WriteWholeFile(texts[i], partial)) {
+    const QStringList partials = SubtitleFilesBeside(m_partialOutput);
+    for (qsizetype i = 0; i < partials.size(); ++i) {
+        if (!WriteWholeFile(texts[i], partials[i])) {
             removeStaged();
             return QStringLiteral("The captions \"%1\" could not be written.")
-                .arg(SubtitleFileBeside(m_output, kSuffixes[i]));
+                .arg(SubtitleFilesBeside(m_output).at(i));
         }
-        m_staged << partial;
+        m_staged << partials[i];
     }
     return {};
 }
 
 QString CaptionFilesBeside::publish() {
+    const QStringList targets = SubtitleFilesBeside(m_output);
     if (m_staged.isEmpty()) {
-        for (const QString& suffix : kSuffixes)
-            QFile::remove(SubtitleFileBeside(m_output, suffix));
+        for (const QString& target : targets)
+            QFile::remove(target);
         return {};
     }
     QString problem;
     for (qsizetype i = 0; i < m_staged.size(); ++i) {
-        const QString target = SubtitleFileBeside(m_output, kSuffixes[i]);
+        const QString& target = targets[i];
         // rename(2) replaces an older file in one step.
         if (std::rename(QFile::encodeName(m_staged[i]).constData(),
                         QFile::encodeName(target).constData()) != 0 &&

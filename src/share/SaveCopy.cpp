@@ -69,11 +69,12 @@ QString CopyFileReplacing(const QString& source, const QString& target) {
 }
 
 QString CopySubtitlesAlong(const QString& source, const QString& target) {
-    for (const char* suffix : {"srt", "vtt"}) {
-        const QString subtitles = SubtitleFileBeside(source, suffix);
-        if (!QFileInfo::exists(subtitles))
+    const QStringList from = SubtitleFilesBeside(source);
+    const QStringList to = SubtitleFilesBeside(target);
+    for (qsizetype i = 0; i < from.size(); ++i) {
+        if (!QFileInfo::exists(from[i]))
             continue;
-        const QString error = CopyFileReplacing(subtitles, SubtitleFileBeside(target, suffix));
+        const QString error = CopyFileReplacing(from[i], to[i]);
         if (!error.isEmpty())
             return error;
     }
