@@ -1,6 +1,7 @@
 #include "platform/TimeCode.h"
 
 #include "platform/TextHelpers.h"
+#include "platform/TimeText.h"
 
 namespace cq {
 
@@ -67,23 +68,7 @@ QString SecondsTextFromMs(qint64 milliseconds) {
 }
 
 qint64 SecondsTextToMs(QStringView text) {
-    text = text.trimmed();
-    if (text.isEmpty())
-        return -1;
-    const qsizetype dot = text.indexOf(u'.');
-    const QStringView whole = dot < 0 ? text : text.left(dot);
-    const QStringView fraction = dot < 0 ? QStringView() : text.mid(dot + 1);
-    if (whole.isEmpty() && fraction.isEmpty())
-        return -1;
-    for (QChar c : whole)
-        if (c < u'0' || c > u'9')
-            return -1;
-    for (QChar c : fraction)
-        if (c < u'0' || c > u'9')
-            return -1;
-    qint64 ms = leadingNumber(whole) * 1000;
-    const QString f = (fraction.left(3).toString() + QStringLiteral("000")).left(3);
-    return ms + leadingNumber(f);
+    return ReadTimeText(text, TimeTextForm::Seconds).ms;
 }
 
 } // namespace cq

@@ -19,7 +19,8 @@ QString HHMMSSMSToSecondsInSSMSFormat(const QString& code);
 // Milliseconds as the event log's seconds text with three fraction digits: 65125 -> "65.125".
 QString SecondsTextFromMs(qint64 milliseconds);
 // A seconds text ("65.125", "7.", ".500", "12.3456789") to milliseconds, extra digits cut.
-// Returns -1 for a text that is not a number of seconds.
+// Returns -1 for a text that is not a number of seconds or is more than a day (see TimeText.h,
+// which also says why).
 qint64 SecondsTextToMs(QStringView text);
 
 } // namespace cq
