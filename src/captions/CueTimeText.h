@@ -11,7 +11,7 @@ QString CueTimeText(qint64 ms);
 
 // What the user may type for a cue's time: "0:01.500", "1:02:03.04", "1:30" or plain seconds
 // such as "90" or "1.5"; a comma may stand for the point. Fraction digits beyond milliseconds
-// are cut. Returns -1 for a text that is no time.
+// are cut. Returns -1 for a text that is no time or more than a day.
 qint64 ParseCueTime(QStringView text);
 
 } // namespace cq

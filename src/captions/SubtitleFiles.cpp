@@ -1,6 +1,10 @@
 #include "captions/SubtitleFiles.h"
 
+#include "platform/OutsideText.h"
+#include "platform/TimeText.h"
+
 #include <QFileInfo>
+#include <QList>
 #include <QRegularExpression>
 #include <QStringList>
 
@@ -36,29 +40,37 @@ QString unescapeVtt(const QString& line) {
         .replace(QStringLiteral("&amp;"), QStringLiteral("&"));
 }
 
-// "01:02:03,456", "01:02:03.456" or WebVTT's short "02:03.456"; -1 when it is none of them.
-qint64 parseTime(const QString& text) {
-    static const QRegularExpression re(
-        QStringLiteral(R"(^(?:(\d+):)?([0-5]\d):([0-5]\d)[,.](\d{3})$)"));
-    const auto m = re.match(text.trimmed());
-    if (!m.hasMatch())
-        return -1;
-    const qint64 hours = m.captured(1).isEmpty() ? 0 : m.captured(1).toLongLong();
-    return ((hours * 60 + m.captured(2).toLongLong()) * 60 + m.captured(3).toLongLong()) * 1000 +
-           m.captured(4).toLongLong();
-}
-
 struct Timing {
     qint64 startMs = -1;
     qint64 endMs = -1;
-    bool ok() const { return startMs >= 0 && endMs >= startMs; }
+    QString problem; // why the timing line cannot be read; empty when it can
 };
+
+// "01:02:03,456", "01:02:03.456" or WebVTT's short "02:03.456", read as `what` ("the start").
+TimeTextRead parseTime(const QString& text, const QString& what) {
+    static const QRegularExpression re(QStringLiteral(R"(^(?:\d+:)?[0-5]\d:[0-5]\d[,.]\d{3}$)"));
+    const QString time = text.trimmed();
+    if (!re.match(time).hasMatch())
+        return {-1, QStringLiteral("%1 \"%2\" is not a time").arg(what, time.left(40))};
+    TimeTextRead read = ReadTimeText(time, TimeTextForm::Clock);
+    if (!read.ok())
+        read.problem = what + u' ' + read.problem;
+    return read;
+}
 
 // The start and end of "START --> END [cue settings]".
 Timing parseTiming(const QString& line) {
-    const int arrow = line.indexOf(kArrow);
+    const qsizetype arrow = line.indexOf(kArrow);
+    if (arrow < 0)
+        return {-1, -1, QStringLiteral("it has no \"-->\" between two times")};
     const QString end = line.mid(arrow + kArrow.size()).trimmed().section(u' ', 0, 0);
-    return {parseTime(line.left(arrow)), parseTime(end)};
+    const TimeTextRead start = parseTime(line.left(arrow), QStringLiteral("the start"));
+    const TimeTextRead stop = parseTime(end, QStringLiteral("the end"));
+    if (!start.ok() || !stop.ok())
+        return {-1, -1, start.ok() ? stop.problem : start.problem};
+    if (stop.ms < start.ms)
+        return {-1, -1, QStringLiteral("it ends before it starts")};
+    return {start.ms, stop.ms, QString()};
 }
 
 bool isVttHeaderBlock(const QString& firstLine) {
@@ -68,19 +80,32 @@ bool isVttHeaderBlock(const QString& firstLine) {
            firstLine.startsWith(QStringLiteral("REGION"));
 }
 
-QStringList blocksOf(const QByteArray& bytes) {
-    QString text = QString::fromUtf8(bytes);
-    if (text.startsWith(QChar(0xFEFF)))
-        text.remove(0, 1);
+// A cue or header: its lines and the number of its first line in the file.
+struct Block {
+    int firstLine = 0;
+    QStringList lines;
+};
+
+QList<Block> blocksOf(const QString& decoded) {
+    QString text = decoded;
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
-    static const QRegularExpression blankLines(QStringLiteral("\n[ \t]*\n+"));
-    QStringList blocks;
-    for (QString block : text.split(blankLines, Qt::SkipEmptyParts)) {
-        while (block.endsWith(u'\n'))
-            block.chop(1);
-        if (!block.isEmpty())
-            blocks << block;
+    QList<Block> blocks;
+    Block block;
+    int number = 0;
+    for (const QString& line : text.split(u'\n')) {
+        ++number;
+        if (line.trimmed().isEmpty()) {
+            if (!block.lines.isEmpty())
+                blocks << block;
+            block = Block();
+            continue;
+        }
+        if (block.lines.isEmpty())
+            block.firstLine = number;
+        block.lines << line;
     }
+    if (!block.lines.isEmpty())
+        blocks << block;
     return blocks;
 }
 
@@ -137,18 +162,28 @@ QByteArray WriteVtt(const CaptionCues& cues) {
 
 ReadCues ReadSubtitles(const QByteArray& bytes) {
     ReadCues read;
-    const bool vtt = bytes.startsWith("WEBVTT") || bytes.startsWith("\xEF\xBB\xBFWEBVTT");
-    QStringList unreadable;
-    for (const QString& block : blocksOf(bytes)) {
-        QStringList lines = block.split(u'\n');
+    const OutsideText decoded = DecodeOutsideText(bytes);
+    if (!decoded.ok()) {
+        read.problem = QStringLiteral("the file %1").arg(decoded.problem);
+        return read;
+    }
+    const bool vtt = decoded.text.startsWith(QStringLiteral("WEBVTT"));
+    int unreadable = 0;
+    for (Block block : blocksOf(decoded.text)) {
+        QStringList& lines = block.lines;
         if (vtt && isVttHeaderBlock(lines.first()))
             continue;
         // SRT numbers its cues and WebVTT may name them: the timing line is the first or second.
-        if (!lines.first().contains(kArrow) && lines.size() > 1 && lines.at(1).contains(kArrow))
+        if (!lines.first().contains(kArrow) && lines.size() > 1 && lines.at(1).contains(kArrow)) {
             lines.removeFirst();
+            ++block.firstLine;
+        }
         const Timing timing = parseTiming(lines.first());
-        if (!lines.first().contains(kArrow) || !timing.ok()) {
-            unreadable << lines.first().left(40);
+        if (!timing.problem.isEmpty()) {
+            if (unreadable++ == 0)
+                read.problem = QStringLiteral("line %1, \"%2\": %3")
+                                   .arg(block.firstLine)
+                                   .arg(lines.first().left(40), timing.problem);
             continue;
         }
         lines.removeFirst();
@@ -157,10 +192,10 @@ ReadCues ReadSubtitles(const QByteArray& bytes) {
                 line = unescapeVtt(line);
         read.cues.append({timing.startMs, timing.endMs, lines.join(u'\n')});
     }
-    if (!unreadable.isEmpty())
-        read.problem = QStringLiteral("%1 cue(s) could not be read, the first at \"%2\"")
-                           .arg(unreadable.size())
-                           .arg(unreadable.first());
+    if (unreadable > 0)
+        read.problem = QStringLiteral("%1 cue(s) could not be read, the first at %2")
+                           .arg(unreadable)
+                           .arg(read.problem);
     return read;
 }
 

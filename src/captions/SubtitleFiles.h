@@ -19,8 +19,8 @@ struct ReadCues {
     QString problem; // empty when the whole file was read
 };
 
-// Reads SRT or WebVTT (LF or CR LF, with or without a byte order mark). Cues whose timing line
-// cannot be read are skipped and named in `problem`; the rest are kept.
+// Reads SRT or WebVTT (LF or CR LF, in any encoding DecodeOutsideText reads). Cues whose timing
+// line cannot be read are skipped, the first named by its line in `problem`; the rest are kept.
 ReadCues ReadSubtitles(const QByteArray& bytes);
 
 // The subtitle files a player loads with a video by itself, SRT first, then WebVTT: the video's

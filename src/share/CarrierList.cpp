@@ -1,22 +1,18 @@
 #include "share/CarrierList.h"
 
+#include "platform/OutsideText.h"
 #include "platform/TextFiles.h"
 #include "platform/TextHelpers.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QStringDecoder>
 
 namespace cq {
 
 namespace {
 
 QString DecodeCarrierText(const QByteArray& bytes) {
-    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString text = utf8(bytes);
-    if (utf8.hasError())
-        return QString::fromLatin1(bytes);
-    return text;
+    return DecodeOutsideText(bytes).text;
 }
 
 QList<QByteArray> CarrierFileLines(QByteArray bytes) {

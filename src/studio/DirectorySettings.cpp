@@ -1,5 +1,6 @@
 #include "studio/DirectorySettings.h"
 
+#include "platform/OutsideText.h"
 #include "platform/TextFiles.h"
 
 #include <QRegularExpression>
@@ -7,6 +8,12 @@
 namespace cq {
 
 namespace {
+
+// Settings files may come from older installations or an editor, in their encodings.
+QString settingsFileText(const QString& fileSpec) {
+    const OutsideText decoded = DecodeOutsideText(ReadFileToBytes(fileSpec));
+    return decoded.ok() ? decoded.text : QString();
+}
 
 const char* const kOwnKeys[] = {"gstrMyVideoDirectory",        "gstrMyMusicDirectory",
                                 "gstrMyPicturesDirectory",     "gstrMyStdPicturesDirectory1",
@@ -69,11 +76,11 @@ void DirectorySettings::loadSettingsText(const QString& text, bool siblingFile) 
 }
 
 void DirectorySettings::LoadDirectoriesFromHarrowfinSetupFile(const QString& fileSpec) {
-    loadSettingsText(ReadFileToString(fileSpec), true);
+    loadSettingsText(settingsFileText(fileSpec), true);
 }
 
 void DirectorySettings::LoadDirectoriesFromClipquillSetupFile(const QString& fileSpec) {
-    loadSettingsText(ReadFileToString(fileSpec), false);
+    loadSettingsText(settingsFileText(fileSpec), false);
 }
 
 QString DirectorySettings::settingsText(const QStringList& extraLines) const {
@@ -94,7 +101,7 @@ QString DirectorySettings::settingsText(const QStringList& extraLines) const {
 
 bool DirectorySettings::SaveDirectoriesToFile(const QString& fileSpec) const {
     QStringList extra;
-    for (const QString& line : settingsLines(ReadFileToString(fileSpec))) {
+    for (const QString& line : settingsLines(settingsFileText(fileSpec))) {
         const qsizetype eq = line.indexOf(u'=');
         if (eq > 0 && !isOwnKey(line.left(eq)))
             extra << line;

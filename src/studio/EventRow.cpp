@@ -1,32 +1,47 @@
 #include "studio/EventRow.h"
 
-#include "platform/TimeCode.h"
+#include "platform/TimeText.h"
 
 #include <QStringList>
 
-#include <cmath>
+#include <algorithm>
 
 namespace cq {
+
+namespace {
+
+bool isControl(QChar c) {
+    return c.category() == QChar::Other_Control;
+}
+
+QString withoutControls(QString field) {
+    std::replace_if(field.begin(), field.end(), isControl, QChar(QChar::ReplacementCharacter));
+    return field;
+}
+
+} // namespace
 
 QString EventRow::rowText() const {
     QStringList fields{QString::number(mediaCount), mediaType, timeLine, begVideoAt, fileSpec};
     if (text)
         fields << *text;
+    for (QString& field : fields)
+        field = withoutControls(field);
     return fields.join(u'\t');
 }
 
+bool EventRow::controlCharacterIn(const QString& field) {
+    return std::any_of(field.begin(), field.end(), isControl);
+}
+
 qint64 EventRow::timeMs() const {
-    return SecondsTextToMs(timeLine);
+    return ReadTimeText(timeLine, TimeTextForm::Seconds).ms;
 }
 
 qint64 EventRow::begVideoAtMs() const {
     if (begVideoAt.trimmed().isEmpty())
         return -1;
-    bool ok = false;
-    const double seconds = begVideoAt.trimmed().toDouble(&ok);
-    if (!ok || !std::isfinite(seconds) || seconds < 0)
-        return -1;
-    return static_cast<qint64>(std::llround(seconds * 1000.0));
+    return ReadTimeText(begVideoAt, TimeTextForm::Seconds).ms;
 }
 
 std::optional<EventRow> EventRow::fromRowText(const QString& rowText, QString* error) {
@@ -51,11 +66,13 @@ std::optional<EventRow> EventRow::fromRowText(const QString& rowText, QString* e
     if (!known.contains(row.mediaType))
         return fail(QStringLiteral("unknown media type \"%1\"").arg(row.mediaType));
     row.timeLine = fields[2];
-    if (row.timeMs() < 0)
-        return fail(QStringLiteral("the time \"%1\" is not a number of seconds").arg(fields[2]));
+    const TimeTextRead time = ReadTimeText(row.timeLine, TimeTextForm::Seconds);
+    if (!time.ok())
+        return fail(QStringLiteral("the time %1").arg(time.problem));
     row.begVideoAt = fields[3];
-    if (!row.begVideoAt.trimmed().isEmpty() && row.begVideoAtMs() < 0)
-        return fail(QStringLiteral("the begin position \"%1\" is not a number").arg(fields[3]));
+    const TimeTextRead begin = ReadTimeText(row.begVideoAt, TimeTextForm::Seconds);
+    if (!row.begVideoAt.trimmed().isEmpty() && !begin.ok())
+        return fail(QStringLiteral("the begin position %1").arg(begin.problem));
     row.fileSpec = fields[4];
     if (fields.size() == 6)
         row.text = fields[5];

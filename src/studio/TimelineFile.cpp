@@ -1,45 +1,28 @@
 #include "studio/TimelineFile.h"
 
+#include "platform/OutsideText.h"
 #include "platform/TextFiles.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QStringDecoder>
 
 namespace cq {
 
-namespace {
-
-// Whether the bytes look like UTF-16 without a byte-order mark: text of the Latin range
-// leaves every other byte zero.
-bool looksLikeUtf16(const QByteArray& bytes) {
-    const qsizetype n = qMin<qsizetype>(bytes.size(), 400);
-    qsizetype zeros = 0;
-    for (qsizetype i = 0; i < n; ++i)
-        zeros += bytes[i] == '\0' ? 1 : 0;
-    return n >= 2 && zeros * 3 >= n;
+QString DecodeTimelineBytes(const QByteArray& bytes, QString* error) {
+    OutsideText decoded = DecodeOutsideText(bytes);
+    if (!decoded.ok()) {
+        *error = QStringLiteral("the file %1").arg(decoded.problem);
+        return {};
+    }
+    return decoded.text;
 }
 
-} // namespace
-
-QString DecodeTimelineBytes(const QByteArray& bytes, QString* error) {
-    const QString saveAsUtf8 = QStringLiteral("; save it again as UTF-8 text");
-    if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF") || looksLikeUtf16(bytes)) {
-        *error = QStringLiteral("the file is UTF-16 text, which cannot be read") + saveAsUtf8;
-        return {};
-    }
-    if (bytes.contains('\0')) {
-        *error = QStringLiteral("the file holds zero bytes, so it is not a text file");
-        return {};
-    }
-    QStringDecoder utf8(QStringDecoder::Utf8);
-    // A byte-order mark is dropped by the decoder: such a file reads like one without.
-    QString text = utf8(bytes);
-    if (utf8.hasError()) {
-        *error = QStringLiteral("the file is not UTF-8 text") + saveAsUtf8;
-        return {};
-    }
-    return text;
+std::optional<EventRow> ParseTimelineLine(const QString& line, const QString& baseFolder,
+                                          QString* error) {
+    std::optional<EventRow> row = EventRow::fromRowText(line, error);
+    if (row && !row->fileSpec.isEmpty() && QFileInfo(row->fileSpec).isRelative())
+        row->fileSpec = QDir::cleanPath(QDir(baseFolder).absoluteFilePath(row->fileSpec));
+    return row;
 }
 
 TimelineReadResult ParseTimelineText(const QString& text, const QString& baseFolder) {
@@ -51,17 +34,14 @@ TimelineReadResult ParseTimelineText(const QString& text, const QString& baseFol
     // The file ends with a line end: the piece after it is empty.
     while (!lines.isEmpty() && lines.last().isEmpty())
         lines.removeLast();
-    const QDir base(baseFolder);
     for (qsizetype i = 0; i < lines.size(); ++i) {
         QString why;
-        std::optional<EventRow> row = EventRow::fromRowText(lines[i], &why);
+        std::optional<EventRow> row = ParseTimelineLine(lines[i], baseFolder, &why);
         if (!row) {
             result.error = QStringLiteral("line %1: %2").arg(i + 1).arg(why);
             result.rows.clear();
             return result;
         }
-        if (!row->fileSpec.isEmpty() && QFileInfo(row->fileSpec).isRelative())
-            row->fileSpec = QDir::cleanPath(base.absoluteFilePath(row->fileSpec));
         result.rows << *row;
     }
     return result;

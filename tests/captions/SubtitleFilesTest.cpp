@@ -60,3 +60,46 @@ TEST(SubtitleFiles, ReadsWhatOtherProgramsWrite) {
     EXPECT_EQ(srtRead.cues[0], (CaptionCue{1000, 2000, QStringLiteral("One")}));
     EXPECT_FALSE(srtRead.problem.isEmpty());
 }
+
+TEST(SubtitleFiles, OtherEncodingsReadAsTheirText) {
+    const QString srt =
+        QStringLiteral("1\r\n00:00:01,000 --> 00:00:02,500\r\nCaf\u00E9 cr\u00E8me \u20AC\r\n");
+    QByteArray utf16le("\xFF\xFE");
+    utf16le.append(reinterpret_cast<const char*>(srt.utf16()), srt.size() * 2);
+    // Windows-1252, as older editors save: é, è, and the euro sign where Latin-1 has a control.
+    const QByteArray ansi("1\r\n00:00:01,000 --> 00:00:02,500\r\nCaf\xE9 cr\xE8me \x80\r\n");
+    for (const QByteArray& bytes : {ansi, utf16le, utf16le.mid(2)}) {
+        const ReadCues read = ReadSubtitles(bytes);
+        EXPECT_EQ(read.problem, "");
+        ASSERT_EQ(read.cues.size(), 1) << bytes.toHex().toStdString();
+        EXPECT_EQ(read.cues[0],
+                  (CaptionCue{1000, 2500, QStringLiteral("Caf\u00E9 cr\u00E8me \u20AC")}));
+    }
+    const QString vtt = QStringLiteral("WEBVTT\n\n00:01.000 --> 00:02.000\n\u00C0 bient\u00F4t\n");
+    QByteArray utf16be;
+    for (QChar c : QString(QChar(0xFEFF)) + vtt)
+        utf16be.append(char(c.unicode() >> 8)).append(char(c.unicode() & 0xFF));
+    const ReadCues read = ReadSubtitles(utf16be);
+    ASSERT_EQ(read.cues.size(), 1);
+    EXPECT_EQ(read.cues[0].text, QStringLiteral("\u00C0 bient\u00F4t"));
+}
+
+TEST(SubtitleFiles, HoursTooLargeForAnyVoiceAreRefusedByTheirLine) {
+    const QByteArray srt = "1\n00:00:01,000 --> 00:00:02,000\nOne\n\n"
+                           "2\n18446744073709551616:00:05,000 --> 18446744073709551616:00:06,000\n"
+                           "Wrapped to the start before\n\n"
+                           "3\n9999999999999999999:00:05,000 --> 9999999999999999999:00:06,000\n"
+                           "Read as hour 0 before\n\n"
+                           "4\n00:00:07,000 --> 00:00:08,000\nFour\n";
+    const ReadCues read = ReadSubtitles(srt);
+    ASSERT_EQ(read.cues.size(), 2);
+    EXPECT_EQ(read.cues[1], (CaptionCue{7000, 8000, QStringLiteral("Four")}));
+    EXPECT_TRUE(read.problem.startsWith("2 cue(s) could not be read, the first at line 6, "))
+        << read.problem.toStdString();
+    EXPECT_TRUE(
+        read.problem.endsWith("the start \"18446744073709551616:00:05,000\" is more than 24 hours"))
+        << read.problem.toStdString();
+    // A line that is no timing line at all is named by its number too.
+    EXPECT_TRUE(ReadSubtitles("1\n00:00:01,000 --> 00:00:02,000\nOne\n\nstray words\n")
+                    .problem.contains("line 5, \"stray words\""));
+}

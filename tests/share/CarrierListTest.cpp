@@ -46,15 +46,16 @@ TEST(CarrierList, NameIsBeforeTheFirstSemicolonAndBadLinesAreSkippedOrEndTheList
 TEST(CarrierList, BytesThatAreNotUtf8SurviveReadingAndAddingACarrier) {
     QTemporaryDir dir;
     const QString fileSpec = dir.path() + "/MMSServerList.txt";
-    const QByteArray latin1 = "Caf\xe9 T\xe9l\xe9"
+    // Windows-1252, as Windows editors save: the quotes are bytes that Latin-1 leaves as controls.
+    const QByteArray latin1 = "\x93"
+                              "Caf\xe9\x94 T\xe9l\xe9"
                               "com;mms.caf\xe9.example\r\n";
     const QByteArray utf8 = "Zo\xc3\xab Mobile;mms.zoe.example\r\n";
     test::WriteFile(fileSpec, latin1 + utf8);
 
     const QList<Carrier> carriers = FillCarrierList(fileSpec);
     ASSERT_GE(carriers.size(), 2);
-    EXPECT_EQ(carriers.at(0).name, QString::fromLatin1("Caf\xe9 T\xe9l\xe9"
-                                                       "com"));
+    EXPECT_EQ(carriers.at(0).name, QStringLiteral("\u201CCaf\u00E9\u201D T\u00E9l\u00E9com"));
     EXPECT_EQ(carriers.at(0).domain, QString::fromLatin1("mms.caf\xe9.example"));
     EXPECT_EQ(carriers.at(1).name, QString::fromUtf8("Zo\xc3\xab Mobile"));
 

@@ -57,6 +57,17 @@ TEST(DirectorySettings, SaveIsByteExactAndRoundTripsUtf8Folders) {
     back.LoadDirectoriesFromClipquillSetupFile(file);
     EXPECT_EQ(back.gstrMyVideoDirectory, s.gstrMyVideoDirectory);
     EXPECT_EQ(back.gstrMyStdPicturesDirectory2, "/s2");
+
+    // Written by an older installation in Windows-1252, or by an editor in UTF-16.
+    const QString video = QStringLiteral("gstrMyVideoDirectory=/home/zo\u00EB/Vid\u00E9os\r\n");
+    QByteArray utf16("\xFF\xFE");
+    utf16.append(reinterpret_cast<const char*>(video.utf16()), video.size() * 2);
+    for (const QByteArray& bytes : {video.toLatin1(), utf16}) {
+        ASSERT_TRUE(WriteWholeFile(bytes, file));
+        DirectorySettings old;
+        old.LoadDirectoriesFromClipquillSetupFile(file);
+        EXPECT_EQ(old.gstrMyVideoDirectory, s.gstrMyVideoDirectory);
+    }
 }
 
 TEST(DirectorySettings, SavingKeepsLinesOfOtherKeysAlreadyInTheFile) {
