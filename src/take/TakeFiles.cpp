@@ -1,6 +1,7 @@
 #include "take/TakeFiles.h"
 
 #include "captions/CaptionsFile.h"
+#include "platform/OutsideText.h"
 #include "platform/TextFiles.h"
 #include "platform/WavFormat.h"
 #include "studio/TimelineFile.h"
@@ -42,24 +43,39 @@ bool TakeFiles::isUnsaved() const {
     return QFileInfo(journalFileSpec()).isFile();
 }
 
-QList<EventRow> TakeFiles::journalRows() const {
-    QByteArray bytes = ReadFileToBytes(journalFileSpec());
+JournalRead ReadJournalBytes(QByteArray bytes, const QString& workFolder) {
+    JournalRead read;
     // A line without its end was being written when the studio ended.
     bytes.truncate(bytes.lastIndexOf('\n') + 1);
-    QString error;
-    const QString text = DecodeTimelineBytes(bytes, &error);
-    QStringList lines = text.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
-    for (; !lines.isEmpty(); lines.removeLast()) {
-        const TimelineReadResult read = ParseTimelineText(lines.join(u'\n'), m_workFolder);
-        if (read.ok())
-            return read.rows;
+    // Each line is decoded by itself: a line spoilt on the disk costs that click alone.
+    const QList<QByteArray> lines = bytes.split('\n');
+    for (qsizetype i = 0; i + 1 < lines.size(); ++i) {
+        const QByteArray& line = lines[i];
+        if (line.isEmpty() || line == "\r")
+            continue;
+        const OutsideText decoded = DecodeOutsideText(line.endsWith('\r') ? line.chopped(1) : line);
+        QString why = QStringLiteral("the line %1").arg(decoded.problem);
+        const std::optional<EventRow> row =
+            decoded.ok() ? ParseTimelineLine(decoded.text, workFolder, &why) : std::nullopt;
+        if (row) {
+            read.rows << *row;
+        } else if (read.unreadable++ == 0) {
+            read.firstProblem = QStringLiteral("line %1: %2").arg(i + 1).arg(why);
+        }
     }
-    return {};
+    return read;
+}
+
+QList<EventRow> TakeFiles::journalRows() const {
+    return ReadJournalBytes(ReadFileToBytes(journalFileSpec()), m_workFolder).rows;
 }
 
 KeptTake TakeFiles::restore() const {
     KeptTake take;
-    take.rows = journalRows();
+    const JournalRead journal = ReadJournalBytes(ReadFileToBytes(journalFileSpec()), m_workFolder);
+    take.rows = journal.rows;
+    take.unreadableRows = journal.unreadable;
+    take.rowsProblem = journal.firstProblem;
     if (!QFileInfo(m_voiceFileSpec).isFile())
         take.voiceProblem = QStringLiteral("no voice was recorded");
     else if (RepairWavLength(m_voiceFileSpec, &take.voiceProblem))

@@ -1,11 +1,24 @@
 #include "timeline/EventLogger.h"
 
 #include "platform/TimeCode.h"
+#include "studio/EventRow.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/RecordingState.h"
 #include "timeline/TimelineClock.h"
 
 namespace cq {
+
+namespace {
+
+// A name as the user can read it in a message: each control character as a visible mark.
+QString visibleControls(QString name) {
+    for (QChar& c : name)
+        if (c.category() == QChar::Other_Control)
+            c = QChar(0x2426); // the reverse question mark of the control pictures
+    return name;
+}
+
+} // namespace
 
 EventLogger::EventLogger(RecordingState& state, EventGridModel& grid, TimelineClock& clock,
                          QObject* parent)
@@ -15,6 +28,16 @@ bool EventLogger::LogMediaEvent(const QString& mediaType, const QString& fileSpe
                                 const QString& begVideoAt, const std::optional<QString>& text) {
     if (!m_state.gblnRecording || m_mediaCount >= kMaxEvents)
         return false;
+    if (EventRow::controlCharacterIn(fileSpec) || (text && EventRow::controlCharacterIn(*text))) {
+        emit eventRefused(
+            QStringLiteral("Recording"),
+            QStringLiteral(
+                "\"%1\" is shown but was not recorded: its name or text holds a line break, a "
+                "tab or another control character, which the recording's files cannot "
+                "keep. Rename it to record it.")
+                .arg(visibleControls(fileSpec)));
+        return false;
+    }
     EventRow row;
     row.mediaCount = ++m_mediaCount;
     row.mediaType = mediaType;

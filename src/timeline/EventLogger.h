@@ -22,7 +22,9 @@ public:
     EventLogger(RecordingState& state, EventGridModel& grid, TimelineClock& clock,
                 QObject* parent = nullptr);
 
-    // Appends one row; text is given for text events only. Returns whether a row was logged.
+    // Appends one row; text is given for text events only. Returns whether a row was logged. A
+    // name or text that no row can hold (see EventRow::controlCharacterIn) is refused with
+    // eventRefused: the item stays shown, it is only not recorded.
     bool LogMediaEvent(const QString& mediaType, const QString& fileSpec,
                        const QString& begVideoAt = QString(),
                        const std::optional<QString>& text = std::nullopt);
@@ -34,6 +36,7 @@ public:
 
 signals:
     void eventLogged(int row);
+    void eventRefused(const QString& title, const QString& text);
 
 private:
     RecordingState& m_state;

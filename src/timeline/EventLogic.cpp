@@ -6,9 +6,9 @@ namespace cq {
 
 QString TextForEventRow(const QString& text) {
     QString t = RemoveLineBreaks(text);
-    t.remove(u'\r');
-    t.remove(u'\n');
     t.replace(u'\t', u' ');
+    // Any other control character would break the row's line, or the file it is kept in.
+    t.removeIf([](QChar c) { return c.category() == QChar::Other_Control; });
     return t;
 }
 

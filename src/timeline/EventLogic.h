@@ -5,8 +5,8 @@
 
 namespace cq {
 
-// A text as it is logged: line breaks removed (CR LF pairs, then any lone CR or LF) and tabs
-// made blanks, so that it stays one field of one row.
+// A text as it is logged: line breaks and other control characters removed, tabs made blanks,
+// so that it stays one field of one row.
 QString TextForEventRow(const QString& text);
 // The file name of a text item's picture in the work folder: the logged text cut to its
 // first 50 characters, kept to file-name characters, with ".jpg" appended.

@@ -80,6 +80,15 @@ QString TakeKeeper::restore() {
     m_logger.grid().setRows(take.rows);
     m_logger.state().recordingLengthMs = qMax<qint64>(take.voiceMs, 0);
     m_captions.loadCues(take.captions);
+    if (take.unreadableRows > 0)
+        emit rowsLeftOut(
+            QStringLiteral("Restore"),
+            QStringLiteral("%1 of the take's clicks could not be read and %2 left "
+                           "out (%3); %4 came back.")
+                .arg(take.unreadableRows)
+                .arg(take.unreadableRows == 1 ? QStringLiteral("was") : QStringLiteral("were"))
+                .arg(take.rowsProblem)
+                .arg(take.rows.size()));
     if (!take.captionsProblem.isEmpty())
         emit captionsFailed(QStringLiteral("Restore"),
                             QStringLiteral("Not all captions of the recording are back: %1")

@@ -31,7 +31,7 @@ public:
     bool isUnsaved() const { return m_files.isUnsaved(); }
     // Puts the voice, the grid and the captions back as the take left them; returns what of the
     // voice could not be had back (empty when all was). Captions that could not be read are
-    // reported by captionsFailed.
+    // reported by captionsFailed, clicks that could not be read by rowsLeftOut.
     QString restore();
     void markSaved();
     void discard();
@@ -43,6 +43,8 @@ signals:
     void journalFailed(const QString& title, const QString& text);
     // The captions could not be written to the work folder, or not all read back from it.
     void captionsFailed(const QString& title, const QString& text);
+    // Some clicks of a restored take could not be read from the journal; the rest are back.
+    void rowsLeftOut(const QString& title, const QString& text);
 
 private:
     void onRecordingChanged(bool recording);

@@ -89,6 +89,49 @@ TEST(KeptTake, ACutShortRowAndATornFrameAreDroppedOnRestore) {
     EXPECT_TRUE(broken.voiceProblem.contains("RIFF")) << broken.voiceProblem.toStdString();
 }
 
+// One spoilt line of the journal costs that click alone; the others come back.
+TEST(KeptTake, EveryReadableClickComesBackAndTheUnreadableAreCounted) {
+    QByteArray five;
+    for (int i = 1; i <= 5; ++i)
+        five += pictureRow(i).rowText().toUtf8() + "\r\n";
+    const qsizetype third = five.indexOf("3\tPictures");
+    auto spoil = [&](const QByteArray& from, const QByteArray& to) {
+        return QByteArray(five).replace(five.indexOf(from, third), from.size(), to);
+    };
+    struct Case {
+        QByteArray journal;
+        const char* problem;
+    };
+    const Case cases[] = {
+        {spoil("p3", QByteArray("p\0", 2)), "line 3: the line holds zero bytes, so it is not text"},
+        {spoil("3.000", "99999999999999999999"),
+         "line 3: the time \"99999999999999999999\" is more than 24 hours"},
+        {spoil("Pictures", "Pict\xFF\xFEres"),
+         "line 3: unknown media type \"Pict\u00FF\u00FEres\""},
+    };
+    for (const Case& c : cases) {
+        const JournalRead read = ReadJournalBytes(c.journal, "/work");
+        ASSERT_EQ(read.rows.size(), 4) << c.problem;
+        EXPECT_EQ(read.rows[2].fileSpec, "/media/p4.jpg");
+        EXPECT_EQ(read.unreadable, 1);
+        EXPECT_EQ(read.firstProblem, QString::fromUtf8(c.problem));
+    }
+    // A name the journal holds in another encoding is read, not lost.
+    const JournalRead latin = ReadJournalBytes(spoil("p3.jpg", "caf\xE9.jpg") + "6\tPict", "/work");
+    ASSERT_EQ(latin.rows.size(), 5);
+    EXPECT_EQ(latin.rows[2].fileSpec, QStringLiteral("/media/caf\u00E9.jpg"));
+    EXPECT_EQ(latin.unreadable, 0);
+
+    QTemporaryDir work;
+    const TakeFiles files(work.path(), work.filePath("RecordedAudio.wav"));
+    WriteWholeFile(spoil("3.000", "soon") + spoil("Pictures", "?").mid(third),
+                   files.journalFileSpec());
+    const KeptTake take = files.restore();
+    EXPECT_EQ(take.rows.size(), 6);
+    EXPECT_EQ(take.unreadableRows, 2);
+    EXPECT_EQ(take.rowsProblem, "line 3: the time \"soon\" is not a number of seconds");
+}
+
 TEST(KeptTake, AFullDiskStopsTheJournalWithAReasonAndKeepsWhatWasWritten) {
     QTemporaryDir work;
     const TakeFiles files(work.path(), work.filePath("RecordedAudio.wav"));

@@ -22,6 +22,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QMessageBox>
 #include <QProcess>
@@ -166,6 +167,39 @@ TEST(UnsavedTake, DiscardRemovesTheTakeAndAnUnansweredOneOutlivesTheStudio) {
     w->close(); // nothing left to ask about
     EXPECT_FALSE(w->isVisible());
     EXPECT_FALSE(questionOpen("unsavedTakeQuestion"));
+}
+
+// A click spoilt on the disk costs that click alone, and the user learns how many were lost.
+TEST(UnsavedTake, AnUnreadableClickIsLeftOutAndCounted) {
+    test::TestAppFolder app;
+    const QString work = workFolderOf(app);
+    leaveATake(work, "/media/a.jpg");
+    QFile journal(work + u'/' + QString::fromLatin1(kTakeJournalFileName));
+    ASSERT_TRUE(journal.open(QIODevice::Append));
+    const char spoilt[] =
+        "3\tPictures\t2.\0\t\t/media/b.jpg\r\n4\tPictures\t3.000\t\t/media/c.jpg\r\n";
+    journal.write(spoilt, sizeof spoilt - 1);
+    journal.close();
+
+    auto w = restoredStudio(app);
+    EXPECT_EQ(w->timeline().grid().rowCount(), 3);
+    QMessageBox* told = nullptr;
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] {
+            for (QWidget* top : QApplication::topLevelWidgets())
+                if (auto* box = qobject_cast<QMessageBox*>(top);
+                    box && box->isVisible() && box->text().contains("clicks"))
+                    told = box;
+            return told != nullptr;
+        },
+        10000));
+    EXPECT_EQ(told->text(),
+              "1 of the take's clicks could not be read and was left out (line 3: the "
+              "line holds zero bytes, so it is not text); 3 came back.");
+    told->close();
+    w->close();
+    ASSERT_TRUE(answer("unsavedTakeQuestion", "Discard"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !w->isVisible(); }, 10000));
 }
 
 // The captions belong to the take: back with it, written when edited, saved with the project,

@@ -157,6 +157,37 @@ TEST(MediaClicks, TextClicksSavePicturesToggleBackAndSpeechIsNotLogged) {
     EXPECT_EQ(b.grid.rowCount(), 5);
 }
 
+// A name that no row can hold is shown and refused with a message, never logged to break the
+// journal and the project.
+TEST(MediaClicks, NamesWithLineBreaksTabsOrControlsAreShownButRefused) {
+    Bench b;
+    b.state.gblnRecording = true;
+    QStringList refused;
+    QObject::connect(&b.logger, &EventLogger::eventRefused,
+                     [&](const QString&, const QString& text) { refused << text; });
+    b.clicks.File1_Click(MediaTabId::Pictures, "/p/a.jpg");
+    for (const char* name :
+         {"/p/two\nlines.jpg", "/p/tab\there.jpg", "/p/cr\r.jpg", "/p/bell\a.jpg"})
+        b.clicks.File1_Click(MediaTabId::Pictures, QString::fromLatin1(name));
+    b.clicks.File1_Click(MediaTabId::Video, "/m/new\nclip.mp4");
+    EXPECT_EQ(b.display.calls.size(), 6); // every item is still shown
+    EXPECT_EQ(b.display.calls[1], "picture /p/two\nlines.jpg");
+    EXPECT_EQ(b.rowTexts(), QStringList({"1\tPictures\t0.000\t\t/p/a.jpg"}));
+    ASSERT_EQ(refused.size(), 5);
+    EXPECT_TRUE(
+        refused[0].startsWith(QStringLiteral("\"/p/two\u2426lines.jpg\" is shown but was not "
+                                             "recorded")))
+        << refused[0].toStdString();
+    EXPECT_EQ(b.logger.mediaCount(), 1); // the next click is still number 2
+    b.clicks.File1_Click(MediaTabId::Pictures, "/p/b.jpg");
+    EXPECT_EQ(b.rowTexts().last(), "2\tPictures\t0.000\t\t/p/b.jpg");
+
+    // A text's controls are dropped from its row: it is logged, one field of one line.
+    b.clicks.lstText_Click(QString::fromLatin1("Bell\a and\x1b escape\tend"), TextOption::Text);
+    EXPECT_EQ(b.rowTexts().last().section(u'\t', 5), "Bell and escape end");
+    EXPECT_EQ(refused.size(), 5);
+}
+
 TEST(MediaClicks, FiveHundredFastClicksAreAllLoggedInOrderAndRecordEmptiesTheGrid) {
     Bench b;
     b.state.gblnRecording = true;

@@ -50,7 +50,7 @@ void StudioDisplay::connectTimeline(TimelineStudio& timeline) {
     connect(video, &MediaPlayer::positionChange, logger,
             [logger, video](double, double newPosition) {
                 logger->LogMediaEvent(QStringLiteral("Video"), video->URL(),
-                                      QString::number(newPosition, 'f', 3));
+                                      QString::number(qMax(0.0, newPosition), 'f', 3));
             });
 }
 

@@ -75,6 +75,10 @@ TimelineStudio::TimelineStudio(Context context, QObject* parent)
             [window](const QString& title, const QString& text) {
                 showMessage(window, QMessageBox::Warning, title, text);
             });
+    connect(m_logger, &EventLogger::eventRefused, window,
+            [window](const QString& title, const QString& text) {
+                showMessage(window, QMessageBox::Warning, title, text);
+            });
     connect(m_clicks, &MediaClickHandler::textPictureFailed, window,
             [window](const QString& fileSpec) {
                 showMessage(window, QMessageBox::Warning, QStringLiteral("Recording"),
@@ -101,7 +105,8 @@ void TimelineStudio::keepTheTake(QWidget* window) {
                                           [this] { m_projectPanel->cmdOpenProject_Click(); });
     };
     connect(m_projectPanel, &ProjectPanel::projectSaved, m_takeKeeper, &TakeKeeper::markSaved);
-    for (auto failed : {&TakeKeeper::journalFailed, &TakeKeeper::captionsFailed})
+    for (auto failed :
+         {&TakeKeeper::journalFailed, &TakeKeeper::captionsFailed, &TakeKeeper::rowsLeftOut})
         connect(m_takeKeeper, failed, window, [window](const QString& title, const QString& text) {
             showMessage(window, QMessageBox::Warning, title, text);
         });
