@@ -9,7 +9,7 @@ namespace {
 enum class Number { Read, NotDigits, TooLarge };
 
 // Reads a run of decimal digits into *value, stopping as soon as it passes limit, so that the
-// count of digits cannot make it overflow. An empty run reads as 0 when empty is allowed.
+// count of digits cannot make it overflow. An empty run reads as 0.
 Number readDigits(QStringView digits, qint64 limit, qint64* value) {
     *value = 0;
     for (QChar c : digits) {
@@ -54,6 +54,27 @@ TimeTextRead tooLarge(QStringView text) {
         QStringLiteral("%1 is more than %2 hours").arg(quoted(text)).arg(kLongestTimeMs / 3600000)};
 }
 
+// The milliseconds of "[[h:]m:]s" given as its fields. Each field is read against the longest time
+// in its own unit, so each stops in time. A clock's seconds and, below an hour field, its minutes
+// stay under sixty: more is no clock time (NotDigits) rather than a large one.
+Number sumOfFields(const QList<QStringView>& fields, qint64* total) {
+    const qint64 limits[] = {kLongestTimeMs / 3600000, kLongestTimeMs / 60000,
+                             kLongestTimeMs / 1000};
+    const qint64 units[] = {3600000, 60000, 1000};
+    const qsizetype first = 3 - fields.size();
+    *total = 0;
+    bool over = false;
+    for (qsizetype i = 0; i < fields.size(); ++i) {
+        qint64 value = 0;
+        const Number n = readDigits(fields[i], limits[first + i], &value);
+        if (n == Number::NotDigits || (i > 0 && (n == Number::TooLarge || value >= 60)))
+            return Number::NotDigits;
+        over = over || n == Number::TooLarge;
+        *total += value * units[first + i];
+    }
+    return over ? Number::TooLarge : Number::Read;
+}
+
 } // namespace
 
 TimeTextRead ReadTimeText(QStringView text, TimeTextForm form) {
@@ -79,27 +100,13 @@ TimeTextRead ReadTimeText(QStringView text, TimeTextForm form) {
     qint64 fractionMs = 0;
     if (readFraction(fraction, &fractionMs) != Number::Read)
         return notATime(trimmed, form);
-    // Every part is read against the longest time in its own unit, so each stops in time.
-    const qint64 limits[] = {kLongestTimeMs / 3600000, kLongestTimeMs / 60000,
-                             kLongestTimeMs / 1000};
-    const qint64 units[] = {3600000, 60000, 1000};
-    const qsizetype first = 3 - (parts.size() + 1);
-    qint64 total = fractionMs;
-    bool over = false;
-    for (qsizetype i = 0; i <= parts.size(); ++i) {
-        const QStringView digits = i < parts.size() ? parts.at(i) : whole;
-        const qsizetype unit = first + i;
-        qint64 value = 0;
-        const Number n = readDigits(digits, limits[unit], &value);
-        if (n == Number::NotDigits)
-            return notATime(trimmed, form);
-        // A clock's seconds and, below an hour field, its minutes stay under sixty.
-        if (i > 0 && (n == Number::TooLarge || value >= 60))
-            return notATime(trimmed, form);
-        over = over || n == Number::TooLarge;
-        total += value * units[unit];
-    }
-    if (over || total > kLongestTimeMs)
+    parts << whole;
+    qint64 total = 0;
+    const Number n = sumOfFields(parts, &total);
+    if (n == Number::NotDigits)
+        return notATime(trimmed, form);
+    total += fractionMs;
+    if (n == Number::TooLarge || total > kLongestTimeMs)
         return tooLarge(trimmed);
     return {total, QString()};
 }
