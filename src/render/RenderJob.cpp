@@ -353,8 +353,9 @@ void RenderJob::publish() {
     }
     const QString failed = FailedItemsMessage(
         m_report.failedItems, m_pieces ? m_pieces->failureReasons() : QStringList{});
-    finish(RenderReport::Outcome::Rendered,
-           notPublished.isEmpty() ? failed : (failed + u'\n' + notPublished).trimmed());
+    QStringList told = QStringList{failed, notPublished} + m_in.captionNotes;
+    told.removeAll(QString());
+    finish(RenderReport::Outcome::Rendered, told.join(u'\n'));
 }
 
 void RenderJob::cancel() {
