@@ -220,11 +220,14 @@ std::optional<VoiceTreatment> RenderJob::voiceTreatment() const {
 void RenderJob::encodeVoice() {
     if (m_plan.audioOnly || MixesVideoSound(m_plan, m_videosWithSound))
         return;
-    m_sound =
-        new VoiceSound(m_in.ffmpeg.path, m_in.voiceFile, VoiceFilter(m_in.voice, voiceTreatment()),
-                       *m_in.container, m_space.folder, m_pool, this);
+    m_sound = new VoiceSound(m_in.ffmpeg.path, m_in.voiceFile, m_in.recordingMs,
+                             VoiceFilter(m_in.voice, voiceTreatment()), *m_in.container,
+                             m_space.folder, m_pool, this);
     connect(m_sound, &VoiceSound::logLine, this, &RenderJob::log);
     connect(m_sound, &VoiceSound::finished, this, [this] {
+        // The join would write into the same full disk.
+        if (!m_sound->lackOfSpace().isEmpty())
+            return fail(m_sound->lackOfSpace());
         if (!m_sound->problem().isEmpty())
             log(QStringLiteral("the voice's sound could not be made; the join encodes it: ") +
                 m_sound->problem());
