@@ -1,5 +1,6 @@
 #include "app/StudioCaptions.h"
 
+#include "captions/CueSplitting.h"
 #include "captions/TextRowCues.h"
 #include "studio/StudioSettings.h"
 
@@ -14,6 +15,7 @@ void AddCaptions(RenderInputs& inputs, const StudioSettings& studio, const Capti
     }
     inputs.captions =
         !ownCues.isEmpty() ? ownCues : CuesFromTextRows(inputs.rows, inputs.recordingMs);
+    inputs.captionNotes = ShortenLongCues(inputs.captions);
 }
 
 CaptionCues VoiceAndTextCues(const CaptionCues& voice, const QList<EventRow>& rows,

@@ -1,5 +1,7 @@
 #include "captions/CueSplitting.h"
 
+#include "captions/SubtitleFiles.h"
+
 #include <QRegularExpression>
 
 namespace cq {
@@ -106,6 +108,31 @@ CaptionCues CuesFromWords(const RecognizedWords& words, const CueLimits& limits)
         cues[i].endMs = qMax(cues.at(i).endMs, qMin(cues.at(i).startMs + limits.minShowMs, next));
     }
     return cues;
+}
+
+QStringList ShortenLongCues(CaptionCues& cues, int maxCharacters) {
+    QStringList notes;
+    for (qsizetype i = 0; i < cues.size(); ++i) {
+        QString& text = cues[i].text;
+        if (text.size() <= maxCharacters)
+            continue;
+        const qsizetype length = text.size();
+        // Cut at the last space within the limit, leaving room for the mark of the cut.
+        qsizetype cut = maxCharacters - 3;
+        const qsizetype space = text.lastIndexOf(u' ', cut);
+        if (space > maxCharacters / 2)
+            cut = space;
+        if (cut > 0 && text.at(cut - 1).isHighSurrogate())
+            --cut;
+        text = text.left(cut).trimmed() + QStringLiteral("...");
+        notes << QStringLiteral("Caption %1 (at %2) had %3 characters and was shortened to its "
+                                "first words, as a caption may hold %4.")
+                     .arg(i + 1)
+                     .arg(SubtitleTime(cues[i].startMs, u','))
+                     .arg(length)
+                     .arg(maxCharacters);
+    }
+    return notes;
 }
 
 } // namespace cq

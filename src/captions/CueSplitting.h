@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <QtGlobal>
 
 namespace cq {
@@ -36,6 +37,14 @@ CaptionCues CuesFromWords(const RecognizedWords& words, const CueLimits& limits 
 // makes the lines most even; whitespace (line breaks too) is collapsed first. A text too long
 // for two lines still gets two lines, the second the longer; one without a space stays one line.
 QString WrapCaptionLines(const QString& text, int maxLineLength = 42);
+
+// A cue longer than this cannot be read in the time it is shown, and the encoder of a video's
+// subtitle track refuses one of many kilobytes.
+inline constexpr int kMaxCueCharacters = 300;
+
+// Shortens every cue longer than maxCharacters to its words within the limit, followed by "...".
+// Returns a sentence for each shortened cue that names it by its number and start.
+QStringList ShortenLongCues(CaptionCues& cues, int maxCharacters = kMaxCueCharacters);
 
 // Whether the text fits in two lines of maxLineLength characters broken at spaces.
 bool FitsTwoLines(const QString& text, int maxLineLength = 42);

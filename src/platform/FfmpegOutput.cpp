@@ -83,11 +83,25 @@ QStringList FfmpegStreamFields(const QString& line) {
     return fields;
 }
 
+QList<FfmpegStream> FfmpegInputStreams(const QString& text) {
+    static const QRegularExpression re(
+        QStringLiteral("^[ \\t]*Stream #\\d+[:.]\\d+(?:\\[[^\\]\\n]*\\])?(?:\\([^)\\n]*\\))?"
+                       "(?:\\[[^\\]\\n]*\\])?: ([A-Za-z]+): ([^\\r\\n]*)"),
+        QRegularExpression::MultilineOption);
+    QList<FfmpegStream> streams;
+    for (const QRegularExpressionMatch& m : re.globalMatch(text))
+        streams.append({m.captured(1), m.captured(2)});
+    return streams;
+}
+
 QString FfmpegDurationCode(const QString& text) {
-    const qsizetype d = text.indexOf(u"Duration: ", 0, Qt::CaseInsensitive);
-    if (d < 0)
+    static const QRegularExpression lineStart(QStringLiteral("^[ \\t]*Duration: "),
+                                              QRegularExpression::MultilineOption |
+                                                  QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch m = lineStart.match(text);
+    if (!m.hasMatch())
         return {};
-    const qsizetype from = d + 10;
+    const qsizetype from = m.capturedEnd();
     const qsizetype comma = text.indexOf(u',', from);
     if (comma < 0)
         return {};

@@ -20,8 +20,19 @@ QString FfmpegLabelLine(const QString& text, QStringView label);
 // ("yuvj420p(pc, bt470bg/unknown/unknown)"); those belong to their field.
 QStringList FfmpegStreamFields(const QString& line);
 
-// The "hh:mm:ss.cc" behind the first "Duration: ", or an empty text when there is none or ffmpeg
-// said "N/A".
+// One stream of an input as ffmpeg describes it: "Stream #0:1[0x2](eng): Audio: aac (LC), ..."
+// has the kind "Audio" and the description "aac (LC), ...".
+struct FfmpegStream {
+    QString kind; // "Video", "Audio", "Subtitle", "Data", "Attachment"
+    QString description;
+};
+
+// The streams of the inputs, from the lines that begin with a stream's number only: a file name
+// or a tag holding "Audio: " is no stream (ffmpeg indents a tag's further lines under its name).
+QList<FfmpegStream> FfmpegInputStreams(const QString& text);
+
+// The "hh:mm:ss.cc" behind the first "Duration: " that begins a line (after its indent), or an
+// empty text when there is none or ffmpeg said "N/A".
 QString FfmpegDurationCode(const QString& text);
 
 // The same as milliseconds from one line of stderr; -1 when the line holds no known duration.

@@ -2,6 +2,7 @@
 
 #include "render/AviContents.h"
 #include "render/FrameRate.h"
+#include "render/MpegAudioFrames.h"
 
 namespace cq {
 
@@ -56,6 +57,15 @@ QString AviContainer::soundSuffix() const {
 
 QString AviContainer::soundEncoderOptions() const {
     return QStringLiteral("-c:a mp2 -b:a 128k -f mp2");
+}
+
+ResultLengths AviContainer::measureSound(const QString& file) const {
+    const MpegAudioFrames read = ReadMpegAudioFrames(file);
+    ResultLengths lengths;
+    lengths.complete = read.complete;
+    lengths.problem = read.problem;
+    lengths.audioMs = read.durationMs;
+    return lengths;
 }
 
 QString AviContainer::copyResultOptions() const {

@@ -19,6 +19,7 @@ public:
     QString resultEncoderOptions() const override;
     QString soundSuffix() const override;
     QString soundEncoderOptions() const override;
+    ResultLengths measureSound(const QString& file) const override;
     QString copyResultOptions() const override;
     ResultLengths measure(const QString& file) const override;
 };

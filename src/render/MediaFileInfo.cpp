@@ -4,14 +4,18 @@
 
 namespace cq {
 
-MediaFileInfo GetFileInfoVars(const QString& probeText) {
+MediaFileInfo GetFileInfoVars(const QString& probeText, const QString& fileName) {
+    QString text = probeText;
+    if (!fileName.isEmpty())
+        text.replace(fileName, QString());
     MediaFileInfo info;
-    const QString audio = FfmpegLabelLine(probeText, u"Audio: ");
-    if (!audio.isNull()) {
-        // "Audio: aac (LC) (mp4a / 0x6134706D), 44100 Hz, ...": the codec is the first word.
-        const QStringList fields = FfmpegStreamFields(audio);
-        info.hasAudio = !fields.isEmpty() && !fields.first().trimmed().isEmpty();
+    for (const FfmpegStream& stream : FfmpegInputStreams(text)) {
+        // "aac (LC) (mp4a / 0x6134706D), 44100 Hz, ...": the codec is the first word.
+        const QStringList fields = FfmpegStreamFields(stream.description);
+        if (stream.kind == u"Audio" && !fields.isEmpty() && !fields.first().isEmpty())
+            info.hasAudio = true;
     }
+    info.durationMs = FfmpegDurationMs(text);
     return info;
 }
 

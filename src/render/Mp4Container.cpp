@@ -85,6 +85,10 @@ QString Mp4Container::soundEncoderOptions() const {
     return QStringLiteral("-c:a aac -b:a 128k -f ipod");
 }
 
+ResultLengths Mp4Container::measureSound(const QString& file) const {
+    return ResultLengths::of(ReadMp4Contents(file), "vide", "soun");
+}
+
 QString Mp4Container::copyResultOptions() const {
     return QStringLiteral("-c:v copy -c:a copy -movflags +faststart");
 }

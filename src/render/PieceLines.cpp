@@ -67,7 +67,9 @@ QString segmentOutput(const RenderInputs& in, const RenderSegment& s, int inputI
         const StillHold hold = s.captions.isEmpty()
                                    ? in.container->stillHold(s.frames, in.frameRate)
                                    : realFramesHold(s.frames, in.frameRate);
-        filter = fitFilter(in.frameSize) + u',' + hold.filter + captionsFilter(s);
+        // An animated picture (GIF, APNG) decodes to many frames: a still shows its first.
+        filter = QStringLiteral("trim=end_frame=1,") + fitFilter(in.frameSize) + u',' +
+                 hold.filter + captionsFilter(s);
         timing = hold.outputOptions;
     }
     return QStringLiteral("-map %1:v -vf ").arg(inputIndex) + ShellQuote(filter) + u' ' + timing +

@@ -58,6 +58,8 @@ public:
     // and its encoder and muxer options, from "-c:a" to its format.
     virtual QString soundSuffix() const = 0;
     virtual QString soundEncoderOptions() const = 0;
+    // Reads such a sound file: whether it is whole, and its length in audioMs.
+    virtual ResultLengths measureSound(const QString& file) const = 0;
     // The result's streams when the sound, too, is ready in the result's codec: both copied.
     virtual QString copyResultOptions() const = 0;
     // Reads the whole result; blocking, so it runs on a worker thread.

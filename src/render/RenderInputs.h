@@ -10,6 +10,7 @@
 #include <QList>
 #include <QSize>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -35,6 +36,8 @@ struct RenderInputs {
     CaptionCues captions;
     bool writeCaptions = false;
     bool burnCaptions = false;
+    // What was changed in the captions to make them fit (a cue shortened), told with the result.
+    QStringList captionNotes;
     std::shared_ptr<const RenderContainer> container = MakeAviContainer();
 };
 

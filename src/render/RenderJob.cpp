@@ -162,26 +162,32 @@ void RenderJob::stepDone() {
 }
 
 void RenderJob::probe() {
-    // Whether a video has sound is asked of ffmpeg here, in the job: a probe may take a while
-    // and the window must not wait for it.
+    // What the videos hold is asked of ffmpeg here, in the job: a probe may take a while and the
+    // window must not wait for it.
     QStringList videos;
     for (const EventRow& row : m_in.rows)
-        if (m_in.keepVideoSound && SegmentKindOfMediaType(row.mediaType) == SegmentKind::Video &&
+        if (SegmentKindOfMediaType(row.mediaType) == SegmentKind::Video &&
             !videos.contains(row.fileSpec))
             videos << row.fileSpec;
     if (videos.isEmpty())
         return stepDone();
-    emit statusChanged(QStringLiteral("Looking for sound in the videos"));
+    emit statusChanged(QStringLiteral("Looking into the videos"));
     m_probe = new SoundProbe(m_in.ffmpeg.path, videos, this);
-    connect(m_probe, &SoundProbe::finished, this, [this](const QSet<QString>& withSound) {
-        m_videosWithSound = withSound;
-        stepDone();
-    });
+    connect(m_probe, &SoundProbe::finished, this,
+            [this](const QHash<QString, MediaFileInfo>& found) {
+                for (auto it = found.begin(); it != found.end(); ++it) {
+                    if (m_in.keepVideoSound && it->hasAudio)
+                        m_videosWithSound.insert(it.key());
+                    if (it->durationMs >= 0)
+                        m_videoLengths.insert(it.key(), it->durationMs);
+                }
+                stepDone();
+            });
     m_probe->start();
 }
 
 void RenderJob::makePlan() {
-    m_plan = BuildRenderPlan(m_in, m_space, m_videosWithSound);
+    m_plan = BuildRenderPlan(m_in, m_space, m_videosWithSound, m_videoLengths);
     if (!m_plan.ok())
         return fail(m_plan.error);
     QFile::remove(m_space.partialOutput);
@@ -220,11 +226,14 @@ std::optional<VoiceTreatment> RenderJob::voiceTreatment() const {
 void RenderJob::encodeVoice() {
     if (m_plan.audioOnly || MixesVideoSound(m_plan, m_videosWithSound))
         return;
-    m_sound =
-        new VoiceSound(m_in.ffmpeg.path, m_in.voiceFile, VoiceFilter(m_in.voice, voiceTreatment()),
-                       *m_in.container, m_space.folder, m_pool, this);
+    m_sound = new VoiceSound(m_in.ffmpeg.path, m_in.voiceFile, m_in.recordingMs,
+                             VoiceFilter(m_in.voice, voiceTreatment()), *m_in.container,
+                             m_space.folder, m_pool, this);
     connect(m_sound, &VoiceSound::logLine, this, &RenderJob::log);
     connect(m_sound, &VoiceSound::finished, this, [this] {
+        // The join would write into the same full disk.
+        if (!m_sound->lackOfSpace().isEmpty())
+            return fail(m_sound->lackOfSpace());
         if (!m_sound->problem().isEmpty())
             log(QStringLiteral("the voice's sound could not be made; the join encodes it: ") +
                 m_sound->problem());
@@ -353,8 +362,9 @@ void RenderJob::publish() {
     }
     const QString failed = FailedItemsMessage(
         m_report.failedItems, m_pieces ? m_pieces->failureReasons() : QStringList{});
-    finish(RenderReport::Outcome::Rendered,
-           notPublished.isEmpty() ? failed : (failed + u'\n' + notPublished).trimmed());
+    QStringList told = QStringList{failed, notPublished} + m_in.captionNotes;
+    told.removeAll(QString());
+    finish(RenderReport::Outcome::Rendered, told.join(u'\n'));
 }
 
 void RenderJob::cancel() {

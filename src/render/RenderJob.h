@@ -7,6 +7,7 @@
 #include "render/VoiceLevel.h"
 
 #include <QElapsedTimer>
+#include <QHash>
 #include <QObject>
 #include <QSet>
 #include <QString>
@@ -89,6 +90,7 @@ private:
     RenderWorkspace m_workspace;
     RenderSpace m_space;
     QSet<QString> m_videosWithSound;
+    QHash<QString, qint64> m_videoLengths;
     RenderPlan m_plan;
     RenderReport m_report;
     Step m_step = Step::Probe;

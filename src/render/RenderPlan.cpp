@@ -32,6 +32,7 @@ QString validate(const RenderInputs& in) {
 
 struct Item {
     const EventRow* row;
+    int rowNumber; // in the grid, from 1
     SegmentKind kind;
     qint64 ms;
 };
@@ -40,12 +41,14 @@ struct Item {
 // unknown file) leaves the previous item on screen, so no later item moves.
 QList<Item> visualItems(const RenderInputs& in) {
     QList<Item> items;
+    int rowNumber = 0;
     for (const EventRow& row : in.rows) {
+        ++rowNumber;
         const qint64 ms = row.timeMs();
         const std::optional<SegmentKind> kind = SegmentKindOfMediaType(row.mediaType);
         if (!kind || row.fileSpec.isEmpty() || ms < 0 || ms >= in.recordingMs)
             continue;
-        items.push_back({&row, *kind, ms});
+        items.push_back({&row, rowNumber, *kind, ms});
     }
     std::stable_sort(items.begin(), items.end(),
                      [](const Item& a, const Item& b) { return a.ms < b.ms; });
@@ -59,8 +62,9 @@ public:
         m_plan.totalFrames = in.frameRate.frameAt(in.recordingMs);
     }
 
+    // problem: why the item cannot be shown, known before any tool runs; empty when it can.
     void add(SegmentKind kind, const QString& source, qint64 startMs, qint64 endMs,
-             qint64 sourceStartMs) {
+             qint64 sourceStartMs, const QString& problem = {}) {
         const qint64 first = m_in.frameRate.frameAt(startMs);
         const qint64 end = std::min(m_in.frameRate.frameAt(endMs), m_plan.totalFrames);
         if (end <= first)
@@ -75,6 +79,7 @@ public:
         for (qint64 to : cuts) {
             addFrames(kind, source, from == first ? startMs : msOfFrame(from),
                       to == end ? endMs : msOfFrame(to), sourceStartMs, from, to - from);
+            m_plan.segments.last().sourceProblem += problem;
             from = to;
         }
     }
@@ -114,7 +119,25 @@ private:
     RenderPlan& m_plan;
 };
 
-void addSegments(const RenderInputs& in, const RenderSpace& space, RenderPlan& plan) {
+QString seconds1(qint64 ms) {
+    return QString::number(double(ms) / 1000.0, 'f', 1);
+}
+
+// ffmpeg would make no frame of a video cut from past its end.
+QString startsPastItsEnd(const Item& item, const QHash<QString, qint64>& videoLengths) {
+    const QString& file = item.row->fileSpec;
+    const qint64 startMs = std::max<qint64>(0, item.row->begVideoAtMs());
+    if (item.kind != SegmentKind::Video || !videoLengths.contains(file) ||
+        startMs < videoLengths.value(file))
+        return {};
+    return QStringLiteral("\"%1\" (row %2) starts at %3 s, after the video's end at %4 s.")
+        .arg(QFileInfo(file).fileName())
+        .arg(item.rowNumber)
+        .arg(seconds1(startMs), seconds1(videoLengths.value(file)));
+}
+
+void addSegments(const RenderInputs& in, const RenderSpace& space, RenderPlan& plan,
+                 const QHash<QString, qint64>& videoLengths) {
     SegmentAdder adder(in, space, plan);
     const QList<Item> items = visualItems(in);
     const qint64 leadInEnd = items.isEmpty() ? in.recordingMs : items.first().ms;
@@ -125,7 +148,8 @@ void addSegments(const RenderInputs& in, const RenderSpace& space, RenderPlan& p
         const qint64 end = i + 1 < items.size() ? items[i + 1].ms : in.recordingMs;
         if (end > items[i].ms)
             adder.add(items[i].kind, row.fileSpec, items[i].ms, end,
-                      std::max<qint64>(0, row.begVideoAtMs()));
+                      std::max<qint64>(0, row.begVideoAtMs()),
+                      startsPastItsEnd(items[i], videoLengths));
     }
 }
 
@@ -299,7 +323,8 @@ QString PartialOutputOf(const QString& output, const QString& tag) {
 }
 
 RenderPlan BuildRenderPlan(const RenderInputs& in, const RenderSpace& space,
-                           const QSet<QString>& videosWithSound) {
+                           const QSet<QString>& videosWithSound,
+                           const QHash<QString, qint64>& videoLengths) {
     RenderPlan plan;
     plan.partialOutput = space.partialOutput;
     plan.targetMs = in.recordingMs;
@@ -311,7 +336,7 @@ RenderPlan BuildRenderPlan(const RenderInputs& in, const RenderSpace& space,
         plan.finalLine = FinalMixLine(in, plan, videosWithSound, {});
         return plan;
     }
-    addSegments(in, space, plan);
+    addSegments(in, space, plan, videoLengths);
     plan.joinListFile = space.folder + QStringLiteral("/FinalVideo.txt");
     plan.joinList = joinListText(plan, in.frameRate);
     plan.captionTrack = captionTrackOf(in);

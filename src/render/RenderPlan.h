@@ -5,6 +5,7 @@
 #include "render/RenderInputs.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QList>
 #include <QSet>
 #include <QString>
@@ -50,9 +51,12 @@ struct RenderPlan {
     QStringList distinctPieces() const;
 };
 
-// videosWithSound: the videos whose own sound is mixed under the voice.
+// videosWithSound: the videos whose own sound is mixed under the voice. videoLengths: how long
+// the videos last, where known; a row that starts a video at or after its end shows black and
+// says so.
 RenderPlan BuildRenderPlan(const RenderInputs& in, const RenderSpace& space,
-                           const QSet<QString>& videosWithSound);
+                           const QSet<QString>& videosWithSound,
+                           const QHash<QString, qint64>& videoLengths = {});
 
 // The line that joins the pieces (if any) and mixes in the voice, its sound through voiceFilter
 // first (empty: as recorded). Known only once the voice is measured, after the plan.

@@ -31,7 +31,7 @@ void SoundProbe::probeNext() {
     while (!m_videos.isEmpty() && !SourceProblem(m_videos.first()).isEmpty())
         m_videos.removeFirst();
     if (m_videos.isEmpty()) {
-        emit finished(m_withSound);
+        emit finished(m_found);
         return;
     }
     m_current = m_videos.takeFirst();
@@ -41,8 +41,7 @@ void SoundProbe::probeNext() {
 
 void SoundProbe::onProbed(const RunResult& result) {
     // ffmpeg given only an input describes it on stderr and complains of no output.
-    if (GetFileInfoVars(result.errorText).hasAudio)
-        m_withSound.insert(m_current);
+    m_found.insert(m_current, GetFileInfoVars(result.errorText, m_current));
     probeNext();
 }
 

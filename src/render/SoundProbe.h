@@ -1,7 +1,9 @@
 #pragma once
 
+#include "render/MediaFileInfo.h"
+
+#include <QHash>
 #include <QObject>
-#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -10,9 +12,10 @@ namespace cq {
 class ToolRunner;
 struct RunResult;
 
-// The first step of a render that keeps the videos' own sound: asks ffmpeg, one video after the
-// other, which of them have a sound track. A file that is no regular file is not asked about.
-// Ends with finished, or with nothing after cancel().
+// The first step of a render with videos: asks ffmpeg, one video after the other, what each
+// holds: whether it has a sound track (for a render that keeps the videos' own sound), and how
+// long it lasts (a row may start past its end). A file that is no regular file is not asked
+// about. Ends with finished, or with nothing after cancel().
 class SoundProbe : public QObject {
     Q_OBJECT
 public:
@@ -23,7 +26,7 @@ public:
     bool isRunning() const;
 
 signals:
-    void finished(const QSet<QString>& videosWithSound);
+    void finished(const QHash<QString, cq::MediaFileInfo>& videos);
 
 private:
     void probeNext();
@@ -32,7 +35,7 @@ private:
     QString m_ffmpeg;
     QStringList m_videos;
     QString m_current;
-    QSet<QString> m_withSound;
+    QHash<QString, MediaFileInfo> m_found;
     ToolRunner* m_runner;
 };
 

@@ -25,6 +25,11 @@ constexpr double kMaxCorrectionDb = 6.0;
 constexpr double kLowestNoiseFloorDb = -80.0;
 constexpr double kHighestNoiseFloorDb = -20.0;
 
+// The results carry the voice in one or two channels, and a voice of more (a 5.1 recording) is
+// mixed down by the encoder: measured before that mix, its loudness would be another's. The
+// voice is mixed down first, so that every measurement hears what is encoded.
+const QString kDownmix = QStringLiteral("aformat=channel_layouts=mono|stereo");
+
 QString decibels(double db) {
     return QString::number(db, 'f', 2);
 }
@@ -89,18 +94,21 @@ QString VoiceFilter(const VoiceOptions& options, const std::optional<VoiceTreatm
         filters << QStringLiteral("volume=%1dB").arg(decibels(treatment->gainDb));
     if (treatment && treatment->limit)
         filters << limiterChain();
+    // Without filters the encoder mixes down the same way.
+    if (!filters.isEmpty())
+        filters.prepend(kDownmix);
     return filters.join(u',');
 }
 
 QString NoiseFloorMeasureFilter() {
-    return QStringLiteral("astats=measure_overall=Noise_floor:measure_perchannel=none");
+    return kDownmix + QStringLiteral(",astats=measure_overall=Noise_floor:measure_perchannel=none");
 }
 
 QString LoudnessMeasureFilter(const VoiceOptions& options, const VoiceTreatment& treatment) {
     const QString before = VoiceFilter(options, treatment);
     // framelog=verbose keeps the line per 100 ms out of stderr; the summary still comes.
-    return (before.isEmpty() ? QString() : before + u',') +
-           QStringLiteral("ebur128=peak=true:framelog=verbose");
+    return (before.isEmpty() ? kDownmix : before) +
+           QStringLiteral(",ebur128=peak=true:framelog=verbose");
 }
 
 QString VoiceMeasureLine(const QString& ffmpeg, const QString& voice, const QString& filter) {

@@ -44,8 +44,9 @@ VoiceTreatment WithGainForLoudness(VoiceTreatment treatment, const LoudnessSumma
 constexpr double kVoiceOnTargetLu = 0.2;
 bool MakeUpLimiterLoss(VoiceTreatment& treatment, const LoudnessSummary& limited);
 
-// The filters of the voice's part of the mix, in order: noise reduction, gain, limiter. Empty
-// when the voice goes in as it was recorded. treatment: none leaves the level as it is.
+// The filters of the voice's part of the mix, in order: the mix down to at most two channels,
+// noise reduction, gain, limiter. Empty when the voice goes in as it was recorded. treatment: none
+// leaves the level as it is.
 QString VoiceFilter(const VoiceOptions& options, const std::optional<VoiceTreatment>& treatment);
 
 // The filter that measures the noise floor (astats), and the one that measures the loudness the

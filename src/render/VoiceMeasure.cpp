@@ -17,7 +17,7 @@ namespace {
 constexpr int kMaxLimitedRuns = 3;
 
 // A new way of measuring or a new target makes every kept outcome stale.
-const char kMethod[] = "astats floor, ebur128 -16 LUFS, limit -2.5 dB at 4x, v1";
+const char kMethod[] = "astats floor, ebur128 -16 LUFS, limit -2.5 dB at 4x, mixed down, v2";
 
 QString measureKey(const QString& voice, const VoiceOptions& options) {
     return VoiceFileKey(voice, QByteArray(kMethod) + (options.even ? "|even" : "|as-is") +

@@ -15,14 +15,20 @@ struct RunResult;
 // under a key of the voice file, its filters and the encoder's options: a render of the same
 // voice with the same treatment finds it made. Only the sound of the voice in hand stays.
 //
-// A sound found in the work space is there at once after start(): isRunning() is false and
-// finished does not come. Otherwise finished comes once; file() is empty when the sound could
-// not be made, and problem() says why.
+// A sound counts only once it is read back whole and as long as the voice, whether it was just
+// made or kept from an earlier render: a kept sound cut short since is made again. A kept sound
+// that passes is there at once after start(): isRunning() is false and finished does not come.
+// Otherwise finished comes once; file() is empty when the sound could not be made, problem()
+// says why, and lackOfSpace() says so when the disk was full or the file might not grow.
 class VoiceSound : public QObject {
     Q_OBJECT
 public:
-    VoiceSound(QString ffmpeg, QString voice, QString filter, const RenderContainer& container,
-               QString folder, ToolPool& pool, QObject* parent = nullptr);
+    // voiceMs: the voice's length, which the sound must have.
+    VoiceSound(QString ffmpeg, QString voice, qint64 voiceMs, QString filter,
+               const RenderContainer& container, QString folder, ToolPool& pool,
+               QObject* parent = nullptr);
+    // A sound may differ from the voice by this much: the encoder's last frame is padded.
+    static constexpr qint64 kToleranceMs = 100;
     ~VoiceSound() override;
 
     void start();
@@ -33,6 +39,7 @@ public:
     bool reused() const { return m_reused; }
     QString file() const { return m_file; }
     QString problem() const { return m_problem; }
+    QString lackOfSpace() const { return m_lackOfSpace; }
 
 signals:
     void logLine(const QString& line);
@@ -41,10 +48,14 @@ signals:
 private:
     QString encodeLine() const;
     void onTaskFinished(int id, const RunResult& result);
+    // Why the sound file is not whole or not the voice's length; empty when it can be used.
+    QString soundProblem(const QString& file) const;
+    QString madeProblem(const RunResult& result);
     void removeOthers() const;
 
     QString m_ffmpeg;
     QString m_voice;
+    qint64 m_voiceMs = 0;
     QString m_filter;
     const RenderContainer& m_container;
     QString m_folder;
@@ -53,6 +64,7 @@ private:
     QString m_partial;
     QString m_file;
     QString m_problem;
+    QString m_lackOfSpace;
     int m_taskId = 0;
     bool m_reused = false;
 };

@@ -112,6 +112,30 @@ TEST(WrapCaptionLines, BreaksEvenlyWithinTheLimitWherePossible) {
     EXPECT_EQ(WrapCaptionLines(QString(60, u'x')), QString(60, u'x'));
 }
 
+TEST(ShortenLongCues, OnlyCuesOverTheLimitAreCutAtAWordAndNamed) {
+    const QString words = QStringLiteral("word ").repeated(20000);    // 100 kB
+    const QString faces = QStringLiteral("\U0001F600").repeated(400); // no space, two units each
+    CaptionCues cues{{0, 1000, "short"},
+                     {1000, 2000, words},
+                     {2000, 3000, QString(kMaxCueCharacters, u'a')},
+                     {61500, 62000, faces}};
+    const QStringList notes = ShortenLongCues(cues);
+    ASSERT_EQ(notes.size(), 2);
+    EXPECT_TRUE(notes[0].startsWith("Caption 2 (at 00:00:01,000) had 100000 characters"))
+        << notes[0].toStdString();
+    EXPECT_TRUE(notes[1].startsWith("Caption 4 (at 00:01:01,500) had 800 characters"))
+        << notes[1].toStdString();
+    EXPECT_EQ(cues[0].text, "short");
+    EXPECT_EQ(cues[2].text.size(), kMaxCueCharacters);
+    for (const int i : {1, 3}) {
+        EXPECT_LE(cues[i].text.size(), kMaxCueCharacters);
+        EXPECT_GT(cues[i].text.size(), kMaxCueCharacters / 2);
+        EXPECT_TRUE(cues[i].text.endsWith("...")) << i;
+    }
+    EXPECT_TRUE(cues[1].text.chopped(3).endsWith("word")); // cut between words
+    EXPECT_TRUE(cues[3].text.chopped(3).endsWith(QStringLiteral("\U0001F600"))); // never in a pair
+}
+
 TEST(CuesFromTextRows, EachTextShowsFromItsRowUntilTheNextRow) {
     const QList<EventRow> rows{
         TextRow("Video", "0.000", std::nullopt),

@@ -117,6 +117,11 @@ TEST(FfmpegOutput, DurationProgressAndProbeLines) {
     EXPECT_EQ(FfmpegDurationMs("  Duration: 00:01:07.04, start: 0.000000, bitrate: 1 kb/s"), 67040);
     EXPECT_EQ(FfmpegDurationMs("  Duration: N/A, start: 0.000000"), -1);
     EXPECT_EQ(FfmpegDurationCode("Input #0\n  Duration: 00:00:05.00, start"), "00:00:05.00");
+    // Only a line that begins with it: a name or a tag may hold the word.
+    EXPECT_EQ(FfmpegDurationCode("from 'Duration: 01:00:00.00, x':\n"
+                                 "    title : Duration: 02:00:00.00, y\n"
+                                 "  Duration: 00:00:07.50, start: 0.0"),
+              "00:00:07.50");
     EXPECT_EQ(FfmpegProgressMs("frame=   50 fps=0.0 q=-0.0 size=256kB time=01:00:01.23 bitrate=1"),
               3601230);
     EXPECT_EQ(FfmpegProgressMs("size=N/A time=N/A bitrate=N/A"), -1);
@@ -128,6 +133,20 @@ TEST(FfmpegOutput, DurationProgressAndProbeLines) {
     EXPECT_EQ(FfmpegLabelLine("a\n  Stream #0:1: Audio: mp2, 44100 Hz\r\nb", u"audio: "),
               "mp2, 44100 Hz");
     EXPECT_TRUE(FfmpegLabelLine("nothing", u"Video: ").isNull());
+
+    const QList<FfmpegStream> streams =
+        FfmpegInputStreams("Input #0, avi, from 'Stream #0:5: Audio: x.avi':\n"
+                           "    title           : Stream #0:6: Audio: y\r\n"
+                           "  Stream #0:0: Video: mpeg4 (Simple Profile), yuv420p, 320x180\r\n"
+                           "  Stream #0:1[0x2](eng): Audio: aac (LC), 44100 Hz, stereo\n"
+                           "  Stream #0:2(und)[0x3]: Subtitle: mov_text\n"
+                           "  Stream #1.0: Audio: mp2");
+    ASSERT_EQ(streams.size(), 4);
+    EXPECT_EQ(streams[0].kind, "Video");
+    EXPECT_EQ(streams[1].kind, "Audio");
+    EXPECT_EQ(streams[1].description, "aac (LC), 44100 Hz, stereo");
+    EXPECT_EQ(streams[2].kind, "Subtitle");
+    EXPECT_EQ(streams[3].description, "mp2");
 
     const ProbedLengths l = FfprobeLengths("codec_type=video\nduration=10.010000\n"
                                            "codec_type=audio\nduration=9.998000\n"

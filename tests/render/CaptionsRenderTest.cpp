@@ -1,5 +1,7 @@
 #include "RenderFixture.h"
 
+#include "app/StudioCaptions.h"
+#include "captions/CueSplitting.h"
 #include "captions/SubtitleFiles.h"
 #include "platform/TextFiles.h"
 #include "platform/ToolRunner.h"
@@ -199,4 +201,24 @@ TEST_F(CaptionsRender, AnMp4CarriesTheCuesAsAnEnglishTrackAndBurnedIn) {
             white += frame.pixelColor(col, row).lightness() > 200;
     EXPECT_GT(white, 40);
     EXPECT_TRUE(QFileInfo::exists(paths.gstrTempFilesDirectory + "/FinalMix.srt"));
+}
+
+// A subtitle track's encoder refuses a cue of many kilobytes: such a cue is shortened before the
+// render, in the track, the burned-in picture and the files beside alike, and the user told.
+TEST_F(CaptionsRender, AHugeCueIsShortenedNamedAndRendered) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QList<EventRow> rows = redPictureTake(voice, 3.0, "0.500");
+    const QString words = QStringLiteral("word ").repeated(20000);
+    studio.renderFormat = RenderFormat::Mp4;
+    studio.captions = true;
+    studio.burnCaptions = true;
+    RenderInputs in = inputsFor(rows, voice);
+    AddCaptions(in, studio, {{500, 1500, "Hello"}, {1500, 2500, words}});
+    const RenderReport report = render(in);
+    ASSERT_TRUE(report.ok()) << report.message.left(400).toStdString();
+    EXPECT_TRUE(report.message.startsWith("Caption 2 (at 00:00:01,500) had 100000 characters"))
+        << report.message.left(400).toStdString();
+    const ReadCues beside = ReadSubtitles(ReadFileToBytes(SubtitleFilesBeside(report.output)[0]));
+    ASSERT_EQ(beside.cues.size(), 2);
+    EXPECT_LE(beside.cues[1].text.size(), kMaxCueCharacters + 1); // and the line break
 }

@@ -1,10 +1,14 @@
-#include "render/MediaFileInfo.h"
+#include "RenderFixture.h"
 
 #include "platform/TextFiles.h"
+#include "render/MediaFileInfo.h"
 
 #include <gtest/gtest.h>
 
 using namespace cq;
+using test::ColourName;
+using test::RenderEndToEnd;
+using test::Row;
 
 namespace {
 QString fixture(const QString& name) {
@@ -22,9 +26,70 @@ TEST(MediaProbeParse, SoundIsFoundOnlyWhereThereIsASoundStream) {
     // Old-style lines, and a last line without a line end.
     EXPECT_TRUE(
         GetFileInfoVars("  Stream #0.1: Audio: pcm_s16le, 44100 Hz, 2 channels\r\n").hasAudio);
-    EXPECT_TRUE(GetFileInfoVars("Audio: mp2, 22050 Hz, mono, s16p").hasAudio);
+    EXPECT_TRUE(GetFileInfoVars("  Stream #0:1[0x2](eng): Audio: mp2, 22050 Hz").hasAudio);
     for (const QString& text :
          {fixture("probe-garbage.avi.txt"), QString(), QStringLiteral("Video: "),
-          QStringLiteral("Audio: "), QStringLiteral("\x01\x02 Audio:,,,,,")})
+          QStringLiteral("Audio: "), QStringLiteral("Audio: mp2, 22050 Hz, mono, s16p"),
+          QStringLiteral("\x01\x02 Audio:,,,,,"), QStringLiteral("  Stream #0:1: Audio: ")})
         EXPECT_FALSE(GetFileInfoVars(text).hasAudio) << text.toStdString();
+}
+
+// A silent video whose name or title holds the words of a sound stream has no sound; a name that
+// holds whole lines of a description is taken out before the description is read.
+TEST(MediaProbeParse, NamesAndTagsNeverPassForStreamsOrLengths) {
+    const QString silent =
+        QStringLiteral("Input #0, mov,mp4,m4a,3gp,3g2,mj2, from 'Audio: aac, 44100 Hz.mp4':\n"
+                       "  Metadata:\n"
+                       "    title           : Audio: aac (LC), 44100 Hz\n"
+                       "                    : Stream #0:1: Audio: aac\n"
+                       "  Duration: 00:00:05.00, start: 0.000000, bitrate: 36 kb/s\n"
+                       "  Stream #0:0[0x1](und): Video: h264 (High) (avc1 / 0x31637661), "
+                       "yuv420p(progressive), 160x120, 30 fps (default)\n");
+    const MediaFileInfo info = GetFileInfoVars(silent);
+    EXPECT_FALSE(info.hasAudio);
+    EXPECT_EQ(info.durationMs, 5000);
+
+    const QString name = QStringLiteral("x\n  Duration: 00:09:00.00, start: 0\n"
+                                        "  Stream #0:1: Audio: mp2, 44100 Hz\n.mp4");
+    const QString forged = QStringLiteral("Input #0, mov, from '") + name +
+                           QStringLiteral("':\n  Duration: 00:00:02.50, start: 0.000000\n"
+                                          "  Stream #0:0: Video: h264, 160x120\n");
+    EXPECT_TRUE(GetFileInfoVars(forged).hasAudio); // read without its name, the lie counts
+    const MediaFileInfo named = GetFileInfoVars(forged, name);
+    EXPECT_FALSE(named.hasAudio);
+    EXPECT_EQ(named.durationMs, 2500);
+    EXPECT_EQ(GetFileInfoVars(fixture("probe-clip.mp4.txt")).durationMs, 3000);
+}
+
+TEST_F(RenderEndToEnd, ASilentVideoNamedLikeASoundStreamRendersWithTheVideosSound) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString silent = mediaFile("Audio: aac, 44100 Hz.mp4");
+    ASSERT_TRUE(media.voice(voice, 2.0));
+    ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "color=c=green:s=160x120:d=1.5", "-metadata",
+                           "title=Audio: aac (LC), 44100 Hz", "-c:v", "libx264", "-y", silent}));
+    studio.keepVideoSound = true;
+    const RenderReport report = render(inputsFor({Row(1, "Video", "0.500", silent)}, voice));
+    ASSERT_TRUE(report.ok()) << report.message.toStdString();
+    EXPECT_TRUE(report.failedItems.isEmpty());
+    EXPECT_EQ(ColourName(media.colourAt(paths.gstrFinalMixAVIFileSpec, 1.0)), "green");
+}
+
+// ffmpeg makes no frame of a video cut from past its end: the user learns which row and why.
+TEST_F(RenderEndToEnd, AVideoRowStartingPastTheVideosEndIsNamedWithBothTimes) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString clip = mediaFile("clip.avi");
+    const QString red = mediaFile("red.jpg");
+    ASSERT_TRUE(media.voice(voice, 3.0));
+    ASSERT_TRUE(media.toneVideo(clip, "green", 2.0, 1000));
+    ASSERT_TRUE(media.solidPicture(red, "red", 160, 120));
+    const RenderReport report =
+        render(inputsFor({Row(1, "Pictures", "0.000", red), Row(2, "Video", "1.000", clip, "0.500"),
+                          Row(3, "Video", "2.000", clip, "12.000")},
+                         voice));
+    ASSERT_TRUE(report.ok()) << report.message.toStdString();
+    EXPECT_EQ(report.failedItems, QStringList{clip});
+    EXPECT_TRUE(report.message.contains(
+        "\"clip.avi\" (row 3) starts at 12.0 s, after the video's end at 2.0 s."))
+        << report.message.toStdString();
+    expectSequence(paths.gstrFinalMixAVIFileSpec, {{0.0, "red"}, {1.0, "green"}, {2.0, "black"}});
 }

@@ -283,3 +283,21 @@ TEST_F(RenderEndToEnd, PiecesOfOneVideoAreCutFromOneDecodingEachFromItsOwnPositi
     EXPECT_EQ(videoRuns.first().count("-i "), 1) << videoRuns.first().toStdString();
     EXPECT_EQ(videoRuns.first().count("-map 0:v"), 3) << videoRuns.first().toStdString();
 }
+
+// An animated picture decodes to all its frames; a still holds its first for its whole time.
+TEST_F(RenderEndToEnd, AnimatedGifAndPngShowTheirFirstFrame) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString gif = mediaFile("moving.gif");
+    const QString png = mediaFile("moving.png");
+    ASSERT_TRUE(media.voice(voice, 3.0));
+    for (const auto& [file, format] : {std::pair{gif, "gif"}, std::pair{png, "apng"}})
+        ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "color=red:s=160x120:r=10:d=0.5", "-f", "lavfi",
+                               "-i", "color=blue:s=160x120:r=10:d=1", "-filter_complex",
+                               "[0][1]concat=n=2", "-f", format, "-y", file}));
+    const RenderReport report = render(
+        inputsFor({Row(1, "Pictures", "0.500", gif), Row(2, "Pictures", "1.500", png)}, voice));
+    ASSERT_TRUE(report.ok()) << report.message.toStdString();
+    EXPECT_TRUE(report.failedItems.isEmpty()) << report.message.toStdString();
+    expectSequence(paths.gstrFinalMixAVIFileSpec, {{0.0, "black"}, {0.5, "red"}, {1.5, "red"}});
+    EXPECT_EQ(ColourName(media.colourAt(paths.gstrFinalMixAVIFileSpec, 2.9)), "red");
+}

@@ -115,6 +115,30 @@ TEST_F(RenderEndToEnd, AFileSizeLimitOnTheStudioIsReportedAsLackOfSpace) {
         << limited.errorText.toStdString();
 }
 
+// ffmpeg ends well after it failed to write the end of the voice's sound ("Error writing
+// trailer: File too large"); the sound is read back, and the user learns that space ran out.
+TEST_F(RenderEndToEnd, AVoiceSoundCutShortByAFileSizeLimitIsReportedAsLackOfSpace) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QList<EventRow> rows = redPictureTake(voice, 12.0, "0.000");
+    studio.renderFormat = RenderFormat::Mp4;
+    const RenderInputs in = inputsFor(rows, voice);
+    RenderReport limited;
+    {
+        const FileSizeLimit limit(64 * 1024); // room for the pieces, not for 12 s of sound
+        limited = render(in);
+    }
+    EXPECT_EQ(limited.outcome, RenderReport::Outcome::Failed);
+    const QString reason = QString::fromLocal8Bit(std::strerror(EFBIG));
+    EXPECT_TRUE(limited.message.contains("lack of space (" + reason + ")"))
+        << limited.message.toStdString();
+    EXPECT_FALSE(limited.message.contains("moov")) << limited.message.toStdString();
+    EXPECT_TRUE(filesIn(paths.gstrTempFilesDirectory + "/Render1", "VoiceSound-*").isEmpty());
+
+    const RenderReport roomy = render(in);
+    ASSERT_TRUE(roomy.ok()) << roomy.message.toStdString();
+    EXPECT_NEAR(roomy.audioMs, 12000, 100);
+}
+
 TEST_F(RenderEndToEnd, APieceDamagedAfterItWasMadeIsMadeAgain) {
     const QString voice = mediaFile("RecordedAudio.wav");
     ASSERT_TRUE(media.voice(voice, 3.0));

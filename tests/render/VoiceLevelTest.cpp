@@ -96,6 +96,29 @@ TEST_F(VoiceLevel, QuietAndClippingTakesComeOutEvenInVideoAndSoundOnlyResults) {
     }
 }
 
+// The results carry at most two channels: a 5.1 take is measured as it is encoded, mixed down,
+// with noise reduction or without.
+TEST_F(VoiceLevel, ASixChannelTakeComesOutEvenAsItIsEncoded) {
+    const QString mono = mediaFile("mono.wav");
+    const QString voice = mediaFile("RecordedAudio.wav");
+    ASSERT_TRUE(speech(mono, -14.0));
+    ASSERT_TRUE(media.run({"-i", mono, "-af", "pan=5.1|c0=c0|c1=c0|c2=c0|c3=0.1*c0|c4=c0|c5=c0",
+                           "-c:a", "pcm_s16le", "-y", voice}));
+    for (const bool reduceNoise : {false, true}) {
+        studio.reduceNoise = reduceNoise;
+        for (const RenderFormat format : {RenderFormat::Avi, RenderFormat::Mp4}) {
+            studio.renderFormat = format;
+            const bool mp4 = format == RenderFormat::Mp4;
+            const RenderReport report = renderAs(voice, true);
+            expectEven(report.output,
+                       QStringLiteral("5.1 take, %1%2")
+                           .arg(mp4 ? "MP4" : "AVI", reduceNoise ? ", noise reduced" : "")
+                           .toStdString()
+                           .c_str());
+        }
+    }
+}
+
 TEST_F(VoiceLevel, RawVoiceFromTheCommandLineKeepsTheTakesLevel) {
     const QString folder = app.file("project");
     QDir().mkpath(folder);
