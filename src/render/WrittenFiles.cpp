@@ -12,7 +12,7 @@ namespace cq {
 
 namespace {
 
-constexpr qint64 kMaxDigestedBytes = 64LL * 1024 * 1024;
+constexpr qint64 kMaxDigestedBytes = 16LL * 1024 * 1024;
 constexpr qint64 kMaxRecordBytes = 1024 * 1024;
 constexpr qsizetype kDigestHexLength = 64;
 

@@ -1,6 +1,5 @@
 #include "RenderFixture.h"
 
-#include "captions/SubtitleFiles.h"
 #include "platform/TextFiles.h"
 
 #include <QDir>
@@ -65,17 +64,4 @@ TEST_F(RenderEndToEnd, SubtitlesBesideTheResultThatTheStudioDidNotWriteStay) {
     RenderJob with(in, pool);
     expectRefusedAtOnce(with, app.file("out/b.srt"));
     EXPECT_EQ(ReadFileToBytes(app.file("out/b.srt")), srt);
-
-    // Once the user's pair is gone, the studio's own is written, then replaced and removed.
-    QFile::remove(app.file("out/b.srt"));
-    QFile::remove(app.file("out/b.vtt"));
-    ASSERT_TRUE(render(in).ok());
-    in.captions = {{0, 900, "Said again"}};
-    ASSERT_TRUE(render(in).ok());
-    EXPECT_EQ(ReadFileToBytes(app.file("out/b.srt")), WriteSrt(in.captions));
-    in.writeCaptions = false;
-    const RenderReport cleared = render(in);
-    ASSERT_TRUE(cleared.ok());
-    EXPECT_TRUE(cleared.message.isEmpty()) << cleared.message.toStdString();
-    EXPECT_EQ(QDir(app.file("out")).entryList(QDir::Files), QStringList{"b.avi"});
 }
