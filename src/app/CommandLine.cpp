@@ -6,6 +6,7 @@
 #include "app/StudioOptions.h"
 #include "app/widgets/frmClipquill.h"
 #include "platform/Console.h"
+#include "platform/Folders.h"
 #include "platform/TerminationSignals.h"
 #include "studio/AppFolder.h"
 #include "take/StudioFolderLock.h"
@@ -82,7 +83,9 @@ int runStudio(const StudioOptions& options, int argc, char** argv) {
             QMessageBox::critical(nullptr, QStringLiteral("Clipquill"), lock.problem());
         return kFolderInUseExitCode;
     }
-    WindowlessStartup startup = WindowlessStartup::run(folder.folder, XdgFolders::fromDesktop());
+    WindowlessStartup startup = WindowlessStartup::run(
+        folder.folder, XdgFolders::fromDesktop(),
+        options.render.isEmpty() ? WindowlessStartup::Use::Studio : WindowlessStartup::Use::Render);
     if (!folder.problem.isEmpty())
         startup.problems.prepend(folder.problem);
 
@@ -104,6 +107,8 @@ int RunStudio(int argc, char** argv) {
     // which the recorder and the render report as lack of space, where the signal would end the
     // studio, or a tool, without a word. The tools inherit the ignored signal.
     std::signal(SIGXFSZ, SIG_IGN);
+    // Without HOME the desktop's folders would be looked for, and made, at the root.
+    TakeHomeFromAccountWhenUnset();
     // The ffmpeg backend of Qt Multimedia plays the rendered MPEG-4 video; GStreamer may not.
     if (qEnvironmentVariableIsEmpty("QT_MEDIA_BACKEND"))
         qputenv("QT_MEDIA_BACKEND", "ffmpeg");

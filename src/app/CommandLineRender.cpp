@@ -6,8 +6,10 @@
 #include "captions/RecognizeCaptions.h"
 #include "captions/SubtitleFiles.h"
 #include "platform/Console.h"
+#include "platform/Folders.h"
 #include "platform/ToolPool.h"
 #include "platform/WavFormat.h"
+#include "render/OutputGuard.h"
 #include "render/RenderJob.h"
 #include "studio/AppPaths.h"
 #include "studio/StudioSettings.h"
@@ -55,16 +57,16 @@ void addProjectCaptions(RenderInputs& inputs, const StudioSettings& studio, cons
 }
 
 // A render writes its subtitle files beside its result, or takes an older pair away there: never
-// where the studio keeps the take's captions or the project's own.
+// where the studio keeps the take's captions or the project's own, whichever links lead there.
 QString captionsClashProblem(const QString& output, const AppPaths& paths,
                              const QString& timeline) {
-    const QString beside = SubtitleFilesBeside(output).first(); // the SRT
+    const QString beside = LandingPath(SubtitleFilesBeside(output).first()); // the SRT
     for (const QString& folder : {paths.gstrTempFilesDirectory, QFileInfo(timeline).path()}) {
-        const QString kept = QFileInfo(CaptionsFileIn(folder)).absoluteFilePath();
-        if (QDir::cleanPath(beside) == QDir::cleanPath(kept))
+        const QString kept = CaptionsFileIn(folder);
+        if (beside == LandingPath(kept) || beside == ReadPath(kept))
             return QStringLiteral("\"%1\" would put its captions over \"%2\", which the studio "
                                   "keeps; choose another name for the result.")
-                .arg(output, kept);
+                .arg(output, QFileInfo(kept).absoluteFilePath());
     }
     return {};
 }
@@ -99,6 +101,13 @@ RenderRequest CommandLineRenderRequest(const AppPaths& paths, StudioSettings stu
     }
     RenderRequest request =
         StudioRenderRequest(paths, studio, timeline.rows, voice, wav.durationMs, output);
+    if (!request.ok())
+        return request;
+    request.inputs.sourceFiles = {QFileInfo(options.timeline).absoluteFilePath(),
+                                  CaptionsFileIn(QFileInfo(options.timeline).absolutePath())};
+    // Refused before the voice is recognised for captions, which may take a while.
+    request.inputs.writeCaptions = studio.captions;
+    request.problem = RenderOutputProblem(request.inputs);
     if (request.ok())
         addProjectCaptions(request.inputs, studio, options.timeline, err);
     return request;

@@ -30,11 +30,11 @@ void WindowlessStartup::removeLeftToolFolders(const AppPaths& paths) {
         ToolRunner::removeLeftTemporaryFolders(workSpace);
 }
 
-WindowlessStartup WindowlessStartup::run(const QString& appFolder, const XdgFolders& xdg) {
+WindowlessStartup WindowlessStartup::run(const QString& appFolder, const XdgFolders& xdg, Use use) {
     WindowlessStartup s;
     s.paths = AppPaths::forFolder(appFolder);
-    auto require = [&s](const QString& folder) {
-        if (!MakeFolderPath(folder))
+    auto require = [&s, use](const QString& folder) {
+        if (use == Use::Studio && !MakeFolderPath(folder))
             s.problems << QStringLiteral("The folder \"%1\" could not be created.").arg(folder);
     };
     require(s.paths.tempDirectory);

@@ -100,6 +100,7 @@ RenderRequest StudioRenderRequest(const AppPaths& paths, const StudioSettings& s
     in.ffmpeg = LocateFfmpeg(paths.gstrFFMPEGFileSpec);
     in.ffprobe = LocateFfprobe(paths);
     in.keepVideoSound = studio.keepVideoSound;
+    in.writtenFilesRecord = paths.writtenFilesRecordFileSpec;
     in.voice = {studio.evenVoice, studio.reduceNoise};
     RenderFormat format = studio.renderFormat;
     if (!output.isEmpty()) {

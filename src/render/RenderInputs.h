@@ -31,6 +31,12 @@ struct RenderInputs {
     FrameRate frameRate;
     QString output; // FinalMix.avi or .mp4, or FinalMix.mp3 for a recording without events
     bool keepVideoSound = false;
+    // Files the render was made from without reading them itself (the timeline, its captions): the
+    // result never lands on one of them.
+    QStringList sourceFiles;
+    // Where the studio remembers the subtitle files it wrote beside results; empty: nowhere, so a
+    // render replaces or removes none that stand there.
+    QString writtenFilesRecord;
     // The message's captions. With writeCaptions, X.srt and X.vtt are written beside the output X;
     // with burnCaptions, the pieces under a cue show it in the picture.
     CaptionCues captions;

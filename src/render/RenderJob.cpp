@@ -4,6 +4,7 @@
 #include "platform/WavFormat.h"
 #include "render/CaptionFilesBeside.h"
 #include "render/MixStep.h"
+#include "render/OutputGuard.h"
 #include "render/PieceCache.h"
 #include "render/PieceScheduler.h"
 #include "render/ResultCheck.h"
@@ -115,6 +116,11 @@ bool RenderJob::prepare() {
     const WavInfo voice = ReadWavInfo(m_in.voiceFile);
     if (!voice.ok()) {
         finish(RenderReport::Outcome::Failed, voice.error);
+        return false;
+    }
+    const QString unsafe = RenderOutputProblem(m_in);
+    if (!unsafe.isEmpty()) {
+        finish(RenderReport::Outcome::Failed, unsafe);
         return false;
     }
     if (!m_workspace.acquire()) {
@@ -342,7 +348,7 @@ void RenderJob::judge(const MeasuredResult& measured) {
 }
 
 void RenderJob::publish() {
-    CaptionFilesBeside captions(m_in.output, m_space.partialOutput);
+    CaptionFilesBeside captions(m_in.output, m_space.partialOutput, m_in.writtenFilesRecord);
     const QString notStaged = m_in.writeCaptions ? captions.stage(m_in.captions) : QString();
     if (!notStaged.isEmpty())
         return fail(notStaged);

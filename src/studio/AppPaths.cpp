@@ -37,6 +37,7 @@ AppPaths AppPaths::forFolder(const QString& appFolder) {
     p.blackPictureFileSpec = at("/SystemMedia/Black.jpg");
     p.textListFileSpec = at("/System/TTS.txt");
     p.carrierListFileSpec = at("/System/MMSServerList.txt");
+    p.writtenFilesRecordFileSpec = at("/WrittenBesideResults.txt");
     return p;
 }
 

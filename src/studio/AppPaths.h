@@ -38,6 +38,9 @@ struct AppPaths {
     QString textListFileSpec;      // System/TTS.txt
     QString carrierListFileSpec;   // System/MMSServerList.txt
 
+    // What renders wrote beside their results; kept across restarts, unlike the work folder.
+    QString writtenFilesRecordFileSpec; // WrittenBesideResults.txt
+
     static AppPaths forFolder(const QString& appFolder);
 
     // Every path global with its name, in the order of the path table.
