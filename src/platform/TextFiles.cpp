@@ -11,7 +11,9 @@ bool WriteWholeFile(const QByteArray& bytes, const QString& fileSpec) {
     if (fileSpec.trimmed().isEmpty())
         return false;
     QSaveFile file(fileSpec);
-    if (!file.open(QIODevice::WriteOnly))
+    // Unbuffered: a disk that takes only part of the bytes shows in write's count, whereas a
+    // buffered file's commit can end well with the file cut short.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return false;
     if (file.write(bytes) != bytes.size()) {
         file.cancelWriting();

@@ -4,10 +4,6 @@
 
 #include <QtEndian>
 
-#include <cerrno>
-#include <cstring>
-#include <unistd.h>
-
 namespace cq {
 
 namespace {
@@ -36,6 +32,11 @@ bool WavFileWriter::open(const QString& fileSpec) {
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
         return fail(m_file.errorString());
     const QByteArray header = WavHeader(m_rate, m_channels, kBitsPerSample, 0);
+    QString why;
+    if (!m_syncer.follow(m_file.handle(), &why)) {
+        m_file.close();
+        return fail(why);
+    }
     if (m_file.write(header) != header.size()) {
         const QString why = m_file.errorString();
         m_file.close();
@@ -77,15 +78,10 @@ bool WavFileWriter::updateHeader() {
     ok = m_file.seek(end) && ok;
     ok = m_file.flush() && ok;
     // To the disk itself, not only the system's cache: a power cut then loses no more either.
-    // A file that cannot be synced (EINVAL: not a disk file) is no failure of the recording.
-    const bool synced = ::fdatasync(m_file.handle()) == 0 || errno == EINVAL;
-    const QString syncError = synced ? QString() : QString::fromLocal8Bit(std::strerror(errno));
+    m_syncer.requestSync();
     m_sinceHeader = 0;
     if (!ok)
         m_error = m_file.errorString();
-    else if (!synced)
-        m_error = syncError;
-    ok = ok && synced;
     return ok;
 }
 
@@ -93,6 +89,8 @@ bool WavFileWriter::close() {
     if (!m_file.isOpen())
         return true;
     const bool ok = updateHeader();
+    // The sync updateHeader asked for is the last: the file's descriptor may close before it.
+    m_syncer.release();
     m_file.close();
     return ok;
 }

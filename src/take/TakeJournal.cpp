@@ -5,15 +5,19 @@
 
 #include <QFileInfo>
 
-#include <unistd.h>
-
 namespace cq {
 
 TakeJournal::TakeJournal(QObject* parent) : QObject(parent) {
     m_syncTimer.setInterval(kSyncIntervalMs);
     connect(&m_syncTimer, &QTimer::timeout, this, [this] {
-        if (m_unsynced && !sync())
-            fail(QStringLiteral("the journal could not be synced to the disk"));
+        if (m_unsynced)
+            m_syncer.requestSync();
+        m_unsynced = false;
+    });
+    // Also after finish: the clicks of the take may not be on the disk.
+    connect(&m_syncer, &FileSyncer::syncFailed, this, [this](const QString& why) {
+        if (m_error.isEmpty()) // one report per take
+            fail(QStringLiteral("the journal could not be synced to the disk: %1").arg(why));
     });
 }
 
@@ -30,12 +34,15 @@ bool TakeJournal::start(const QString& fileSpec) {
         m_error = m_file.errorString();
         return false;
     }
-    m_unsynced = true;
-    if (!sync()) {
-        m_error = QStringLiteral("the journal could not be synced to the disk");
+    QString why;
+    if (!m_syncer.follow(m_file.handle(), &why)) {
+        m_error = why;
         m_file.close();
         return false;
     }
+    // The new, empty file's name goes to the disk too.
+    m_syncer.requestSync();
+    m_unsynced = false;
     m_syncTimer.start();
     return true;
 }
@@ -54,7 +61,9 @@ void TakeJournal::finish() {
     m_syncTimer.stop();
     if (!m_file.isOpen())
         return;
-    sync();
+    // The last sync runs on the syncer's thread: closing needs no sync, the rows are already in
+    // the system's hands, and a failure still comes back by writeFailed.
+    m_syncer.release();
     m_file.close();
 }
 
@@ -63,16 +72,10 @@ bool TakeJournal::rewrite(const QString& fileSpec, const QList<EventRow>& rows) 
                           fileSpec);
 }
 
-bool TakeJournal::sync() {
-    if (!m_file.isOpen() || ::fsync(m_file.handle()) != 0)
-        return false;
-    m_unsynced = false;
-    return true;
-}
-
 bool TakeJournal::fail(const QString& why) {
     m_error = why;
     m_syncTimer.stop();
+    m_syncer.release();
     m_file.close();
     emit writeFailed(why);
     return false;

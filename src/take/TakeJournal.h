@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/FileSyncer.h"
 #include "studio/EventRow.h"
 
 #include <QFile>
@@ -12,7 +13,8 @@ namespace cq {
 
 // The clicks of a take as they happen: each logged row goes to the journal file at once (one
 // write, so a killed studio loses no click) and the file is synced to the disk at least once a
-// second (so a power cut loses at most that second). Lines are the event rows' text with CR LF
+// second (so a power cut loses at most that second), on a thread of its own: a slow disk holds up
+// neither the window nor the microphone. Lines are the event rows' text with CR LF
 // ends, the way Timeline.txt holds them, so one reader serves both.
 class TakeJournal : public QObject {
     Q_OBJECT
@@ -23,27 +25,29 @@ public:
     ~TakeJournal() override;
 
     // Creates (or empties) the journal for a new take. False with errorString() set when the
-    // file cannot be made.
+    // file cannot be made; a sync that fails later is reported by writeFailed.
     bool start(const QString& fileSpec);
     // Writes one row at once. False (and writeFailed emitted, the journal closed) when the disk
     // refused it.
     bool append(const EventRow& row);
-    // Syncs and closes; the file stays as the mark of a take not yet saved.
+    // Closes the file and has it synced without waiting for the disk; the file stays as the mark
+    // of a take not yet saved.
     void finish();
     // Replaces the whole journal of a stopped take (rows corrected in the grid).
     bool rewrite(const QString& fileSpec, const QList<EventRow>& rows);
 
     bool isOpen() const { return m_file.isOpen(); }
     QString errorString() const { return m_error; }
+    FileSyncer& syncer() { return m_syncer; }
 
 signals:
     void writeFailed(const QString& why);
 
 private:
-    bool sync();
     bool fail(const QString& why);
 
     QFile m_file;
+    FileSyncer m_syncer{false};
     QTimer m_syncTimer;
     bool m_unsynced = false;
     QString m_error;

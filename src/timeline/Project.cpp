@@ -1,9 +1,11 @@
 #include "timeline/Project.h"
 
 #include "captions/CaptionsFile.h"
+#include "platform/DurableFiles.h"
 #include "platform/Folders.h"
 #include "platform/WavFormat.h"
 #include "studio/TimelineFile.h"
+#include "timeline/ProjectFolderSwap.h"
 
 #include <QDir>
 #include <QFile>
@@ -51,6 +53,58 @@ bool IsProjectFolder(const QString& folder) {
     return QFileInfo(QDir(folder).filePath(QString::fromLatin1(kProjectTimelineFileName))).isFile();
 }
 
+namespace {
+
+// Makes the new project in the folder beside it: the timeline first (so that whatever an
+// interrupted save left there is named by it), the voice, the text pictures of the work folder
+// and the captions. Returns the names written; *rows point where the files will be once the
+// folder is in place.
+QStringList writeNewProject(const QString& saving, const QString& project, QList<EventRow>* rows,
+                            const QString& voiceFileSpec, const QString& workFolder,
+                            const CaptionCues& captions, ProjectResult* result) {
+    const QString voiceName = QString::fromLatin1(kProjectVoiceFileName);
+    const QString timelineName = QString::fromLatin1(kProjectTimelineFileName);
+    QStringList written{timelineName, voiceName, QString::fromLatin1(kCaptionsFileName)};
+    QStringList sources{QString(), voiceFileSpec, QString()};
+    // The timeline names the files beside it by their names alone, so it is written with the
+    // rows as they are in the folder being made.
+    QList<EventRow> beside = *rows;
+    for (qsizetype i = 0; i < rows->size(); ++i) {
+        const QString source = (*rows)[i].fileSpec;
+        const QString name = QFileInfo(source).fileName();
+        if (isInside(source, workFolder)) {
+            if (!QFileInfo(source).isFile()) {
+                result->missingFiles << source;
+                continue;
+            }
+            if (!written.contains(name)) {
+                written << name;
+                sources << source;
+            }
+            (*rows)[i].fileSpec = QDir(project).filePath(name);
+        }
+        if (isInside((*rows)[i].fileSpec, project))
+            beside[i].fileSpec =
+                QDir(saving).filePath(QDir(project).relativeFilePath((*rows)[i].fileSpec));
+    }
+    const QString timeline = QDir(saving).filePath(timelineName);
+    if (!WriteTimelineFile(beside, timeline)) {
+        result->error = QStringLiteral("\"%1\" could not be written.").arg(timeline);
+        return written;
+    }
+    for (qsizetype i = 0; i < written.size(); ++i)
+        if (!sources[i].isEmpty() &&
+            !CopyFileSynced(sources[i], QDir(saving).filePath(written[i]), &result->error))
+            return written;
+    ReachedProjectSaveStep("copied");
+    const QString captionsFile = CaptionsFileIn(saving);
+    if (!SaveCaptionsFile(captions, captionsFile))
+        result->error = QStringLiteral("\"%1\" could not be written.").arg(captionsFile);
+    return written;
+}
+
+} // namespace
+
 ProjectResult SaveProject(const QString& projectFolder, const QList<EventRow>& rows,
                           const QString& voiceFileSpec, const QString& workFolder,
                           const CaptionCues& captions) {
@@ -59,33 +113,29 @@ ProjectResult SaveProject(const QString& projectFolder, const QList<EventRow>& r
         result.error = QStringLiteral("Please record a sound first");
         return result;
     }
-    if (!MakeFolderPath(projectFolder)) {
+    // A project reached through a link is replaced where it really is.
+    const QFileInfo given(QDir::cleanPath(QDir(projectFolder.trimmed()).absolutePath()));
+    const QString project = given.exists() ? given.canonicalFilePath() : given.absoluteFilePath();
+    const QString saving = SavingFolderOf(project);
+    if (!MakeFolderPath(given.absolutePath())) {
         result.error = QStringLiteral("The folder \"%1\" could not be made.").arg(projectFolder);
         return result;
     }
-    const QDir project(projectFolder);
-    if (!copyReplacing(voiceFileSpec, project.filePath(QString::fromLatin1(kProjectVoiceFileName)),
-                       &result.error))
+    if (!ClearLeftoversOfSave(project, &result.notice, &result.error))
         return result;
-    QList<EventRow> saved = rows;
-    for (EventRow& row : saved) {
-        if (!isInside(row.fileSpec, workFolder))
-            continue;
-        const QString target = project.filePath(QFileInfo(row.fileSpec).fileName());
-        if (!QFileInfo(row.fileSpec).isFile()) {
-            result.missingFiles << row.fileSpec;
-            continue;
-        }
-        if (!copyReplacing(row.fileSpec, target, &result.error))
-            return result;
-        row.fileSpec = target;
+    if (!QDir().mkdir(saving)) {
+        result.error = QStringLiteral("The folder \"%1\" could not be made.").arg(saving);
+        return result;
     }
-    const QString timeline = project.filePath(QString::fromLatin1(kProjectTimelineFileName));
-    if (!WriteTimelineFile(saved, timeline))
-        result.error = QStringLiteral("\"%1\" could not be written.").arg(timeline);
-    const QString captionsFile = CaptionsFileIn(projectFolder);
-    if (result.ok() && !SaveCaptionsFile(captions, captionsFile))
-        result.error = QStringLiteral("\"%1\" could not be written.").arg(captionsFile);
+    QList<EventRow> saved = rows;
+    const QStringList written =
+        writeNewProject(saving, project, &saved, voiceFileSpec, workFolder, captions, &result);
+    if (!result.ok()) {
+        DiscardUnfinishedSave(project, written);
+        return result;
+    }
+    if (!PutSavedFolderInPlace(saving, project, written, &result.notice, &result.error))
+        return result;
     result.rows = saved;
     return result;
 }
@@ -93,6 +143,10 @@ ProjectResult SaveProject(const QString& projectFolder, const QList<EventRow>& r
 ProjectResult OpenProject(const QString& projectFolder, const QString& voiceFileSpec,
                           const QString& workFolder) {
     ProjectResult result;
+    result.error = LeftoverOfSaveProblem(projectFolder);
+    if (!result.ok())
+        return result;
+    PutBackProjectOfInterruptedSave(projectFolder);
     const QDir project(projectFolder);
     const QString timeline = project.filePath(QString::fromLatin1(kProjectTimelineFileName));
     TimelineReadResult read = ReadTimelineFile(timeline);

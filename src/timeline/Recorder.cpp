@@ -14,6 +14,7 @@ Recorder::Recorder(QObject* parent)
     connect(m_microphone, &Microphone::sound, this, &Recorder::onSound);
     connect(m_microphone, &Microphone::lost, this, &Recorder::onMicrophoneLost);
     connect(m_microphone, &Microphone::opened, this, [this] { m_meter.reset(); });
+    connect(&m_writer.syncer(), &FileSyncer::syncFailed, this, &Recorder::onSyncFailed);
 }
 
 Recorder::~Recorder() {
@@ -67,6 +68,7 @@ Recorder::StartResult Recorder::start(const QString& wavFileSpec, const QAudioDe
     m_microphone->setDeviceHeld(true);
     m_meter.setWatchingSilence(true);
     m_startLatencyMs = -1;
+    m_syncFailed = false;
     m_sincePress.start();
     m_sinceCaptureEnd.invalidate();
     m_recording = true;
@@ -114,6 +116,22 @@ void Recorder::onMicrophoneLost(const QString& why) {
     m_error = why;
     endCapture();
     emit captureEnded(EndReason::DeviceLost, m_error);
+}
+
+void Recorder::onSyncFailed(const QString& why) {
+    // One report a take: the syncs asked for meanwhile fail alike.
+    if (m_syncFailed)
+        return;
+    m_syncFailed = true;
+    // A disk that cannot keep the voice ends the capture as a refused write does.
+    const QString detail = QStringLiteral("it could not be synced to the disk: %1").arg(why);
+    if (!m_capturing) {
+        emit lastSyncFailed(detail);
+        return;
+    }
+    m_error = detail;
+    endCapture();
+    emit captureEnded(EndReason::WriteFailed, m_error);
 }
 
 qint64 Recorder::elapsedMs() {

@@ -60,10 +60,13 @@ public:
 
     void setLimitBytes(qint64 bytes) { m_limitBytes = bytes; }
     void setHeaderEveryBytes(qint64 bytes) { m_writer.setHeaderEveryBytes(bytes); }
+    FileSyncer& voiceSyncer() { return m_writer.syncer(); }
 
 signals:
     // Capture ended by itself while the recording goes on; detail says why for a message.
     void captureEnded(cq::Recorder::EndReason reason, const QString& detail);
+    // The voice of a stopped take could not be synced to the disk at its end.
+    void lastSyncFailed(const QString& why);
 
 private:
     bool openMicrophone(const QAudioDevice& device);
@@ -71,6 +74,7 @@ private:
     void write(QByteArray bytes);
     void endCapture();
     void onMicrophoneLost(const QString& why);
+    void onSyncFailed(const QString& why);
     void releaseMicrophone();
 
     Microphone* m_microphone;
@@ -83,6 +87,7 @@ private:
     bool m_listening = false;
     bool m_recording = false;
     bool m_capturing = false;
+    bool m_syncFailed = false;
     QString m_error;
 };
 

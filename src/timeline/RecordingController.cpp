@@ -20,6 +20,12 @@ const QString kTitle = QStringLiteral("Recording");
 RecordingController::RecordingController(Parts parts, QString voiceFileSpec, QObject* parent)
     : QObject(parent), m_parts(parts), m_voiceFileSpec(std::move(voiceFileSpec)) {
     connect(&m_parts.recorder, &Recorder::captureEnded, this, &RecordingController::onCaptureEnded);
+    connect(&m_parts.recorder, &Recorder::lastSyncFailed, this, [this](const QString& why) {
+        emit warning(kTitle, QStringLiteral("The recorded voice in \"%1\" may not be whole on the "
+                                            "disk (%2). Save it as a project, on another disk if "
+                                            "need be.")
+                                 .arg(m_voiceFileSpec, why));
+    });
 }
 
 bool RecordingController::checkInputDevice() {

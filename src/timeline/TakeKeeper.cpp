@@ -46,7 +46,17 @@ void TakeKeeper::onRowLogged(int row) {
 
 void TakeKeeper::onRowsCorrected() {
     if (!m_logger.state().gblnRecording && isUnsaved())
-        m_journal->rewrite(m_files.journalFileSpec(), m_logger.grid().rows());
+        rewriteJournal(QStringLiteral("the recording would come back with its events as they "
+                                      "were before you corrected them"));
+}
+
+void TakeKeeper::rewriteJournal(const QString& lost) {
+    if (m_journal->rewrite(m_files.journalFileSpec(), m_logger.grid().rows()))
+        return;
+    emit journalFailed(QStringLiteral("Events"),
+                       QStringLiteral("\"%1\" could not be written; the disk may be full. If the "
+                                      "studio ended now, %2. Free some space and save the project.")
+                           .arg(m_files.journalFileSpec(), lost));
 }
 
 void TakeKeeper::onCaptionsChanged() {
@@ -60,7 +70,8 @@ void TakeKeeper::onCaptionsChanged() {
     // Captions of a saved take (or of an opened project) changed: the take is worth keeping again
     // until it is saved, unless there is no take at all.
     if (m_logger.grid().rowCount() > 0 || QFileInfo(m_files.voiceFileSpec()).isFile())
-        m_journal->rewrite(m_files.journalFileSpec(), m_logger.grid().rows());
+        rewriteJournal(QStringLiteral("it would not ask first, and the changed captions would be "
+                                      "lost"));
 }
 
 void TakeKeeper::stopOnJournalFailure(const QString& why) {

@@ -39,7 +39,8 @@ public:
     QStringList keptFileNames() const;
 
 signals:
-    // The journal could not be written: the take was stopped.
+    // The journal could not be written: the take was stopped, or the grid's corrections are not
+    // in it.
     void journalFailed(const QString& title, const QString& text);
     // The captions could not be written to the work folder, or not all read back from it.
     void captionsFailed(const QString& title, const QString& text);
@@ -50,6 +51,8 @@ private:
     void onRecordingChanged(bool recording);
     void onRowLogged(int row);
     void onRowsCorrected();
+    // Writes the grid's rows to the journal; lost says what a failure would cost, for the user.
+    void rewriteJournal(const QString& lost);
     void onCaptionsChanged();
     void stopOnJournalFailure(const QString& why);
 

@@ -12,6 +12,9 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <sys/resource.h>
+
 using namespace cq;
 
 TEST(TextHelpers, FiltersKeepOnlyWhatTheyName) {
@@ -43,6 +46,25 @@ TEST(TextFiles, WholeFilesEndWithOneCrLfAndBlankPathsWriteNothing) {
     EXPECT_FALSE(SaveTextToFile("x", "   "));
     EXPECT_EQ(ReadFileToString(""), "");
     EXPECT_FALSE(SaveTextToFile("x", dir.filePath("no/such/folder/a.txt")));
+}
+
+// A disk that takes only part of the text (a file size limit stands in for a full one) fails the
+// write, and the file keeps what it held.
+TEST(TextFiles, AWriteTheDiskCutsShortFailsAndKeepsTheOldFile) {
+    QTemporaryDir dir;
+    const QString file = dir.filePath("a.txt");
+    ASSERT_TRUE(WriteWholeFile("old", file));
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    ::getrlimit(RLIMIT_FSIZE, &old);
+    rlimit small = old;
+    small.rlim_cur = 10;
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    const bool written = WriteWholeFile(QByteArray(40, 'n'), file);
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    EXPECT_FALSE(written);
+    EXPECT_EQ(ReadFileToBytes(file), "old");
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{"a.txt"});
 }
 
 TEST(Folders, MakeFolderPathCreatesEveryMissingLevel) {

@@ -1,14 +1,17 @@
 #include "take/TakeFiles.h"
 #include "platform/TextFiles.h"
 #include "platform/WavFormat.h"
+#include "support/HeldSync.h"
 #include "take/StudioFolderLock.h"
 #include "take/TakeJournal.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -157,6 +160,45 @@ TEST(KeptTake, AFullDiskStopsTheJournalWithAReasonAndKeepsWhatWasWritten) {
     EXPECT_FALSE(journal.append(pictureRow(99))); // stays stopped, no second report
     EXPECT_EQ(failed.size(), 1);
     EXPECT_EQ(files.restore().rows.size(), written);
+}
+
+TEST(KeptTake, TheJournalWaitsForNoSyncAndASyncFailureStopsIt) {
+    QTemporaryDir work;
+    const TakeFiles files(work.path(), work.filePath("RecordedAudio.wav"));
+    {
+        TakeJournal journal;
+        test::HeldSync held; // let go before the journal's syncer ends
+        journal.syncer().setSyncFunction(held.function());
+        ASSERT_TRUE(journal.start(files.journalFileSpec()));
+        ASSERT_TRUE(held.waitEntered(1));
+        // The disk has not answered the first sync: every click still goes to the file at once.
+        for (int i = 1; i <= 5; ++i)
+            ASSERT_TRUE(journal.append(pictureRow(i)));
+        EXPECT_EQ(files.restore().rows.size(), 5);
+        journal.finish();
+        EXPECT_FALSE(journal.isOpen());
+        EXPECT_TRUE(journal.syncer().isBusy());
+        held.release();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !journal.syncer().isBusy(); }, 30000));
+    }
+
+    TakeJournal journal;
+    QSignalSpy failed(&journal, &TakeJournal::writeFailed);
+    journal.syncer().setSyncFunction([](int) {
+        errno = EIO;
+        return -1;
+    });
+    ASSERT_TRUE(journal.start(files.journalFileSpec()));
+    ASSERT_TRUE(journal.append(pictureRow(1)));
+    ASSERT_TRUE(failed.wait(30000));
+    EXPECT_TRUE(failed.first().first().toString().contains("synced"))
+        << failed.first().first().toString().toStdString();
+    EXPECT_FALSE(journal.isOpen());
+    EXPECT_FALSE(journal.append(pictureRow(2)));
+    // The last sync, at the close, fails too: the take was reported once.
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !journal.syncer().isBusy(); }, 30000));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(failed.size(), 1);
 }
 
 TEST(StudioFolderLock, ASecondHolderIsRefusedUntilTheFirstIsGoneEvenKilled) {

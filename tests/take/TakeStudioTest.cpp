@@ -27,13 +27,16 @@
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdio>
+#include <sys/resource.h>
 
 using namespace cq;
 
@@ -138,6 +141,48 @@ TEST(UnsavedTake, RecordOpenAndCloseAskFirstAndCancelKeepsEverything) {
     EXPECT_EQ(ReadFileToBytes(project + "/Timeline.txt"), "1\tText\t1.000\t\tHello.jpg\tHello\r\n");
     EXPECT_EQ(WavDurationMs(project + "/RecordedAudio.wav"), 1000);
     EXPECT_EQ(takeFilesIn(work), QStringList());
+}
+
+// A journal that cannot take the grid's corrections (here a file size limit stands in for a full
+// disk) is no reason to keep quiet: a studio ending now would bring the old rows back.
+TEST(UnsavedTake, AGridCorrectionTheJournalCannotKeepIsToldToTheUser) {
+    test::TestAppFolder app;
+    const QString work = workFolderOf(app);
+    leaveATake(work, "/media/a.jpg");
+    auto w = restoredStudio(app);
+    TimelineStudio& t = w->timeline();
+    const QString journal = work + u'/' + QString::fromLatin1(kTakeJournalFileName);
+    const QByteArray before = ReadFileToBytes(journal);
+    QSignalSpy failed(&t.takeKeeper(), &TakeKeeper::journalFailed);
+
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    ::getrlimit(RLIMIT_FSIZE, &old);
+    rlimit small = old;
+    small.rlim_cur = 10;
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    const bool removed = t.grid().removeEventRow(0);
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    ASSERT_TRUE(removed);
+
+    ASSERT_EQ(failed.size(), 1);
+    EXPECT_TRUE(failed.first().at(1).toString().contains(journal))
+        << failed.first().at(1).toString().toStdString();
+    EXPECT_EQ(ReadFileToBytes(journal), before);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            for (QWidget* box : QApplication::topLevelWidgets())
+                if (auto* m = qobject_cast<QMessageBox*>(box);
+                    m && m->isVisible() && m->text().contains(journal))
+                    return true;
+            return false;
+        },
+        10000));
+
+    // Corrected again with room on the disk, the journal takes the rows.
+    ASSERT_TRUE(t.grid().removeEventRow(0));
+    EXPECT_EQ(failed.size(), 1);
+    EXPECT_EQ(ReadFileToBytes(journal), "");
 }
 
 TEST(UnsavedTake, DiscardRemovesTheTakeAndAnUnansweredOneOutlivesTheStudio) {

@@ -17,8 +17,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cmath>
 #include <csignal>
+#include <cstring>
 #include <iostream>
 #include <sys/resource.h>
 
@@ -190,6 +192,54 @@ TEST(Recorder, TwoSecondsOfTheTestMicrophone) {
     const qint64 second = rec.stop();
     EXPECT_EQ(readWav(path).samples.size(), second);
     EXPECT_LT(second, bytes);
+}
+
+TEST(Recorder, AVoiceTheDiskCannotSyncEndsCaptureOrIsToldAfterStop) {
+    REQUIRE_AUDIO();
+    QTemporaryDir dir;
+    Recorder rec;
+    rec.setHeaderEveryBytes(88200 / 20);
+    const auto failing = [](int) {
+        errno = EIO;
+        return -1;
+    };
+    QString detail;
+    int ended = 0;
+    QObject::connect(&rec, &Recorder::captureEnded,
+                     [&](Recorder::EndReason reason, const QString& why) {
+                         EXPECT_EQ(reason, Recorder::EndReason::WriteFailed);
+                         detail = why;
+                         ++ended;
+                     });
+    int afterStop = 0;
+    QObject::connect(&rec, &Recorder::lastSyncFailed, [&] { ++afterStop; });
+    const auto settled = [&] {
+        return waitFor([&] { return !rec.voiceSyncer().isBusy(); }, 10000);
+    };
+
+    rec.voiceSyncer().setSyncFunction(failing);
+    ASSERT_EQ(rec.start(dir.filePath("v.wav")), Recorder::StartResult::Started);
+    ASSERT_TRUE(waitFor([&] { return ended > 0; }, 10000));
+    EXPECT_TRUE(detail.contains(QString::fromLocal8Bit(strerror(EIO)))) << detail.toStdString();
+    EXPECT_FALSE(rec.isCapturing());
+    EXPECT_TRUE(rec.isRecording());
+    EXPECT_GT(rec.stop(), 0);
+    ASSERT_TRUE(settled());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(ended, 1) << "one report for the take";
+    EXPECT_EQ(afterStop, 0);
+
+    // A take whose last sync fails, at the stop, is told so.
+    rec.voiceSyncer().setSyncFunction(::fdatasync);
+    ASSERT_EQ(rec.start(dir.filePath("w.wav")), Recorder::StartResult::Started);
+    ASSERT_TRUE(waitFor([&] { return rec.capturedMs() > 200; }, 10000));
+    rec.voiceSyncer().setSyncFunction(failing);
+    EXPECT_GT(rec.stop(), 0);
+    EXPECT_TRUE(waitFor([&] { return afterStop > 0; }, 10000));
+    ASSERT_TRUE(settled());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(afterStop, 1);
+    EXPECT_EQ(ended, 1);
 }
 
 TEST(Recorder, TheLimitEndsCaptureButNotTheTimeline) {

@@ -95,11 +95,14 @@ void ProjectPanel::saveProject(const QString& folder) {
         return;
     }
     emit projectSaved(folder);
+    QStringList notes;
     if (!result.missingFiles.isEmpty())
-        QMessageBox::information(this, kSaveTitle,
-                                 QStringLiteral("The project was saved, but these files were "
-                                                "missing:\n%1")
-                                     .arg(result.missingFiles.join(u'\n')));
+        notes << QStringLiteral("The project was saved, but these files were missing:\n%1")
+                     .arg(result.missingFiles.join(u'\n'));
+    if (!result.notice.isEmpty())
+        notes << result.notice;
+    if (!notes.isEmpty())
+        QMessageBox::information(this, kSaveTitle, notes.join(QStringLiteral("\n\n")));
 }
 
 void ProjectPanel::openProject(const QString& folder) {
