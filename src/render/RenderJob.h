@@ -89,6 +89,7 @@ private:
     ToolPool& m_pool;
     RenderWorkspace m_workspace;
     RenderSpace m_space;
+    VoiceOptions m_voiceOptions; // the inputs' own, and whether this voice is mixed down
     QSet<QString> m_videosWithSound;
     QHash<QString, qint64> m_videoLengths;
     RenderPlan m_plan;
