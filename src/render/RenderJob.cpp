@@ -119,6 +119,7 @@ bool RenderJob::prepare() {
     }
     m_voiceOptions = m_in.voice;
     m_voiceOptions.mixDown = voice.channels > 2;
+    m_voiceFileMs = voice.durationMs;
     if (!m_workspace.acquire()) {
         finish(RenderReport::Outcome::Failed, m_workspace.problem());
         return false;
@@ -228,7 +229,7 @@ std::optional<VoiceTreatment> RenderJob::voiceTreatment() const {
 void RenderJob::encodeVoice() {
     if (m_plan.audioOnly || MixesVideoSound(m_plan, m_videosWithSound))
         return;
-    m_sound = new VoiceSound(m_in.ffmpeg.path, m_in.voiceFile, m_in.recordingMs,
+    m_sound = new VoiceSound(m_in.ffmpeg.path, m_in.voiceFile, m_voiceFileMs,
                              VoiceFilter(m_voiceOptions, voiceTreatment()), *m_in.container,
                              m_space.folder, m_pool, this);
     connect(m_sound, &VoiceSound::logLine, this, &RenderJob::log);
