@@ -12,7 +12,7 @@ namespace {
 constexpr qint64 kTooLittleBytes = 256 * 1024;
 } // namespace
 
-QString FullDiskProblem(const QString& toolErrorText, const QString& folder) {
+QString FullDiskErrorIn(const QString& toolErrorText, const QString& folder) {
     // The tools print the system's own words for the error (strerror), as this process does.
     for (int error : {ENOSPC, EFBIG, EDQUOT}) {
         if (toolErrorText.contains(QString::fromLocal8Bit(std::strerror(error))))
@@ -21,6 +21,13 @@ QString FullDiskProblem(const QString& toolErrorText, const QString& folder) {
                                   "again.")
                 .arg(folder, QString::fromLocal8Bit(std::strerror(error)));
     }
+    return {};
+}
+
+QString FullDiskProblem(const QString& toolErrorText, const QString& folder) {
+    const QString said = FullDiskErrorIn(toolErrorText, folder);
+    if (!said.isEmpty())
+        return said;
     const QStorageInfo disk(folder);
     if (disk.isValid() && disk.bytesAvailable() >= 0 && disk.bytesAvailable() < kTooLittleBytes)
         return QStringLiteral("The disk of \"%1\" is full (%2 KB free). Make room and render "

@@ -9,4 +9,8 @@ namespace cq {
 // the folder's free space show no such thing.
 QString FullDiskProblem(const QString& toolErrorText, const QString& folder);
 
+// The same from the tool's error text alone: for a tool that ended well, though it could not
+// finish its file (ffmpeg: "Error writing trailer of ...: File too large" and exit code 0).
+QString FullDiskErrorIn(const QString& toolErrorText, const QString& folder);
+
 } // namespace cq

@@ -6,8 +6,9 @@ namespace cq {
 
 MediaFileInfo GetFileInfoVars(const QString& probeText, const QString& fileName) {
     QString text = probeText;
+    // Where ffmpeg repeats it: "Input #0, avi, from 'NAME':".
     if (!fileName.isEmpty())
-        text.replace(fileName, QString());
+        text.replace(QStringLiteral("from '%1':").arg(fileName), QStringLiteral("from '':"));
     MediaFileInfo info;
     for (const FfmpegStream& stream : FfmpegInputStreams(text)) {
         // "aac (LC) (mp4a / 0x6134706D), 44100 Hz, ...": the codec is the first word.

@@ -12,8 +12,8 @@ struct MediaFileInfo {
 };
 
 // Never fails: text without a sound stream's line says there is none. fileName: the input as
-// ffmpeg was given it, which its description repeats; taken out first, so that no name, however
-// it is made, can pass for a line of the description.
+// ffmpeg was given it, which its description repeats ("from 'NAME':"); taken out there first, so
+// that no name, however it is made, can pass for a line of the description.
 MediaFileInfo GetFileInfoVars(const QString& probeText, const QString& fileName = {});
 
 } // namespace cq

@@ -39,9 +39,12 @@ void MixStep::onOutput(const QString& line) {
 
 void MixStep::onFinished(const RunResult& r) {
     QFile::remove(m_scriptFile);
-    if (r.ok() && QFileInfo(m_output).size() > 0)
-        return emit finished({});
-    const QString full = FullDiskProblem(r.errorText, QFileInfo(m_output).absolutePath());
+    const QString folder = QFileInfo(m_output).absolutePath();
+    if (r.ok() && QFileInfo(m_output).size() > 0) {
+        // ffmpeg ends well even when it could not write the end of the file.
+        return emit finished(FullDiskErrorIn(r.errorText, folder));
+    }
+    const QString full = FullDiskProblem(r.errorText, folder);
     if (!full.isEmpty())
         return emit finished(full);
     emit finished(QStringLiteral("The video could not be mixed with the voice: %1")

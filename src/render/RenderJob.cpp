@@ -123,6 +123,9 @@ bool RenderJob::prepare() {
         finish(RenderReport::Outcome::Failed, unsafe);
         return false;
     }
+    m_voiceOptions = m_in.voice;
+    m_voiceOptions.mixDown = voice.channels > 2;
+    m_voiceFileMs = voice.durationMs;
     if (!m_workspace.acquire()) {
         finish(RenderReport::Outcome::Failed, m_workspace.problem());
         return false;
@@ -205,10 +208,10 @@ void RenderJob::makePlan() {
 // sound is made as soon as its treatment is known: by the time the pieces are made, the join
 // rarely has to wait for either.
 void RenderJob::prepareVoice() {
-    if (!m_in.voice.even && !m_in.voice.reduceNoise)
+    if (!m_voiceOptions.even && !m_voiceOptions.reduceNoise)
         return encodeVoice();
-    m_voice = new VoiceMeasure(m_in.ffmpeg.path, m_in.voiceFile, m_in.voice, m_space.folder, m_pool,
-                               this);
+    m_voice = new VoiceMeasure(m_in.ffmpeg.path, m_in.voiceFile, m_voiceOptions, m_space.folder,
+                               m_pool, this);
     connect(m_voice, &VoiceMeasure::logLine, this, &RenderJob::log);
     connect(m_voice, &VoiceMeasure::finished, this, [this] {
         if (!m_voice->problem().isEmpty())
@@ -232,8 +235,8 @@ std::optional<VoiceTreatment> RenderJob::voiceTreatment() const {
 void RenderJob::encodeVoice() {
     if (m_plan.audioOnly || MixesVideoSound(m_plan, m_videosWithSound))
         return;
-    m_sound = new VoiceSound(m_in.ffmpeg.path, m_in.voiceFile, m_in.recordingMs,
-                             VoiceFilter(m_in.voice, voiceTreatment()), *m_in.container,
+    m_sound = new VoiceSound(m_in.ffmpeg.path, m_in.voiceFile, m_voiceFileMs,
+                             VoiceFilter(m_voiceOptions, voiceTreatment()), *m_in.container,
                              m_space.folder, m_pool, this);
     connect(m_sound, &VoiceSound::logLine, this, &RenderJob::log);
     connect(m_sound, &VoiceSound::finished, this, [this] {
@@ -301,7 +304,7 @@ void RenderJob::startMix() {
     m_plan.finalLine = m_sound && !m_sound->file().isEmpty()
                            ? CopyJoinLine(m_in, m_plan, m_sound->file())
                            : FinalMixLine(m_in, m_plan, m_videosWithSound,
-                                          VoiceFilter(m_in.voice, voiceTreatment()));
+                                          VoiceFilter(m_voiceOptions, voiceTreatment()));
     log(QStringLiteral("final: ") + m_plan.finalLine);
     m_mix = new MixStep(m_plan.finalLine, m_space.partialOutput,
                         m_space.scriptPrefix + QStringLiteral("0.sh"), this);

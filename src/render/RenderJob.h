@@ -89,6 +89,8 @@ private:
     ToolPool& m_pool;
     RenderWorkspace m_workspace;
     RenderSpace m_space;
+    VoiceOptions m_voiceOptions; // the inputs' own, and whether this voice is mixed down
+    qint64 m_voiceFileMs = 0;    // as the voice file's header tells, which its sound must last
     QSet<QString> m_videosWithSound;
     QHash<QString, qint64> m_videoLengths;
     RenderPlan m_plan;

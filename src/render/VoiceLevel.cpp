@@ -26,9 +26,18 @@ constexpr double kLowestNoiseFloorDb = -80.0;
 constexpr double kHighestNoiseFloorDb = -20.0;
 
 // The results carry the voice in one or two channels, and a voice of more (a 5.1 recording) is
-// mixed down by the encoder: measured before that mix, its loudness would be another's. The
-// voice is mixed down first, so that every measurement hears what is encoded.
-const QString kDownmix = QStringLiteral("aformat=channel_layouts=mono|stereo");
+// mixed down by the encoder: measured before that mix, its loudness would be another's. Such a
+// voice is mixed down first, so that every measurement hears what is encoded. The layout is named
+// alone: given a choice, ffmpeg 5.1 makes two channels of no known layout, which ebur128 ignores.
+QString downmix(const VoiceOptions& options) {
+    return options.mixDown ? QStringLiteral("aformat=channel_layouts=stereo") : QString();
+}
+
+// The filters joined, the empty ones left out.
+QString chain(QStringList filters) {
+    filters.removeAll(QString());
+    return filters.join(u',');
+}
 
 QString decibels(double db) {
     return QString::number(db, 'f', 2);
@@ -96,19 +105,20 @@ QString VoiceFilter(const VoiceOptions& options, const std::optional<VoiceTreatm
         filters << limiterChain();
     // Without filters the encoder mixes down the same way.
     if (!filters.isEmpty())
-        filters.prepend(kDownmix);
-    return filters.join(u',');
+        filters.prepend(downmix(options));
+    return chain(filters);
 }
 
-QString NoiseFloorMeasureFilter() {
-    return kDownmix + QStringLiteral(",astats=measure_overall=Noise_floor:measure_perchannel=none");
+QString NoiseFloorMeasureFilter(const VoiceOptions& options) {
+    return chain({downmix(options),
+                  QStringLiteral("astats=measure_overall=Noise_floor:measure_perchannel=none")});
 }
 
 QString LoudnessMeasureFilter(const VoiceOptions& options, const VoiceTreatment& treatment) {
     const QString before = VoiceFilter(options, treatment);
     // framelog=verbose keeps the line per 100 ms out of stderr; the summary still comes.
-    return (before.isEmpty() ? kDownmix : before) +
-           QStringLiteral(",ebur128=peak=true:framelog=verbose");
+    return chain({before.isEmpty() ? downmix(options) : before,
+                  QStringLiteral("ebur128=peak=true:framelog=verbose")});
 }
 
 QString VoiceMeasureLine(const QString& ffmpeg, const QString& voice, const QString& filter) {

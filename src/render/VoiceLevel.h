@@ -51,7 +51,7 @@ QString VoiceFilter(const VoiceOptions& options, const std::optional<VoiceTreatm
 
 // The filter that measures the noise floor (astats), and the one that measures the loudness the
 // mix would hear through the treatment so far (ebur128); each prints its summary on stderr.
-QString NoiseFloorMeasureFilter();
+QString NoiseFloorMeasureFilter(const VoiceOptions& options);
 QString LoudnessMeasureFilter(const VoiceOptions& options, const VoiceTreatment& treatment);
 // A short name for a voice file as it is now, with salt (what is made of it, and how): its size
 // and time tell a new take from the old one; its head and tail catch a file copied in place with

@@ -57,7 +57,7 @@ void VoiceMeasure::submit(Stage stage) {
     ToolTask task;
     task.script = VoiceMeasureLine(m_ffmpeg, m_voice,
                                    stage == Stage::NoiseFloor
-                                       ? NoiseFloorMeasureFilter()
+                                       ? NoiseFloorMeasureFilter(m_options)
                                        : LoudnessMeasureFilter(m_options, m_treatment));
     task.inputFiles = {m_voice};
     task.workSpace = m_folder;

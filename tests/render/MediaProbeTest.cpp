@@ -58,6 +58,11 @@ TEST(MediaProbeParse, NamesAndTagsNeverPassForStreamsOrLengths) {
     const MediaFileInfo named = GetFileInfoVars(forged, name);
     EXPECT_FALSE(named.hasAudio);
     EXPECT_EQ(named.durationMs, 2500);
+    // A short name is taken out only where it is the input's, not from the words of the streams.
+    const QString mp2 = QStringLiteral("Input #0, mp3, from 'Audio':\n  Duration: 00:00:01.00,\n"
+                                       "  Stream #0:0: Audio: mp2, 44100 Hz\n");
+    EXPECT_TRUE(GetFileInfoVars(mp2, QStringLiteral("Audio")).hasAudio);
+    EXPECT_TRUE(GetFileInfoVars(mp2, QStringLiteral("mp2")).hasAudio);
     EXPECT_EQ(GetFileInfoVars(fixture("probe-clip.mp4.txt")).durationMs, 3000);
 }
 

@@ -139,6 +139,32 @@ TEST_F(RenderEndToEnd, AVoiceSoundCutShortByAFileSizeLimitIsReportedAsLackOfSpac
     EXPECT_NEAR(roomy.audioMs, 12000, 100);
 }
 
+// The same for the join: its result may not grow past the limit, though the voice's sound and the
+// pieces, kept from a render before, are there already.
+TEST_F(RenderEndToEnd, AResultCutShortByAFileSizeLimitIsReportedAsLackOfSpace) {
+    const QString voice = mediaFile("RecordedAudio.wav");
+    const QList<EventRow> rows = redPictureTake(voice, 6.0, "0.000");
+    studio.renderFormat = RenderFormat::Mp4;
+    const RenderInputs in = inputsFor(rows, voice);
+    const RenderReport roomy = render(in);
+    ASSERT_TRUE(roomy.ok()) << roomy.message.toStdString();
+    const QString space = paths.gstrTempFilesDirectory + "/Render1";
+    const QStringList sounds = filesIn(space, "VoiceSound-*");
+    ASSERT_EQ(sounds.size(), 1);
+    const qint64 sound = QFileInfo(space + "/" + sounds.first()).size();
+    const qint64 result = QFileInfo(roomy.output).size();
+    ASSERT_GT(result, sound + 1024);
+    RenderReport limited;
+    {
+        const FileSizeLimit limit(rlim_t(sound + result) / 2);
+        limited = render(in);
+    }
+    EXPECT_EQ(limited.outcome, RenderReport::Outcome::Failed);
+    const QString reason = QString::fromLocal8Bit(std::strerror(EFBIG));
+    EXPECT_TRUE(limited.message.contains("lack of space (" + reason + ")"))
+        << limited.message.toStdString();
+}
+
 TEST_F(RenderEndToEnd, APieceDamagedAfterItWasMadeIsMadeAgain) {
     const QString voice = mediaFile("RecordedAudio.wav");
     ASSERT_TRUE(media.voice(voice, 3.0));
