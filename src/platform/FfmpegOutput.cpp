@@ -111,6 +111,10 @@ qint64 FfmpegProgressMs(const QString& line) {
     return m.hasMatch() ? clockMs(m.captured(1)) : -1;
 }
 
+int FfmpegProgressPercent(qint64 reachedMs, qint64 totalMs) {
+    return int(qBound<qint64>(qint64(0), reachedMs * 100 / totalMs, qint64(99)));
+}
+
 QList<QPair<QString, QString>> FfprobeKeyValues(const QString& text) {
     QList<QPair<QString, QString>> pairs;
     for (QStringView line : QStringView(text).split(u'\n')) {

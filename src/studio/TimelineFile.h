@@ -21,6 +21,8 @@ struct TimelineReadResult {
 // UTF-8 text (UTF-16, binary).
 QString DecodeTimelineBytes(const QByteArray& bytes, QString* error);
 TimelineReadResult ParseTimelineText(const QString& text, const QString& baseFolder);
+// The rows of a timeline file's bytes, its relative paths taken from baseFolder.
+TimelineReadResult ReadTimelineBytes(const QByteArray& bytes, const QString& baseFolder);
 TimelineReadResult ReadTimelineFile(const QString& fileSpec);
 
 // Paths inside baseFolder are written relative to it, so the folder can move as a whole.

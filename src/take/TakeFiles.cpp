@@ -43,14 +43,17 @@ bool TakeFiles::isUnsaved() const {
 }
 
 QList<EventRow> TakeFiles::journalRows() const {
-    QByteArray bytes = ReadFileToBytes(journalFileSpec());
+    return TakeJournalRows(ReadFileToBytes(journalFileSpec()), m_workFolder);
+}
+
+QList<EventRow> TakeJournalRows(const QByteArray& journal, const QString& workFolder) {
     // A line without its end was being written when the studio ended.
-    bytes.truncate(bytes.lastIndexOf('\n') + 1);
+    const QByteArray bytes = journal.left(journal.lastIndexOf('\n') + 1);
     QString error;
     const QString text = DecodeTimelineBytes(bytes, &error);
     QStringList lines = text.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
     for (; !lines.isEmpty(); lines.removeLast()) {
-        const TimelineReadResult read = ParseTimelineText(lines.join(u'\n'), m_workFolder);
+        const TimelineReadResult read = ParseTimelineText(lines.join(u'\n'), workFolder);
         if (read.ok())
             return read.rows;
     }

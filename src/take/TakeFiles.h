@@ -20,6 +20,10 @@ struct KeptTake {
     QString captionsProblem; // why some or all of the captions could not be had back
 };
 
+// The rows of a take journal's bytes, relative paths taken from the work folder; a row cut short
+// by the end of the studio is dropped.
+QList<EventRow> TakeJournalRows(const QByteArray& bytes, const QString& workFolder);
+
 // The files of the take in the work folder: the voice, the journal of its clicks, the
 // pictures of its text events and its captions. While the journal is there the take was never saved
 // as a project nor discarded, so it is kept for the user to have back.
