@@ -2,6 +2,8 @@
 
 #include "platform/TextHelpers.h"
 
+#include <limits>
+
 namespace cq {
 
 namespace {
@@ -19,12 +21,16 @@ QString timeCode(qint64 whole, const QString& fraction) {
     return twoDigits(hours) + u':' + twoDigits(minutes) + u':' + twoDigits(secs) + u'.' + fraction;
 }
 
+// The digits at the start of the text; -1 when they make a number beyond a qint64.
 qint64 leadingNumber(QStringView text) {
     qint64 value = 0;
     for (QChar c : text) {
         if (c < u'0' || c > u'9')
             break;
-        value = value * 10 + (c.unicode() - u'0');
+        const int digit = c.unicode() - u'0';
+        if (value > (std::numeric_limits<qint64>::max() - digit) / 10)
+            return -1;
+        value = value * 10 + digit;
     }
     return value;
 }
@@ -81,7 +87,11 @@ qint64 SecondsTextToMs(QStringView text) {
     for (QChar c : fraction)
         if (c < u'0' || c > u'9')
             return -1;
-    qint64 ms = leadingNumber(whole) * 1000;
+    // A time whose milliseconds do not fit a qint64 is no time of a recording.
+    const qint64 seconds = leadingNumber(whole);
+    if (seconds < 0 || seconds > std::numeric_limits<qint64>::max() / 1000 - 1)
+        return -1;
+    const qint64 ms = seconds * 1000;
     const QString f = (fraction.left(3).toString() + QStringLiteral("000")).left(3);
     return ms + leadingNumber(f);
 }
