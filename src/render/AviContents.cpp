@@ -30,7 +30,8 @@ void readStreamHeaders(QByteArray hdrl, QList<AviStream>& streams) {
     buffer.open(QIODevice::ReadOnly);
     RiffChunkHeader h;
     while (ReadRiffChunkHeader(buffer, h)) {
-        const QByteArray body = buffer.read(h.paddedSize());
+        // A size beyond the list is the file's word, not memory to set aside for it.
+        const QByteArray body = buffer.read(qMin(h.paddedSize(), buffer.bytesAvailable()));
         if (h.id != "LIST" || !body.startsWith("strlstrh"))
             continue;
         // The strh fields start after "strl", "strh" and the strh chunk's size.
