@@ -45,9 +45,14 @@ void readStreamHeaders(QByteArray hdrl, QList<AviStream>& streams) {
     }
 }
 
+// Lists within the movi list: ffmpeg writes "rec " lists one deep.
+constexpr int kMaxMoviDepth = 4;
+
 // Counts the chunks between the movi list's start and its end, and nested "rec " lists; false
-// when one of them runs past the end.
-bool countMovi(QFile& f, qint64 end, AviContents& c) {
+// when one of them runs past the end or the lists nest deeper than any writer nests them.
+bool countMovi(QFile& f, qint64 end, AviContents& c, int depth = 0) {
+    if (depth > kMaxMoviDepth)
+        return false;
     while (f.pos() + 8 <= end) {
         RiffChunkHeader h;
         if (!ReadRiffChunkHeader(f, h))
@@ -57,7 +62,7 @@ bool countMovi(QFile& f, qint64 end, AviContents& c) {
             return false;
         if (h.id == "LIST") {
             f.read(4);
-            if (!countMovi(f, f.pos() + h.size - 4, c))
+            if (!countMovi(f, f.pos() + h.size - 4, c, depth + 1))
                 return false;
         } else {
             if (isVideoChunk(h.id))
