@@ -91,7 +91,8 @@ qint64 AviStream::durationMs() const {
     if (scale == 0 || rate == 0)
         return -1;
     const qint64 units = sampleSize > 0 ? bytes / sampleSize : chunks;
-    return qint64((long double)units * scale * 1000 / rate + 0.5L);
+    const long double ms = (long double)units * scale * 1000 / rate + 0.5L;
+    return ms < 9.0e18L ? qint64(ms) : -1;
 }
 
 qint64 AviContents::durationMs(const char* type) const {

@@ -20,6 +20,17 @@ QByteArray chunk(const char* id, const QByteArray& body) {
 
 } // namespace
 
+TEST(AviContents, AClockThatMakesAStreamLastBeyondAQint64IsNoLength) {
+    AviStream s;
+    s.scale = 0xFFFFFFFF;
+    s.rate = 1;
+    s.chunks = 10000000;
+    EXPECT_EQ(s.durationMs(), -1);
+    s.scale = 1001;
+    s.rate = 30000;
+    EXPECT_EQ(s.durationMs(), 333666667);
+}
+
 TEST(AviContents, ListsNestedBeyondAnyWriterAreRefusedWithoutExhaustingTheStack) {
     // Two hundred thousand "rec " lists inside each other: 2.4 MB, far deeper than the stack.
     const int depth = 200000;
