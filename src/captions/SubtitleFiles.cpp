@@ -43,7 +43,11 @@ qint64 parseTime(const QString& text) {
     const auto m = re.match(text.trimmed());
     if (!m.hasMatch())
         return -1;
-    const qint64 hours = m.captured(1).isEmpty() ? 0 : m.captured(1).toLongLong();
+    bool ok = true;
+    const qint64 hours = m.captured(1).isEmpty() ? 0 : m.captured(1).toLongLong(&ok);
+    // Hours whose milliseconds overflow a qint64 are no time of a clip.
+    if (!ok || hours > 2000000000000)
+        return -1;
     return ((hours * 60 + m.captured(2).toLongLong()) * 60 + m.captured(3).toLongLong()) * 1000 +
            m.captured(4).toLongLong();
 }
