@@ -51,13 +51,16 @@ QList<EventRow> TakeJournalRows(const QByteArray& journal, const QString& workFo
     const QByteArray bytes = journal.left(journal.lastIndexOf('\n') + 1);
     QString error;
     const QString text = DecodeTimelineBytes(bytes, &error);
-    QStringList lines = text.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
-    for (; !lines.isEmpty(); lines.removeLast()) {
-        const TimelineReadResult read = ParseTimelineText(lines.join(u'\n'), workFolder);
-        if (read.ok())
-            return read.rows;
+    // The rows up to the first that cannot be read, each line read once: a long journal with a
+    // damaged row early on is read as quickly as a whole one.
+    QList<EventRow> rows;
+    for (const QString& line : text.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts)) {
+        const TimelineReadResult read = ParseTimelineText(line, workFolder);
+        if (!read.ok())
+            break;
+        rows << read.rows;
     }
-    return {};
+    return rows;
 }
 
 KeptTake TakeFiles::restore() const {
