@@ -8,6 +8,9 @@ namespace cq {
 
 namespace {
 
+// Milliseconds that a qint64 holds with room to spare: more is no length of a real file.
+constexpr double kMaxMs = 9.0e18;
+
 // "01:02:03.45" to milliseconds; -1 when the text is no clock.
 qint64 clockMs(QStringView code) {
     static const QRegularExpression re(QRegularExpression::anchoredPattern(
@@ -15,7 +18,10 @@ qint64 clockMs(QStringView code) {
     const QRegularExpressionMatch m = re.match(code);
     if (!m.hasMatch())
         return -1;
-    const qint64 hours = m.captured(1).toLongLong();
+    bool ok = false;
+    const qint64 hours = m.captured(1).toLongLong(&ok);
+    if (!ok || hours > qint64(kMaxMs / 3600000.0) - 1)
+        return -1;
     const qint64 minutes = m.captured(2).toLongLong();
     const double seconds = m.captured(3).toDouble();
     return (hours * 3600 + minutes * 60) * 1000 + std::llround(seconds * 1000);
@@ -24,7 +30,8 @@ qint64 clockMs(QStringView code) {
 qint64 secondsTextMs(const QString& text) {
     bool ok = false;
     const double s = text.trimmed().toDouble(&ok);
-    return ok && s >= 0 ? std::llround(s * 1000.0) : -1;
+    // "inf", "nan" and numbers beyond any file's length read as no length.
+    return ok && s >= 0 && s * 1000.0 < kMaxMs ? std::llround(s * 1000.0) : -1;
 }
 
 // The decibels that open a labelled line, "-35.2 LUFS" or "-inf dBFS"; NaN when there are none.
@@ -123,6 +130,13 @@ qint64 FfmpegProgressMs(const QString& line) {
     static const QRegularExpression re(QStringLiteral("\\btime=\\s*(\\S+)"));
     const QRegularExpressionMatch m = re.match(line);
     return m.hasMatch() ? clockMs(m.captured(1)) : -1;
+}
+
+int FfmpegProgressPercent(qint64 reachedMs, qint64 totalMs) {
+    if (totalMs <= 0 || reachedMs <= 0)
+        return 0;
+    // reachedMs * 100 would overflow for a clock near the end of a qint64.
+    return reachedMs >= totalMs ? 99 : int(qMin<qint64>(reachedMs / (totalMs / 100.0), 99));
 }
 
 QList<QPair<QString, QString>> FfprobeKeyValues(const QString& text) {

@@ -42,6 +42,10 @@ qint64 FfmpegDurationMs(const QString& line);
 // -progress line ("out_time_us=62500000"); -1 when the line does not say.
 qint64 FfmpegProgressMs(const QString& line);
 
+// How far an encode of an input totalMs long has come at reachedMs, as a percent from 0 to 99:
+// 100 is kept for the end, when the output exists.
+int FfmpegProgressPercent(qint64 reachedMs, qint64 totalMs);
+
 // ffprobe's "-of default=nw=1" output as key and value pairs, in order.
 QList<QPair<QString, QString>> FfprobeKeyValues(const QString& text);
 

@@ -3,6 +3,8 @@
 #include "platform/TextHelpers.h"
 #include "platform/TimeText.h"
 
+#include <limits>
+
 namespace cq {
 
 namespace {
@@ -20,12 +22,16 @@ QString timeCode(qint64 whole, const QString& fraction) {
     return twoDigits(hours) + u':' + twoDigits(minutes) + u':' + twoDigits(secs) + u'.' + fraction;
 }
 
+// The digits at the start of the text; -1 when they make a number beyond a qint64.
 qint64 leadingNumber(QStringView text) {
     qint64 value = 0;
     for (QChar c : text) {
         if (c < u'0' || c > u'9')
             break;
-        value = value * 10 + (c.unicode() - u'0');
+        const int digit = c.unicode() - u'0';
+        if (value > (std::numeric_limits<qint64>::max() - digit) / 10)
+            return -1;
+        value = value * 10 + digit;
     }
     return value;
 }

@@ -30,7 +30,8 @@ void readStreamHeaders(QByteArray hdrl, QList<AviStream>& streams) {
     buffer.open(QIODevice::ReadOnly);
     RiffChunkHeader h;
     while (ReadRiffChunkHeader(buffer, h)) {
-        const QByteArray body = buffer.read(h.paddedSize());
+        // A size beyond the list is the file's word, not memory to set aside for it.
+        const QByteArray body = buffer.read(qMin(h.paddedSize(), buffer.bytesAvailable()));
         if (h.id != "LIST" || !body.startsWith("strlstrh"))
             continue;
         // The strh fields start after "strl", "strh" and the strh chunk's size.
@@ -44,9 +45,14 @@ void readStreamHeaders(QByteArray hdrl, QList<AviStream>& streams) {
     }
 }
 
+// Lists within the movi list: ffmpeg writes "rec " lists one deep.
+constexpr int kMaxMoviDepth = 4;
+
 // Counts the chunks between the movi list's start and its end, and nested "rec " lists; false
-// when one of them runs past the end.
-bool countMovi(QFile& f, qint64 end, AviContents& c) {
+// when one of them runs past the end or the lists nest deeper than any writer nests them.
+bool countMovi(QFile& f, qint64 end, AviContents& c, int depth = 0) {
+    if (depth > kMaxMoviDepth)
+        return false;
     while (f.pos() + 8 <= end) {
         RiffChunkHeader h;
         if (!ReadRiffChunkHeader(f, h))
@@ -56,7 +62,7 @@ bool countMovi(QFile& f, qint64 end, AviContents& c) {
             return false;
         if (h.id == "LIST") {
             f.read(4);
-            if (!countMovi(f, f.pos() + h.size - 4, c))
+            if (!countMovi(f, f.pos() + h.size - 4, c, depth + 1))
                 return false;
         } else {
             if (isVideoChunk(h.id))
@@ -85,7 +91,8 @@ qint64 AviStream::durationMs() const {
     if (scale == 0 || rate == 0)
         return -1;
     const qint64 units = sampleSize > 0 ? bytes / sampleSize : chunks;
-    return qint64((long double)units * scale * 1000 / rate + 0.5L);
+    const long double ms = (long double)units * scale * 1000 / rate + 0.5L;
+    return ms < 9.0e18L ? qint64(ms) : -1;
 }
 
 qint64 AviContents::durationMs(const char* type) const {

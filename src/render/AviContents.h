@@ -15,7 +15,8 @@ struct AviStream {
     qint64 chunks = 0;      // including empty chunks, which hold the previous frame
     qint64 bytes = 0;
 
-    // Milliseconds the stream lasts by its chunks; -1 when its header gives no clock.
+    // Milliseconds the stream lasts by its chunks; -1 when its header gives no clock or one that
+    // makes it last beyond a qint64 of milliseconds.
     qint64 durationMs() const;
 };
 

@@ -152,7 +152,9 @@ qint64 Mp4Contents::durationMs(const char* handler) const {
     const Mp4Track* t = track(handler);
     if (!t || movieTimescale == 0)
         return -1;
-    return qint64((long double)t->trackDuration * 1000 / movieTimescale + 0.5L);
+    const long double ms = (long double)t->trackDuration * 1000 / movieTimescale + 0.5L;
+    // A 64-bit duration in a clock of one tick a second is longer than a qint64 of milliseconds.
+    return ms < 9.0e18L ? qint64(ms) : -1;
 }
 
 Mp4Contents ReadMp4Contents(const QString& fileSpec) {

@@ -28,7 +28,8 @@ struct Mp4Contents {
 
     // The first track of a handler type; nullptr when there is none.
     const Mp4Track* track(const char* handler) const;
-    // A track's presented length in milliseconds; -1 when there is no such track.
+    // A track's presented length in milliseconds; -1 when there is no such track or its length
+    // is beyond a qint64 of milliseconds.
     qint64 durationMs(const char* handler) const;
 };
 

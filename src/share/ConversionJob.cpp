@@ -82,7 +82,7 @@ void ConversionJob::onErrorLine(const QString& line) {
     const qint64 reached = FfmpegProgressMs(line);
     if (reached < 0)
         return;
-    const int percent = int(qBound<qint64>(qint64(0), reached * 100 / m_durationMs, qint64(99)));
+    const int percent = FfmpegProgressPercent(reached, m_durationMs);
     if (percent != m_lastPercent) {
         m_lastPercent = percent;
         emit progress(percent);

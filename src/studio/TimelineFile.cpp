@@ -54,11 +54,15 @@ TimelineReadResult ReadTimelineFile(const QString& fileSpec) {
         r.error = QStringLiteral("the timeline \"%1\" does not exist").arg(fileSpec);
         return r;
     }
+    return ReadTimelineBytes(ReadFileToBytes(fileSpec), info.absolutePath());
+}
+
+TimelineReadResult ReadTimelineBytes(const QByteArray& bytes, const QString& baseFolder) {
     TimelineReadResult decoded;
-    const QString text = DecodeTimelineBytes(ReadFileToBytes(fileSpec), &decoded.error);
+    const QString text = DecodeTimelineBytes(bytes, &decoded.error);
     if (!decoded.ok())
         return decoded;
-    return ParseTimelineText(text, info.absolutePath());
+    return ParseTimelineText(text, baseFolder);
 }
 
 QString TimelineText(const QList<EventRow>& rows, const QString& baseFolder) {

@@ -27,6 +27,8 @@ QString DecodeTimelineBytes(const QByteArray& bytes, QString* error);
 std::optional<EventRow> ParseTimelineLine(const QString& line, const QString& baseFolder,
                                           QString* error);
 TimelineReadResult ParseTimelineText(const QString& text, const QString& baseFolder);
+// The rows of a timeline file's bytes, its relative paths taken from baseFolder.
+TimelineReadResult ReadTimelineBytes(const QByteArray& bytes, const QString& baseFolder);
 TimelineReadResult ReadTimelineFile(const QString& fileSpec);
 
 // Paths inside baseFolder are written relative to it, so the folder can move as a whole.

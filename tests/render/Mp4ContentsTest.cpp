@@ -130,6 +130,18 @@ TEST_F(Mp4Files, HostileBoxesAreRefusedWithoutReadingPastThem) {
     EXPECT_FALSE(ReadMp4Contents(write(file(deep))).complete);
 }
 
+TEST_F(Mp4Files, ALengthBeyondAQint64OfMillisecondsIsNoLength) {
+    // A version 1 track header with the largest 64-bit duration, in the movie's clock of 1000.
+    const QByteArray tkhd = box("tkhd", be32(0x01000000) + QByteArray(24, '\0') +
+                                            QByteArray(8, '\xff') + QByteArray(60, '\0'));
+    QByteArray boxes = kVideo.mid(8);
+    boxes.replace(0, 92, tkhd);
+    const Mp4Contents c = ReadMp4Contents(write(file(box("trak", boxes))));
+    ASSERT_EQ(c.tracks.size(), 1);
+    EXPECT_EQ(c.tracks[0].trackDuration, ~quint64(0));
+    EXPECT_EQ(c.durationMs("vide"), -1);
+}
+
 TEST_F(Mp4Files, APieceMustBeOneVideoTrackOfExactlyItsFrames) {
     const Mp4Container mp4;
     const FrameRate ntsc = FrameRate::ntsc();

@@ -1,0 +1,11 @@
+// The journal of a take's clicks, read back when the studio restores a take after a crash.
+#include "FuzzSupport.h"
+
+#include "take/TakeFiles.h"
+
+using namespace cq;
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    ReadJournalBytes(fuzz::InputBytes(data, size), QStringLiteral("/fuzz/ClipquillTempFiles"));
+    return 0;
+}
