@@ -1,7 +1,5 @@
 #include "app/CommandLine.h"
-
-#include <cstdio>
-#include <cstdlib>
+#include "platform/QuickExit.h"
 
 int main(int argc, char** argv) {
     const int code = cq::RunStudio(argc, argv);
@@ -9,6 +7,5 @@ int main(int argc, char** argv) {
     // What is left are the sound library's own objects, torn down with the program's statics:
     // PulseAudio's client can abort there while its main loop is still busy, which would turn a
     // finished run into a crash. The work is done, so the program leaves without them.
-    std::fflush(nullptr);
-    std::_Exit(code);
+    cq::QuickExit(code);
 }

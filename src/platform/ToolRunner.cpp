@@ -6,6 +6,7 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QPointer>
+#include <QSet>
 
 #include <cerrno>
 #include <csignal>
@@ -26,6 +27,13 @@ namespace {
 
 constexpr qsizetype kMaxKeptError = 64 * 1024;
 constexpr qsizetype kMaxKeptOutput = 4 * 1024 * 1024;
+
+// The processes of runners that went before the event loop reaped them. Each deletes itself once
+// reaped; the ones still waiting when the program leaves stay listed here, not lost.
+QSet<QProcess*>& Unreaped() {
+    static auto* processes = new QSet<QProcess*>;
+    return *processes;
+}
 
 // The shell that runs a script first leaves a guard in the group: it holds the read end of the
 // pipe whose write end only the studio holds (the script's stdin, never written). The guard's
@@ -261,9 +269,12 @@ void ToolRunner::releaseProcess() {
     if (process->state() != QProcess::NotRunning) {
         // Its group has been killed; it goes once the event loop has reaped it, so nothing
         // waits here.
+        Unreaped().insert(process);
         connect(process, &QProcess::stateChanged, process, [process](QProcess::ProcessState s) {
-            if (s == QProcess::NotRunning)
-                process->deleteLater();
+            if (s != QProcess::NotRunning)
+                return;
+            Unreaped().remove(process);
+            process->deleteLater();
         });
     } else if (m_delivering > 0) {
         // Still inside one of its signals: deleting it now would pull it out from under Qt.

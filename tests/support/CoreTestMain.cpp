@@ -1,9 +1,8 @@
 #include <QCoreApplication>
 
-#include <gtest/gtest.h>
+#include "platform/QuickExit.h"
 
-#include <cstdio>
-#include <cstdlib>
+#include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
@@ -11,6 +10,5 @@ int main(int argc, char** argv) {
     const int result = RUN_ALL_TESTS();
     // PulseAudio's client, torn down with the program's statics after a test used sound, can
     // abort while its main loop is still busy; the studio leaves the same way (src/main.cpp).
-    std::fflush(nullptr);
-    std::_Exit(result);
+    cq::QuickExit(result);
 }

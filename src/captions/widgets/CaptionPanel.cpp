@@ -55,6 +55,10 @@ CaptionPanel::CaptionPanel(CaptionTableModel& model, QWidget* parent)
     hide();
 }
 
+CaptionPanel::~CaptionPanel() {
+    m_model.disconnect(this);
+}
+
 void CaptionPanel::buildTable() {
     m_table = new QTableView(this);
     m_table->setObjectName(QStringLiteral("tblCaptions"));

@@ -20,6 +20,9 @@ class CaptionPanel : public QWidget {
     Q_OBJECT
 public:
     explicit CaptionPanel(CaptionTableModel& model, QWidget* parent = nullptr);
+    // An edit still open in the table is committed while QWidget's part closes it, after this
+    // part is gone: the model's answers must no longer reach the panel by then.
+    ~CaptionPanel() override;
 
     // Where "Add" puts a new cue: the time the studio is at, or negative for after the last cue.
     std::function<qint64()> currentTimeMs;
