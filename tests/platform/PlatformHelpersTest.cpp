@@ -10,10 +10,9 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
+#include "support/FileSizeLimit.h"
 
-#include <csignal>
-#include <sys/resource.h>
+#include <gtest/gtest.h>
 
 using namespace cq;
 
@@ -54,14 +53,10 @@ TEST(TextFiles, AWriteTheDiskCutsShortFailsAndKeepsTheOldFile) {
     QTemporaryDir dir;
     const QString file = dir.filePath("a.txt");
     ASSERT_TRUE(WriteWholeFile("old", file));
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit old{};
-    ::getrlimit(RLIMIT_FSIZE, &old);
-    rlimit small = old;
-    small.rlim_cur = 10;
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    test::FileSizeLimit limit(10);
+    ASSERT_TRUE(limit.isSet());
     const bool written = WriteWholeFile(QByteArray(40, 'n'), file);
-    ::setrlimit(RLIMIT_FSIZE, &old);
+    limit.lift();
     EXPECT_FALSE(written);
     EXPECT_EQ(ReadFileToBytes(file), "old");
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{"a.txt"});

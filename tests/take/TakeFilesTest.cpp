@@ -1,6 +1,7 @@
 #include "take/TakeFiles.h"
 #include "platform/TextFiles.h"
 #include "platform/WavFormat.h"
+#include "support/FileSizeLimit.h"
 #include "support/HeldSync.h"
 #include "take/StudioFolderLock.h"
 #include "take/TakeJournal.h"
@@ -14,9 +15,6 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
-
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace cq;
 
@@ -142,16 +140,12 @@ TEST(KeptTake, AFullDiskStopsTheJournalWithAReasonAndKeepsWhatWasWritten) {
     ASSERT_TRUE(journal.start(files.journalFileSpec()));
     QSignalSpy failed(&journal, &TakeJournal::writeFailed);
     // A file may grow no further than 100 bytes: the disk is full for the journal.
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit old{};
-    ::getrlimit(RLIMIT_FSIZE, &old);
-    rlimit small = old;
-    small.rlim_cur = 100;
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    test::FileSizeLimit limit(100);
+    ASSERT_TRUE(limit.isSet());
     int written = 0;
     while (written < 20 && journal.append(pictureRow(written + 1)))
         ++written;
-    ::setrlimit(RLIMIT_FSIZE, &old);
+    limit.lift();
     EXPECT_GE(written, 2);
     EXPECT_LT(written, 20);
     ASSERT_EQ(failed.size(), 1);

@@ -5,6 +5,7 @@
 #include "platform/TextFiles.h"
 #include "platform/WavFormat.h"
 #include "support/CuePrinting.h"
+#include "support/FileSizeLimit.h"
 #include "support/LiveProcesses.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
@@ -36,7 +37,6 @@
 
 #include <csignal>
 #include <cstdio>
-#include <sys/resource.h>
 
 using namespace cq;
 
@@ -155,14 +155,10 @@ TEST(UnsavedTake, AGridCorrectionTheJournalCannotKeepIsToldToTheUser) {
     const QByteArray before = ReadFileToBytes(journal);
     QSignalSpy failed(&t.takeKeeper(), &TakeKeeper::journalFailed);
 
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit old{};
-    ::getrlimit(RLIMIT_FSIZE, &old);
-    rlimit small = old;
-    small.rlim_cur = 10;
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    test::FileSizeLimit limit(10);
+    ASSERT_TRUE(limit.isSet());
     const bool removed = t.grid().removeEventRow(0);
-    ::setrlimit(RLIMIT_FSIZE, &old);
+    limit.lift();
     ASSERT_TRUE(removed);
 
     ASSERT_EQ(failed.size(), 1);

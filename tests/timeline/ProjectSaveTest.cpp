@@ -9,10 +9,9 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
+#include "support/FileSizeLimit.h"
 
-#include <csignal>
-#include <sys/resource.h>
+#include <gtest/gtest.h>
 
 // Failed comparisons show the text, not its bytes.
 inline void PrintTo(const QString& text, std::ostream* os) {
@@ -104,15 +103,11 @@ TEST(ProjectSave, AFailedWriteLeavesTheOldProjectAndNothingBesideIt) {
     // The new voice fits on the disk, the new text picture no longer does.
     const QList<EventRow> rows = test::PrepareVersion(2, saved.work, saved.media);
     WriteWholeFile(QByteArray(200000, 'p'), rows[0].fileSpec);
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit old{};
-    ::getrlimit(RLIMIT_FSIZE, &old);
-    rlimit small = old;
-    small.rlim_cur = static_cast<rlim_t>(test::VersionVoice(2).size() + 10);
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    test::FileSizeLimit limit(static_cast<rlim_t>(test::VersionVoice(2).size() + 10));
+    ASSERT_TRUE(limit.isSet());
     const ProjectResult result = SaveProject(saved.project, rows, saved.work + "/RecordedAudio.wav",
                                              saved.work, test::VersionCaptions(2));
-    ::setrlimit(RLIMIT_FSIZE, &old);
+    limit.lift();
     EXPECT_FALSE(result.ok());
     EXPECT_TRUE(result.error.contains("Two.jpg")) << result.error.toStdString();
     EXPECT_EQ(saved.openedVersion(saved.project), 1);
