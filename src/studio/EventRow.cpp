@@ -65,13 +65,15 @@ std::optional<EventRow> EventRow::fromRowText(const QString& rowText, QString* e
                                    QStringLiteral("Audio"), QString()};
     if (!known.contains(row.mediaType))
         return fail(QStringLiteral("unknown media type \"%1\"").arg(row.mediaType));
-    row.timeLine = fields[2];
+    // The times are kept as the reader reads them, without the blanks around them, so that a
+    // hand-edited file with a form feed beside a time still writes back a row that reads.
+    row.timeLine = fields[2].trimmed();
     const TimeTextRead time = ReadTimeText(row.timeLine, TimeTextForm::Seconds);
     if (!time.ok())
         return fail(QStringLiteral("the time %1").arg(time.problem));
-    row.begVideoAt = fields[3];
+    row.begVideoAt = fields[3].trimmed();
     const TimeTextRead begin = ReadTimeText(row.begVideoAt, TimeTextForm::Seconds);
-    if (!row.begVideoAt.trimmed().isEmpty() && !begin.ok())
+    if (!row.begVideoAt.isEmpty() && !begin.ok())
         return fail(QStringLiteral("the begin position %1").arg(begin.problem));
     row.fileSpec = fields[4];
     if (fields.size() == 6)
