@@ -30,13 +30,13 @@ bool SaveTextToFile(const QString& text, const QString& fileSpec) {
     return SaveBytesToFile(text.toUtf8(), fileSpec);
 }
 
-QByteArray ReadFileToBytes(const QString& fileSpec) {
+QByteArray ReadFileToBytes(const QString& fileSpec, qint64 maxBytes) {
     if (!IsRegularFile(fileSpec))
         return {};
     QFile file(fileSpec);
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    return file.readAll();
+    return maxBytes < 0 ? file.readAll() : file.read(maxBytes);
 }
 
 QString NotARegularFileProblem(const QString& fileSpec) {

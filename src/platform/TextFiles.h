@@ -19,7 +19,9 @@ bool WriteWholeFile(const QByteArray& bytes, const QString& fileSpec);
 // The whole file; empty for an empty path or a file that cannot be read. Only regular files are
 // read: a FIFO without a writer would block the reader for good, a device might never end.
 QString ReadFileToString(const QString& fileSpec);
-QByteArray ReadFileToBytes(const QString& fileSpec);
+// At most maxBytes of it when maxBytes is not negative: a file from outside cannot make the
+// studio hold more than it will ever read.
+QByteArray ReadFileToBytes(const QString& fileSpec, qint64 maxBytes = -1);
 
 // A sentence for the user when something that is not a regular file (a FIFO, a device, a
 // folder) stands where the program expects a file; empty for a regular or a missing file.

@@ -16,15 +16,6 @@ constexpr qint64 kMaxDigestedBytes = 16LL * 1024 * 1024;
 constexpr qint64 kMaxRecordBytes = 1024 * 1024;
 constexpr qsizetype kDigestHexLength = 64;
 
-QByteArray readRecordBytes(const QString& file) {
-    if (!IsRegularFile(file))
-        return {};
-    QFile in(file);
-    if (!in.open(QIODevice::ReadOnly))
-        return {};
-    return in.read(kMaxRecordBytes);
-}
-
 } // namespace
 
 QByteArray DigestOfFile(const QString& file) {
@@ -52,7 +43,7 @@ WrittenFiles::Entries WrittenFiles::read() const {
     Entries entries;
     if (m_record.isEmpty())
         return entries;
-    for (const QByteArray& line : readRecordBytes(m_record).split('\n')) {
+    for (const QByteArray& line : ReadFileToBytes(m_record, kMaxRecordBytes).split('\n')) {
         const qsizetype tab = line.indexOf('\t');
         const QByteArray digest = line.left(tab);
         const QString path = QString::fromUtf8(line.mid(tab + 1)).trimmed();
