@@ -16,6 +16,12 @@ QString GetDigitsOnly(const QString& text);
 // Every byte b becomes 255 - b; its own inverse. Works on the UTF-8 bytes of a text file.
 QByteArray InvertCharacters(const QByteArray& bytes);
 
+// A character no line of a text file can hold as it is: a line break, a tab, NUL and the other
+// controls.
+inline bool IsControlCharacter(QChar c) {
+    return c.category() == QChar::Other_Control;
+}
+
 // Removes every CR LF pair, repeating until none is left.
 QString RemoveLineBreaks(QString text);
 

@@ -1,5 +1,6 @@
 #include "studio/EventRow.h"
 
+#include "platform/TextHelpers.h"
 #include "platform/TimeText.h"
 
 #include <QStringList>
@@ -10,12 +11,9 @@ namespace cq {
 
 namespace {
 
-bool isControl(QChar c) {
-    return c.category() == QChar::Other_Control;
-}
-
 QString withoutControls(QString field) {
-    std::replace_if(field.begin(), field.end(), isControl, QChar(QChar::ReplacementCharacter));
+    std::replace_if(field.begin(), field.end(), IsControlCharacter,
+                    QChar(QChar::ReplacementCharacter));
     return field;
 }
 
@@ -31,7 +29,7 @@ QString EventRow::rowText() const {
 }
 
 bool EventRow::controlCharacterIn(const QString& field) {
-    return std::any_of(field.begin(), field.end(), isControl);
+    return std::any_of(field.begin(), field.end(), IsControlCharacter);
 }
 
 qint64 EventRow::timeMs() const {

@@ -1,5 +1,6 @@
 #include "timeline/EventLogger.h"
 
+#include "platform/TextHelpers.h"
 #include "platform/TimeCode.h"
 #include "studio/EventRow.h"
 #include "timeline/EventGridModel.h"
@@ -13,7 +14,7 @@ namespace {
 // A name as the user can read it in a message: each control character as a visible mark.
 QString visibleControls(QString name) {
     for (QChar& c : name)
-        if (c.category() == QChar::Other_Control)
+        if (IsControlCharacter(c))
             c = QChar(0x2426); // the reverse question mark of the control pictures
     return name;
 }

@@ -8,7 +8,7 @@ QString TextForEventRow(const QString& text) {
     QString t = RemoveLineBreaks(text);
     t.replace(u'\t', u' ');
     // Any other control character would break the row's line, or the file it is kept in.
-    t.removeIf([](QChar c) { return c.category() == QChar::Other_Control; });
+    t.removeIf(IsControlCharacter);
     return t;
 }
 
