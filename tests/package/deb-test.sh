@@ -95,9 +95,15 @@ case_HoldsTheStudioItsFoldersAndDesktopFiles() {
     [[ -d "$app/SystemMediaGen" ]] || fail "missing folder SystemMediaGen"
     # The tool links must name the tools of the declared ffmpeg and imagemagick packages, not
     # wherever the build machine happened to have them.
-    expect_link "$app/System/ffmpeg" /usr/bin/ffmpeg
-    expect_link "$app/System/ffprobe" /usr/bin/ffprobe
-    expect_link "$app/System/convert" /usr/bin/convert
+    local tool
+    for tool in ffmpeg ffprobe convert; do
+        expect_link "$app/System/$tool" "../../../bin/$tool"
+    done
+    expect_file "$root/usr/share/doc/clipquill/copyright"
+    expect_file "$root/usr/share/doc/clipquill/changelog.gz"
+    expect_file "$root/usr/share/man/man1/clipquill.1.gz"
+    grep -q "<project_license>GPL-3.0-or-later</project_license>" \
+        "$root/usr/share/metainfo/$CQ_APP_ID.metainfo.xml" || fail "the metainfo names no licence"
 
     expect_file "$root/usr/share/applications/$CQ_APP_ID.desktop"
     expect_file "$root/usr/share/metainfo/$CQ_APP_ID.metainfo.xml"
@@ -175,12 +181,32 @@ case_DesktopEntryAndMetainfoValidate() {
     grep -q "<id>$CQ_APP_ID</id>" "$metainfo" || fail "the metainfo's id is not $CQ_APP_ID"
 }
 
+# What Debian's archive checks would say of the package: not a single error or warning, and no
+# overrides to hide one.
+case_PassesLintian() {
+    need_deb
+    command -v lintian >/dev/null || fail "lintian is not installed (Debian package lintian)"
+    local report rc=0
+    report="$(lintian --fail-on error,warning --no-tag-display-limit "$(deb_file)" 2>&1)" || rc=$?
+    echo "$report"
+    [[ "$rc" -eq 0 ]] || fail "lintian exited $rc"
+    grep -qE '^[EW]: ' <<<"$report" && fail "lintian reports errors or warnings"
+    extract
+    [[ ! -e "$root/usr/share/lintian/overrides" ]] || fail "the package overrides lintian"
+    return 0
+}
+
 # Runs the unpacked command as a user who cannot write the installation: root writes anywhere,
 # so as root the run switches to the user nobody; an ordinary user gets a tree without write
 # permission on its folders (the files stay readable and keep their modes, as dpkg installs them).
 case_ChecksFromAReadOnlyInstallation() {
     need_deb
     extract
+    # The declared packages' tools, where an installation finds them beside the studio.
+    local tool
+    for tool in ffmpeg ffprobe convert; do
+        ln -s "/usr/bin/$tool" "$root/usr/bin/$tool"
+    done
     local home="$scratch/home" runtime="$scratch/runtime"
     mkdir -p "$home" "$runtime"
     chmod 700 "$runtime"
@@ -221,7 +247,7 @@ case_ChecksFromAReadOnlyInstallation() {
     local carriers="$data/System/MMSServerList.txt"
     [[ -f "$carriers" ]] || fail "System was not copied into $data"
     "${as_user[@]}" test -w "$carriers" || fail "the copied carrier list cannot be extended"
-    [[ "$(readlink "$data/System/ffmpeg")" == /usr/bin/ffmpeg ]] ||
+    [[ "$(readlink -f "$data/System/ffmpeg")" == "$(readlink -f /usr/bin/ffmpeg)" ]] ||
         fail "the copied ffmpeg link points to $(readlink "$data/System/ffmpeg")"
 
     [[ "$(cd "$root" && find . | sort)" == "$before" ]] || fail "the installation was changed"
