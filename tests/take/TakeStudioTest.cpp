@@ -1,3 +1,4 @@
+#include "app/widgets/TimelineStudio.h"
 #include "app/widgets/frmClipquill.h"
 #include "captions/CaptionTableModel.h"
 #include "captions/CaptionsFile.h"
@@ -9,15 +10,14 @@
 #include "support/LiveProcesses.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
+#include "take/Recorder.h"
 #include "take/StudioFolderLock.h"
 #include "take/TakeFiles.h"
+#include "take/TakeKeeper.h"
+#include "take/widgets/RecordingPanel.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
-#include "timeline/Recorder.h"
-#include "timeline/TakeKeeper.h"
 #include "timeline/widgets/ProjectPanel.h"
-#include "timeline/widgets/RecordingPanel.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 #include "../app/StudioProcess.h"
 

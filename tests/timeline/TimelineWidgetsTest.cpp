@@ -1,20 +1,20 @@
 #include "app/widgets/KeepAwake.h"
+#include "app/widgets/TimelineStudio.h"
 #include "app/widgets/frmClipquill.h"
 #include "library/widgets/DisplayPlace.h"
 #include "library/widgets/MediaBrowser.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
+#include "take/Recorder.h"
 #include "take/widgets/LevelBar.h"
 #include "take/widgets/MicrophoneMeter.h"
+#include "take/widgets/RecordingPanel.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogic.h"
 #include "timeline/MediaClickHandler.h"
-#include "timeline/Recorder.h"
 #include "timeline/Replay.h"
 #include "timeline/widgets/EventGridView.h"
 #include "timeline/widgets/ProjectPanel.h"
-#include "timeline/widgets/RecordingPanel.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 #include <QDir>
 #include <QImage>

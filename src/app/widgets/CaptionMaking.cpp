@@ -1,15 +1,15 @@
 #include "app/widgets/CaptionMaking.h"
 
 #include "app/StudioCaptions.h"
+#include "app/widgets/TimelineStudio.h"
 #include "captions/CaptionRecognitionJob.h"
 #include "captions/CaptionTableModel.h"
 #include "captions/widgets/CaptionPanel.h"
 #include "platform/WavFormat.h"
 #include "studio/AppPaths.h"
+#include "take/RecordingController.h"
 #include "timeline/EventGridModel.h"
-#include "timeline/RecordingController.h"
 #include "timeline/RecordingState.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 namespace cq {
 

@@ -1,6 +1,7 @@
 #include "app/widgets/StudioDisplay.h"
 
 #include "app/widgets/MediaStation.h"
+#include "app/widgets/TimelineStudio.h"
 #include "library/playback/MediaPlayer.h"
 #include "library/playback/widgets/VideoPlayerWidget.h"
 #include "library/widgets/DisplayPlace.h"
@@ -12,7 +13,6 @@
 #include "text/widgets/TextFrame.h"
 #include "timeline/EventLogger.h"
 #include "timeline/MediaClickHandler.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 #include <QMessageBox>
 

@@ -8,6 +8,7 @@
 #include "app/widgets/MediaStation.h"
 #include "app/widgets/StudioDisplay.h"
 #include "app/widgets/TabPictureList.h"
+#include "app/widgets/TimelineStudio.h"
 #include "captions/CaptionTableModel.h"
 #include "captions/widgets/CaptionPanel.h"
 #include "library/playback/MediaPlayer.h"
@@ -20,15 +21,14 @@
 #include "render/widgets/RenderPanel.h"
 #include "share/widgets/SharePanel.h"
 #include "studio/FinalMix.h"
+#include "take/RecordingController.h"
+#include "take/TakeKeeper.h"
+#include "take/widgets/RecordingPanel.h"
+#include "take/widgets/TakeQuestions.h"
 #include "timeline/EventGridModel.h"
-#include "timeline/RecordingController.h"
-#include "timeline/TakeKeeper.h"
 #include "timeline/widgets/EventGridView.h"
 #include "timeline/widgets/ProjectPanel.h"
-#include "timeline/widgets/RecordingPanel.h"
 #include "timeline/widgets/SlideShowPanel.h"
-#include "timeline/widgets/TakeQuestions.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 #include <QCloseEvent>
 #include <QComboBox>

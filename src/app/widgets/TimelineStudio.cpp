@@ -1,24 +1,24 @@
-#include "timeline/widgets/TimelineStudio.h"
+#include "app/widgets/TimelineStudio.h"
 
 #include "captions/CaptionTableModel.h"
 #include "studio/AppPaths.h"
 #include "studio/DirectorySettings.h"
+#include "take/Recorder.h"
+#include "take/RecordingController.h"
+#include "take/TakeKeeper.h"
+#include "take/widgets/RecordingPanel.h"
+#include "take/widgets/TakeQuestions.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/FolderPictureList.h"
 #include "timeline/MediaClickHandler.h"
 #include "timeline/QtVoicePlayer.h"
-#include "timeline/Recorder.h"
-#include "timeline/RecordingController.h"
 #include "timeline/RecordingState.h"
 #include "timeline/Replay.h"
 #include "timeline/SlideShow.h"
-#include "timeline/TakeKeeper.h"
 #include "timeline/widgets/EventGridView.h"
 #include "timeline/widgets/ProjectPanel.h"
-#include "timeline/widgets/RecordingPanel.h"
 #include "timeline/widgets/SlideShowPanel.h"
-#include "timeline/widgets/TakeQuestions.h"
 
 #include <QMessageBox>
 
@@ -95,7 +95,8 @@ TimelineStudio::TimelineStudio(Context context, QObject* parent)
 void TimelineStudio::keepTheTake(QWidget* window) {
     m_takeKeeper = new TakeKeeper(*m_controller, *m_logger, *m_captions,
                                   m_context.paths.gstrTempFilesDirectory, this);
-    m_takeQuestions = new TakeQuestions(*m_takeKeeper, *m_projectPanel, window);
+    m_takeQuestions = new TakeQuestions(
+        *m_takeKeeper, [this] { m_projectPanel->cmdSaveProject_Click(); }, window);
     m_controller->mayReplaceTake = [this] {
         return m_takeQuestions->takeMayGo(QStringLiteral("recording a new one"),
                                           [this] { m_controller->cmdRecordVoiceEmail_Click(); });

@@ -1,10 +1,10 @@
-#include "timeline/TakeKeeper.h"
+#include "take/TakeKeeper.h"
 
 #include "captions/CaptionTableModel.h"
 #include "captions/CaptionsFile.h"
+#include "take/RecordingController.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
-#include "timeline/RecordingController.h"
 #include "timeline/RecordingState.h"
 
 #include <QFile>

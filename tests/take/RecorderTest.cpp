@@ -1,4 +1,4 @@
-#include "timeline/Recorder.h"
+#include "take/Recorder.h"
 #include "platform/WavFileWriter.h"
 #include "platform/WavFormat.h"
 

@@ -1,8 +1,8 @@
-#include "timeline/widgets/RecordingPanel.h"
+#include "take/widgets/RecordingPanel.h"
 
 #include "platform/widgets/NamedButton.h"
+#include "take/RecordingController.h"
 #include "take/widgets/MicrophoneMeter.h"
-#include "timeline/RecordingController.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "timeline/Recorder.h"
+#include "take/Recorder.h"
 
 #include <QObject>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "timeline/RecordingController.h"
+#include "take/RecordingController.h"
 
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
