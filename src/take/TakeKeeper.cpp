@@ -76,7 +76,7 @@ void TakeKeeper::onCaptionsChanged() {
 
 void TakeKeeper::stopOnJournalFailure(const QString& why) {
     if (m_logger.state().gblnRecording)
-        m_controller.cmdPause_Click();
+        m_controller.stop();
     emit journalFailed(
         QStringLiteral("Recording"),
         QStringLiteral("The recording was stopped: its clicks could not be written to \"%1\" "

@@ -167,7 +167,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
         w->timeline().projectPanel()->askSaveFolder = [&] {
             return project;
         };
-        w->timeline().projectPanel()->cmdSaveProject_Click();
+        w->timeline().projectPanel()->chooseFolderAndSave();
         EXPECT_TRUE(QFile::exists(project + "/Timeline.txt"));
         EXPECT_TRUE(QFile::exists(project + "/RecordedAudio.wav"));
         w->close(); // the work folder is emptied on the way out
@@ -179,7 +179,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     t.projectPanel()->askOpenFolder = [&] {
         return project;
     };
-    t.projectPanel()->cmdOpenProject_Click();
+    t.projectPanel()->chooseFolderAndOpen();
     ASSERT_EQ(t.grid().rowCount(), 4);
     EXPECT_TRUE(QFile::exists(t.grid().row(1).fileSpec));
     EXPECT_NEAR(w->recordingState().recordingLengthMs, 1900, 300);

@@ -96,7 +96,7 @@ void frmClipquill::buildLayout() {
                                m_displayColumn);
     m_display = new StudioDisplay(*m_media, m_studio, this);
     outer->addLayout(buildTimeline(central));
-    m_display->connectTimeline(*m_timeline);
+    m_display->connectTimeline(m_timeline->clicks(), m_timeline->logger());
     connectRender();
 
     m_displayColumn->addWidget(&m_media->displayPlace());
@@ -196,7 +196,9 @@ QWidget* frmClipquill::buildEventsAndCaptions() {
     m_captionPanel->currentTimeMs = [this] {
         return captionTimeMs();
     };
-    m_captionMaking = new CaptionMaking(m_paths, m_recording, *m_timeline, *m_captionPanel, this);
+    m_captionMaking =
+        new CaptionMaking(m_paths, m_recording, m_timeline->controller(), m_timeline->grid(),
+                          m_timeline->captions(), *m_captionPanel, this);
     connect(m_cmdCaptions, &QPushButton::clicked, m_captionPanel, &CaptionPanel::cmdCaptions_Click);
     eventsAndCaptions->addWidget(m_timeline->gridView());
     eventsAndCaptions->addWidget(m_captionPanel);
@@ -314,7 +316,7 @@ bool frmClipquill::takeLetsClose() {
     if (m_closeAnswered)
         return true;
     if (m_recording.gblnRecording)
-        m_timeline->controller().cmdPause_Click();
+        m_timeline->controller().stop();
     return m_timeline->takeQuestions().takeMayGo(QStringLiteral("closing the studio"), [this] {
         m_closeAnswered = true;
         close();
