@@ -12,8 +12,8 @@ enum class RenderFormat { Avi, Mp4 };
 struct StudioSettings {
     QString gstrVideoRes = QStringLiteral("320X240"); // output frame size, "WIDTHXHEIGHT"
     QString gstrFrameRate = QStringLiteral("29.97");
-    QString gstrCurrentText; // the text being shown, spoken or edited
-    bool gblnCancel = false; // how modal dialogs say they were cancelled
+    // The text being shown, spoken or edited; only the window's display place changes it.
+    QString gstrCurrentText;
     // Videos keep their own sound in a render, mixed under the voice.
     bool keepVideoSound = false;
     RenderFormat renderFormat = RenderFormat::Avi;

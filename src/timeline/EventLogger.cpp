@@ -25,6 +25,10 @@ EventLogger::EventLogger(RecordingState& state, EventGridModel& grid, TimelineCl
                          QObject* parent)
     : QObject(parent), m_state(state), m_grid(grid), m_clock(clock) {}
 
+bool EventLogger::isRecording() const {
+    return m_state.gblnRecording;
+}
+
 bool EventLogger::LogMediaEvent(const QString& mediaType, const QString& fileSpec,
                                 const QString& begVideoAt, const std::optional<QString>& text) {
     if (!m_state.gblnRecording || m_mediaCount >= kMaxEvents)

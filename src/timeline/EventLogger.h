@@ -31,6 +31,8 @@ public:
     // A new recording: the grid back to its header row, the count to 0.
     void reset();
     int mediaCount() const { return m_mediaCount; }
+    // A recording runs: what is brought on screen is logged.
+    bool isRecording() const;
     EventGridModel& grid() { return m_grid; }
     RecordingState& state() { return m_state; }
 

@@ -11,13 +11,12 @@
 
 namespace cq {
 
-MediaClickHandler::MediaClickHandler(RecordingState& state, StudioSettings& studio,
-                                     EventGridModel& grid, EventLogger& logger,
+MediaClickHandler::MediaClickHandler(EventGridModel& grid, EventLogger& logger,
                                      MediaDisplay& display, QString workFolder, QObject* parent)
-    : QObject(parent), m_state(state), m_studio(studio), m_grid(grid), m_logger(logger),
-      m_display(display), m_workFolder(std::move(workFolder)) {}
+    : QObject(parent), m_grid(grid), m_logger(logger), m_display(display),
+      m_workFolder(std::move(workFolder)) {}
 
-void MediaClickHandler::File1_Click(MediaTabId tab, const QString& fileSpec) {
+void MediaClickHandler::showAndLogFile(MediaTabId tab, const QString& fileSpec) {
     const QString mediaType = GetMediaTypeFromFileSpec(fileSpec);
     QString begVideoAt;
     if (mediaType == u"Pictures") {
@@ -37,14 +36,13 @@ void MediaClickHandler::File1_Click(MediaTabId tab, const QString& fileSpec) {
     m_logger.LogMediaEvent(mediaType, fileSpec, begVideoAt);
 }
 
-void MediaClickHandler::lstText_Click(const QString& text, TextOption option,
-                                      bool fromDisplaySwitch) {
+void MediaClickHandler::showAndLogText(const QString& text, TextOption option,
+                                       bool fromDisplaySwitch) {
     if (text.isEmpty() || (!fromDisplaySwitch && toggledBack(text)))
         return;
-    m_studio.gstrCurrentText = text;
     presentText(text, option);
-    if (m_state.gblnRecording && option != TextOption::Speech)
-        logTextEvent(option);
+    if (m_logger.isRecording() && option != TextOption::Speech)
+        logTextEvent(text, option);
 }
 
 bool MediaClickHandler::toggledBack(const QString& text) {
@@ -71,8 +69,8 @@ void MediaClickHandler::presentText(const QString& text, TextOption option) {
     }
 }
 
-void MediaClickHandler::logTextEvent(TextOption option) {
-    const QString logged = TextForEventRow(m_studio.gstrCurrentText);
+void MediaClickHandler::logTextEvent(const QString& text, TextOption option) {
+    const QString logged = TextForEventRow(text);
     const QString fileSpec = m_workFolder + u'/' + TextPictureFileName(logged);
     if (!m_display.saveTextPicture(fileSpec))
         emit textPictureFailed(fileSpec);

@@ -11,23 +11,20 @@ namespace cq {
 class EventGridModel;
 class EventLogger;
 class MediaDisplay;
-struct RecordingState;
-struct StudioSettings;
 
-// The clicks on media items: a file of a browser tab (File1_Click) and an entry of the text
-// list (lstText_Click). The item is shown and, while a recording runs, logged.
+// The clicks on media items: a file of a browser tab and an entry of the text list. The item is
+// shown and, while a recording runs, logged.
 class MediaClickHandler : public QObject {
     Q_OBJECT
 public:
-    MediaClickHandler(RecordingState& state, StudioSettings& studio, EventGridModel& grid,
-                      EventLogger& logger, MediaDisplay& display, QString workFolder,
-                      QObject* parent = nullptr);
+    MediaClickHandler(EventGridModel& grid, EventLogger& logger, MediaDisplay& display,
+                      QString workFolder, QObject* parent = nullptr);
 
-    // A click on a file of a tab's file list.
-    void File1_Click(MediaTabId tab, const QString& fileSpec);
-    // A click on a text-list entry. fromDisplaySwitch marks the display switch's own call,
+    // A file of a tab's file list was clicked.
+    void showAndLogFile(MediaTabId tab, const QString& fileSpec);
+    // A text-list entry was clicked. fromDisplaySwitch marks the display switch's own call,
     // which never toggles back.
-    void lstText_Click(const QString& text, TextOption option, bool fromDisplaySwitch = false);
+    void showAndLogText(const QString& text, TextOption option, bool fromDisplaySwitch = false);
 
     QString previousClickText() const { return m_previousClickText; }
 
@@ -40,10 +37,8 @@ private:
     bool toggledBack(const QString& text);
     void presentText(const QString& text, TextOption option);
     // The text is saved as a picture in the work folder, and its row names that picture.
-    void logTextEvent(TextOption option);
+    void logTextEvent(const QString& text, TextOption option);
 
-    RecordingState& m_state;
-    StudioSettings& m_studio;
     EventGridModel& m_grid;
     EventLogger& m_logger;
     MediaDisplay& m_display;

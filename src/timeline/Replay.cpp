@@ -1,18 +1,14 @@
 #include "timeline/Replay.h"
 
-#include "studio/StudioSettings.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/MediaDisplay.h"
-#include "timeline/RecordingState.h"
 #include "timeline/ReplaySchedule.h"
 #include "timeline/VoicePlayer.h"
 
 namespace cq {
 
-Replay::Replay(RecordingState& state, StudioSettings& studio, EventGridModel& grid,
-               MediaDisplay& display, VoicePlayer& voice, QObject* parent)
-    : QObject(parent), m_state(state), m_studio(studio), m_grid(grid), m_display(display),
-      m_voice(voice) {
+Replay::Replay(EventGridModel& grid, MediaDisplay& display, VoicePlayer& voice, QObject* parent)
+    : QObject(parent), m_grid(grid), m_display(display), m_voice(voice) {
     m_timer.setInterval(kTickMs);
     connect(&m_timer, &QTimer::timeout, this, &Replay::tick);
 }
@@ -20,7 +16,7 @@ Replay::Replay(RecordingState& state, StudioSettings& studio, EventGridModel& gr
 bool Replay::start(const QString& voiceFileSpec) {
     if (m_running)
         return false;
-    m_state.gblnStopAll = false;
+    m_gblnStopAll = false;
     m_running = true;
     m_rowsDone = false;
     m_nextRow = 0;
@@ -35,7 +31,7 @@ bool Replay::start(const QString& voiceFileSpec) {
 void Replay::stop() {
     if (!m_running)
         return;
-    m_state.gblnStopAll = true;
+    m_gblnStopAll = true;
     m_voice.stop();
     tick();
 }
@@ -50,7 +46,7 @@ void Replay::tick() {
         for (const EventRow& r : m_grid.rows())
             times << std::max<qint64>(0, r.timeMs());
         const ReplayStep step =
-            NextReplayStep(times, m_nextRow, m_voice.positionMs(), ended, m_state.gblnStopAll);
+            NextReplayStep(times, m_nextRow, m_voice.positionMs(), ended, m_gblnStopAll);
         m_nextRow = step.nextRow;
         for (int row : step.rowsToShow) {
             showRow(row);
@@ -60,7 +56,7 @@ void Replay::tick() {
         m_rowsDone = step.finished;
     }
     // The voice plays on after the last row; the replay is over when it ends.
-    if (ended || m_state.gblnStopAll)
+    if (ended || m_gblnStopAll)
         finish();
 }
 
@@ -71,8 +67,7 @@ void Replay::showRow(int row) {
     } else if (r.mediaType == u"Video") {
         m_display.showVideo(r.fileSpec, r.begVideoAtMs());
     } else if (r.isTextEvent()) {
-        m_studio.gstrCurrentText = r.text.value_or(QString());
-        m_display.showText(m_studio.gstrCurrentText, false);
+        m_display.showText(r.text.value_or(QString()), false);
     }
     emit rowShown(row);
 }

@@ -8,8 +8,6 @@ namespace cq {
 class EventGridModel;
 class MediaDisplay;
 class VoicePlayer;
-struct RecordingState;
-struct StudioSettings;
 
 // cmdPlayVoiceEmail: a rough draft of the last recording. The recorded voice plays and every
 // row of the event grid comes on screen when the voice reaches its time, until the end or
@@ -19,8 +17,8 @@ class Replay : public QObject {
 public:
     static constexpr int kTickMs = 20;
 
-    Replay(RecordingState& state, StudioSettings& studio, EventGridModel& grid,
-           MediaDisplay& display, VoicePlayer& voice, QObject* parent = nullptr);
+    Replay(EventGridModel& grid, MediaDisplay& display, VoicePlayer& voice,
+           QObject* parent = nullptr);
 
     // Starts a replay of the voice file; false when a replay already runs.
     bool start(const QString& voiceFileSpec);
@@ -38,8 +36,6 @@ private:
     void showRow(int row);
     void finish();
 
-    RecordingState& m_state;
-    StudioSettings& m_studio;
     EventGridModel& m_grid;
     MediaDisplay& m_display;
     VoicePlayer& m_voice;
@@ -47,6 +43,7 @@ private:
     int m_nextRow = 0;
     bool m_rowsDone = false;
     bool m_running = false;
+    bool m_gblnStopAll = false; // Stop was pressed: no further row is shown
 };
 
 } // namespace cq

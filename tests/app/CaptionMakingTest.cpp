@@ -1,4 +1,5 @@
 #include "app/widgets/CaptionMaking.h"
+#include "app/widgets/TimelineStudio.h"
 #include "app/widgets/frmClipquill.h"
 #include "captions/CaptionRecognitionJob.h"
 #include "captions/CaptionTableModel.h"
@@ -9,7 +10,6 @@
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
 #include "timeline/EventGridModel.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,3 +1,4 @@
+#include "app/widgets/TimelineStudio.h"
 #include "app/widgets/frmClipquill.h"
 #include "captions/CaptionTableModel.h"
 #include "captions/widgets/CaptionPanel.h"
@@ -7,7 +8,6 @@
 #include "support/TestRows.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/widgets/EventGridView.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 #include <QCheckBox>
 #include <QPushButton>

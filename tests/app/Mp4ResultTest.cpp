@@ -1,6 +1,7 @@
 #include "OnePictureTake.h"
 
 #include "app/widgets/MediaStation.h"
+#include "app/widgets/TimelineStudio.h"
 #include "app/widgets/frmClipquill.h"
 #include "library/playback/MediaPlayer.h"
 #include "library/widgets/DisplayPlace.h"
@@ -11,7 +12,6 @@
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
 #include "timeline/EventGridModel.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 #include <QAbstractButton>
 #include <QComboBox>

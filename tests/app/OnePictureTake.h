@@ -1,10 +1,10 @@
 #pragma once
 
+#include "app/widgets/TimelineStudio.h"
 #include "app/widgets/frmClipquill.h"
 #include "studio/AppPaths.h"
 #include "support/TestAppFolder.h"
 #include "timeline/EventGridModel.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 #include <QImage>
 #include <QProcess>

@@ -3,6 +3,7 @@
 #include "app/StudioRender.h"
 #include "app/widgets/KeepAwake.h"
 #include "app/widgets/MediaStation.h"
+#include "app/widgets/TimelineStudio.h"
 #include "app/widgets/frmClipquill.h"
 #include "library/playback/MediaPlayer.h"
 #include "library/playback/widgets/VideoPlayerWidget.h"
@@ -16,7 +17,6 @@
 #include "support/TestAppFolder.h"
 #include "support/TestRows.h"
 #include "timeline/EventGridModel.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 #include <QAbstractButton>
 #include <QElapsedTimer>

@@ -1,4 +1,5 @@
 #include "app/widgets/MediaStation.h"
+#include "app/widgets/TimelineStudio.h"
 #include "app/widgets/frmClipquill.h"
 #include "library/playback/MediaPlayer.h"
 #include "library/widgets/DisplayPlace.h"
@@ -7,7 +8,6 @@
 #include "support/TestAppFolder.h"
 #include "text/widgets/TextDisplaySurface.h"
 #include "timeline/EventGridModel.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 #include <QFileInfo>
 #include <QImage>

@@ -1,4 +1,5 @@
 #include "app/widgets/MediaStation.h"
+#include "app/widgets/TimelineStudio.h"
 #include "app/widgets/frmClipquill.h"
 #include "library/FolderListing.h"
 #include "library/PicturesWebPage.h"
@@ -8,7 +9,6 @@
 #include "library/widgets/PageViewer.h"
 #include "support/TestAppFolder.h"
 #include "timeline/EventGridModel.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -1,6 +1,6 @@
 #include "platform/WavFormat.h"
 #include "take/Microphone.h"
-#include "timeline/Recorder.h"
+#include "take/Recorder.h"
 
 #include <QElapsedTimer>
 #include <QFile>

@@ -1,6 +1,5 @@
 #include "text/widgets/SpeechVoice.h"
 #include "ModalHelper.h"
-#include "studio/StudioSettings.h"
 #include "text/widgets/RetiredSpeechEngine.h"
 #include "text/widgets/TextDisplaySurface.h"
 #include "text/widgets/frmDisplayText.h"
@@ -62,12 +61,10 @@ TEST(SpeechVoice, ClickOnTheDisplaySilencesTheVoice) {
     if (!QTextToSpeech::availableEngines().contains("flite"))
         GTEST_SKIP() << "flite engine not installed";
     SpeechVoice voice(QStringLiteral("flite"));
-    StudioSettings studio;
-    studio.gstrCurrentText =
-        "This sentence is long enough to be still spoken when the click comes.";
-    voice.SpeakText(studio.gstrCurrentText);
+    const QString text = "This sentence is long enough to be still spoken when the click comes.";
+    voice.SpeakText(text);
     voice.SpeakText("And this one waits.");
-    frmDisplayText display(studio, &voice);
+    frmDisplayText display(text, &voice);
     const auto watch = cq::test::WhenShown("frmDisplayText", [](QWidget* w) {
         auto* surface = w->findChild<TextDisplaySurface*>("picDisplay");
         QTimer::singleShot(100, surface, [surface] { QTest::mouseClick(surface, Qt::LeftButton); });

@@ -42,8 +42,7 @@ void ClickLater(QWidget* window, const char* name) {
 struct TextFrameFixture : ::testing::Test {
     QTemporaryDir dir;
     QString file = dir.filePath("TTS.txt");
-    StudioSettings studio;
-    TextFrame frame{studio, nullptr, file, {"alpha", "beta", "gamma"}};
+    TextFrame frame{nullptr, file, {"alpha", "beta", "gamma"}};
     QListWidget* list = frame.lstText();
 };
 
@@ -72,6 +71,7 @@ TEST_F(TextFrameFixture, DeleteKeyRemovesTheSelectedEntryAndSavesTheList) {
 
 TEST_F(TextFrameFixture, EditedEntryTypedOverTwoLinesIsJoinedAndSaved) {
     list->setCurrentRow(1);
+    QSignalSpy edited(&frame, &TextFrame::textEdited);
     bool sawDisplay = false;
     const auto sendWatch = WhenShown("frmSendText", [](QWidget* dialog) {
         EXPECT_EQ(Child<QPlainTextEdit>(dialog, "txtMsg")->toPlainText(), "beta");
@@ -86,20 +86,21 @@ TEST_F(TextFrameFixture, EditedEntryTypedOverTwoLinesIsJoinedAndSaved) {
     });
     frame.lstText_DblClick();
     EXPECT_TRUE(sawDisplay);
-    EXPECT_FALSE(studio.gblnCancel);
-    EXPECT_EQ(studio.gstrCurrentText, "HelloWorld");
+    ASSERT_EQ(edited.size(), 1);
+    EXPECT_EQ(edited.at(0).at(0).toString(), "HelloWorld");
     EXPECT_EQ(frame.entries(), QStringList({"alpha", "HelloWorld", "gamma"}));
     EXPECT_EQ(LoadTextList(file), frame.entries());
 }
 
 TEST_F(TextFrameFixture, CancelledEditChangesNothing) {
     list->setCurrentRow(0);
+    QSignalSpy edited(&frame, &TextFrame::textEdited);
     const auto watch = WhenShown("frmSendText", [](QWidget* dialog) {
         Child<QPlainTextEdit>(dialog, "txtMsg")->setPlainText("changed");
         ClickLater(dialog, "lblPreview_2");
     });
     frame.lstText_DblClick();
-    EXPECT_TRUE(studio.gblnCancel);
+    EXPECT_TRUE(edited.isEmpty());
     EXPECT_EQ(frame.entries(), QStringList({"alpha", "beta", "gamma"}));
     EXPECT_FALSE(QFile::exists(file));
 }
@@ -123,7 +124,7 @@ TEST_F(TextFrameFixture, WholeListEditorStoresLinesAsCrLfAndSkipsBlankOnes) {
         ClickLater(editor, "cmdCancel");
     });
     frame.cmdAddMultiLinesOfText_Click();
-    EXPECT_TRUE(studio.gblnCancel);
+    EXPECT_EQ(frame.entries(), QStringList({"one", "two", "three"}));
     EXPECT_EQ(LoadTextList(file), QStringList({"one", "two", "three"}));
 }
 
@@ -149,16 +150,13 @@ TEST_F(TextFrameFixture, ClickReportsTextAndOptionAndBigTextToggles) {
     EXPECT_DOUBLE_EQ(sized.at(0).at(0).toDouble(), 10.0);
 }
 
-TEST(frmDisplayText, ShowsForItsDurationThenDropsLineBreaks) {
-    StudioSettings studio;
-    studio.gstrCurrentText = "Twenty characters\r\nx"; // 20 with the line break
-    frmDisplayText display(studio, nullptr);
+TEST(frmDisplayText, ShowsForItsDurationWithEachParagraphOnALineOfItsOwn) {
+    frmDisplayText display("Twenty characters\r\nx", nullptr); // 20 with the line break
     QElapsedTimer clock;
     clock.start();
     display.exec();
     EXPECT_EQ(display.displayMilliseconds(), 1200);
     EXPECT_GE(clock.elapsed(), 1150);
-    EXPECT_EQ(studio.gstrCurrentText, "Twenty charactersx");
     // The paragraph after the line break starts a line of its own.
     const QStringList lines = display.surface()->layout().lines;
     EXPECT_EQ(lines.last(), "x");
@@ -166,11 +164,10 @@ TEST(frmDisplayText, ShowsForItsDurationThenDropsLineBreaks) {
 }
 
 TEST(frmDisplayText, TooBigTextShowsTheMessageAndClosesAtOnce) {
-    StudioSettings studio;
-    while (studio.gstrCurrentText.size() < 10000)
-        studio.gstrCurrentText += QStringLiteral("word word\r\n");
-    const QString before = studio.gstrCurrentText;
-    frmDisplayText display(studio, nullptr);
+    QString text;
+    while (text.size() < 10000)
+        text += QStringLiteral("word word\r\n");
+    frmDisplayText display(text, nullptr);
     display.resize(640, 480); // the screen of the test platform may be large
     QString message;
     const auto watch = WhenShown("msgTooBig", [&message](QWidget* box) {
@@ -185,14 +182,10 @@ TEST(frmDisplayText, TooBigTextShowsTheMessageAndClosesAtOnce) {
     // A text this long would otherwise stay for many seconds; fitting it on a loaded machine
     // takes one or two, so "at once" is well below the time the text would have been shown.
     EXPECT_LT(clock.elapsed(), 5000);
-    EXPECT_EQ(studio.gstrCurrentText, before);
 }
 
 TEST(frmSendText, EmptyTextNeitherPreviewsNorSaves) {
-    StudioSettings studio;
-    studio.gblnCancel = true;
-    frmSendText dialog(studio, nullptr);
-    EXPECT_FALSE(studio.gblnCancel) << "opening clears the cancel flag";
+    frmSendText dialog(QString(), nullptr);
     EXPECT_EQ(dialog.windowTitle(), "Send Text");
     EXPECT_EQ(Child<QLabel>(&dialog, "Label1")->text(), "Type your message here:");
     dialog.show();

@@ -1,5 +1,4 @@
 #include "FakeMediaDisplay.h"
-#include "studio/StudioSettings.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/EventLogic.h"
@@ -26,12 +25,11 @@ struct ManualClock : TimelineClock {
 struct Bench {
     QTemporaryDir work;
     RecordingState state;
-    StudioSettings studio;
     EventGridModel grid;
     ManualClock clock;
     FakeMediaDisplay display;
     EventLogger logger{state, grid, clock};
-    MediaClickHandler clicks{state, studio, grid, logger, display, work.path()};
+    MediaClickHandler clicks{grid, logger, display, work.path()};
 
     QStringList rowTexts() const {
         QStringList texts;
@@ -93,12 +91,12 @@ TEST(MediaClicks, VideoPictureAndTheSameVideoAgainGiveTheRowsOfARecording) {
     Bench b;
     b.state.gblnRecording = true;
     b.clock.ms = 2000;
-    b.clicks.File1_Click(MediaTabId::Video, "/m/clip.mp4");
+    b.clicks.showAndLogFile(MediaTabId::Video, "/m/clip.mp4");
     b.clock.ms = 7000;
-    b.clicks.File1_Click(MediaTabId::Pictures, "/p/a.jpg");
+    b.clicks.showAndLogFile(MediaTabId::Pictures, "/p/a.jpg");
     b.clock.ms = 9481;
     b.display.positionMs = 7481; // the clip has played on
-    b.clicks.File1_Click(MediaTabId::Video, "/m/clip.mp4");
+    b.clicks.showAndLogFile(MediaTabId::Video, "/m/clip.mp4");
     EXPECT_EQ(b.rowTexts(),
               QStringList({"1\tVideo\t2.000\t\t/m/clip.mp4", "2\tPictures\t7.000\t\t/p/a.jpg",
                            "3\tVideo\t9.481\t7.481\t/m/clip.mp4"}));
@@ -109,17 +107,17 @@ TEST(MediaClicks, VideoPictureAndTheSameVideoAgainGiveTheRowsOfARecording) {
 
 TEST(MediaClicks, SoundsPlayUnloggedUntypedFilesLogEmptyTypeNothingLoggedWhenIdle) {
     Bench b;
-    b.clicks.File1_Click(MediaTabId::Video, "/m/clip.mp4");
-    b.clicks.lstText_Click("Hi", TextOption::Both);
+    b.clicks.showAndLogFile(MediaTabId::Video, "/m/clip.mp4");
+    b.clicks.showAndLogText("Hi", TextOption::Both);
     EXPECT_EQ(b.grid.rowCount(), 0);
     EXPECT_EQ(b.display.calls.first(), "video /m/clip.mp4 @-1");
 
     b.state.gblnRecording = true;
     b.clock.ms = 1500;
-    b.clicks.File1_Click(MediaTabId::Audio, "/music/song.MP3");
+    b.clicks.showAndLogFile(MediaTabId::Audio, "/music/song.MP3");
     EXPECT_TRUE(b.display.calls.contains("audio 1 /music/song.MP3"));
     EXPECT_EQ(b.logger.mediaCount(), 0);
-    b.clicks.File1_Click(MediaTabId::Audio, "/music/tune.mid");
+    b.clicks.showAndLogFile(MediaTabId::Audio, "/music/tune.mid");
     EXPECT_EQ(b.rowTexts(), QStringList({"1\t\t1.500\t\t/music/tune.mid"}));
 }
 
@@ -127,32 +125,31 @@ TEST(MediaClicks, TextClicksSavePicturesToggleBackAndSpeechIsNotLogged) {
     Bench b;
     b.state.gblnRecording = true;
     b.clock.ms = 1000;
-    b.clicks.File1_Click(MediaTabId::Pictures, "/p/a.jpg");
+    b.clicks.showAndLogFile(MediaTabId::Pictures, "/p/a.jpg");
     b.clock.ms = 3000;
-    b.clicks.lstText_Click("Doh!\r\nReally?", TextOption::Text);
+    b.clicks.showAndLogText("Doh!\r\nReally?", TextOption::Text);
     const QString picture = b.work.filePath("DohReally.jpg");
     EXPECT_TRUE(QFileInfo(picture).isFile());
     EXPECT_EQ(b.rowTexts().last(), "2\tText\t3.000\t\t" + picture + "\tDoh!Really?");
-    EXPECT_EQ(b.studio.gstrCurrentText, "Doh!\r\nReally?");
 
     // The same text again goes back to the picture and logs nothing itself.
-    b.clicks.lstText_Click("Doh!\r\nReally?", TextOption::Text);
+    b.clicks.showAndLogText("Doh!\r\nReally?", TextOption::Text);
     EXPECT_EQ(b.display.calls.last(), "switch 1");
     EXPECT_EQ(b.grid.rowCount(), 2);
     EXPECT_TRUE(b.clicks.previousClickText().isEmpty());
 
-    b.clicks.lstText_Click("Say it", TextOption::Speech);
+    b.clicks.showAndLogText("Say it", TextOption::Speech);
     EXPECT_EQ(b.display.calls.last(), "speak Say it");
-    b.clicks.lstText_Click("Both ways", TextOption::Both);
+    b.clicks.showAndLogText("Both ways", TextOption::Both);
     EXPECT_EQ(b.rowTexts().last().section('\t', 1, 1), "Both");
     // The display switch's own call never toggles.
-    b.clicks.lstText_Click("Both ways", TextOption::Both, true);
+    b.clicks.showAndLogText("Both ways", TextOption::Both, true);
     EXPECT_EQ(b.grid.rowCount(), 4);
 
     b.display.canSavePictures = false;
     int failures = 0;
     QObject::connect(&b.clicks, &MediaClickHandler::textPictureFailed, [&] { ++failures; });
-    b.clicks.lstText_Click("Unsaved", TextOption::Text);
+    b.clicks.showAndLogText("Unsaved", TextOption::Text);
     EXPECT_EQ(failures, 1);
     EXPECT_EQ(b.grid.rowCount(), 5);
 }
@@ -165,11 +162,11 @@ TEST(MediaClicks, NamesWithLineBreaksTabsOrControlsAreShownButRefused) {
     QStringList refused;
     QObject::connect(&b.logger, &EventLogger::eventRefused,
                      [&](const QString&, const QString& text) { refused << text; });
-    b.clicks.File1_Click(MediaTabId::Pictures, "/p/a.jpg");
+    b.clicks.showAndLogFile(MediaTabId::Pictures, "/p/a.jpg");
     for (const char* name :
          {"/p/two\nlines.jpg", "/p/tab\there.jpg", "/p/cr\r.jpg", "/p/bell\a.jpg"})
-        b.clicks.File1_Click(MediaTabId::Pictures, QString::fromLatin1(name));
-    b.clicks.File1_Click(MediaTabId::Video, "/m/new\nclip.mp4");
+        b.clicks.showAndLogFile(MediaTabId::Pictures, QString::fromLatin1(name));
+    b.clicks.showAndLogFile(MediaTabId::Video, "/m/new\nclip.mp4");
     EXPECT_EQ(b.display.calls.size(), 6); // every item is still shown
     EXPECT_EQ(b.display.calls[1], "picture /p/two\nlines.jpg");
     EXPECT_EQ(b.rowTexts(), QStringList({"1\tPictures\t0.000\t\t/p/a.jpg"}));
@@ -179,11 +176,11 @@ TEST(MediaClicks, NamesWithLineBreaksTabsOrControlsAreShownButRefused) {
                                              "recorded")))
         << refused[0].toStdString();
     EXPECT_EQ(b.logger.mediaCount(), 1); // the next click is still number 2
-    b.clicks.File1_Click(MediaTabId::Pictures, "/p/b.jpg");
+    b.clicks.showAndLogFile(MediaTabId::Pictures, "/p/b.jpg");
     EXPECT_EQ(b.rowTexts().last(), "2\tPictures\t0.000\t\t/p/b.jpg");
 
     // A text's controls are dropped from its row: it is logged, one field of one line.
-    b.clicks.lstText_Click(QString::fromLatin1("Bell\a and\x1b escape\tend"), TextOption::Text);
+    b.clicks.showAndLogText(QString::fromLatin1("Bell\a and\x1b escape\tend"), TextOption::Text);
     EXPECT_EQ(b.rowTexts().last().section(u'\t', 5), "Bell and escape end");
     EXPECT_EQ(refused.size(), 5);
 }
@@ -193,7 +190,7 @@ TEST(MediaClicks, FiveHundredFastClicksAreAllLoggedInOrderAndRecordEmptiesTheGri
     b.state.gblnRecording = true;
     for (int i = 0; i < 500; ++i) {
         b.clock.ms = i * 3; // faster than anyone clicks
-        b.clicks.File1_Click(MediaTabId::Pictures, QStringLiteral("/p/%1.png").arg(i));
+        b.clicks.showAndLogFile(MediaTabId::Pictures, QStringLiteral("/p/%1.png").arg(i));
     }
     ASSERT_EQ(b.grid.rowCount(), 500);
     for (int r = 0; r < 500; ++r) {
@@ -202,7 +199,7 @@ TEST(MediaClicks, FiveHundredFastClicksAreAllLoggedInOrderAndRecordEmptiesTheGri
     }
     b.logger.reset();
     EXPECT_EQ(b.grid.rowCount(), 0);
-    b.clicks.File1_Click(MediaTabId::Pictures, "/p/x.png");
+    b.clicks.showAndLogFile(MediaTabId::Pictures, "/p/x.png");
     EXPECT_EQ(b.grid.text(0, 0), "1");
 }
 

@@ -1,20 +1,20 @@
 #include "app/widgets/KeepAwake.h"
+#include "app/widgets/TimelineStudio.h"
 #include "app/widgets/frmClipquill.h"
 #include "library/widgets/DisplayPlace.h"
 #include "library/widgets/MediaBrowser.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
+#include "take/Recorder.h"
 #include "take/widgets/LevelBar.h"
 #include "take/widgets/MicrophoneMeter.h"
+#include "take/widgets/RecordingPanel.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogic.h"
 #include "timeline/MediaClickHandler.h"
-#include "timeline/Recorder.h"
 #include "timeline/Replay.h"
 #include "timeline/widgets/EventGridView.h"
 #include "timeline/widgets/ProjectPanel.h"
-#include "timeline/widgets/RecordingPanel.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 #include <QDir>
 #include <QImage>
@@ -167,7 +167,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
         w->timeline().projectPanel()->askSaveFolder = [&] {
             return project;
         };
-        w->timeline().projectPanel()->cmdSaveProject_Click();
+        w->timeline().projectPanel()->chooseFolderAndSave();
         EXPECT_TRUE(QFile::exists(project + "/Timeline.txt"));
         EXPECT_TRUE(QFile::exists(project + "/RecordedAudio.wav"));
         w->close(); // the work folder is emptied on the way out
@@ -179,7 +179,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     t.projectPanel()->askOpenFolder = [&] {
         return project;
     };
-    t.projectPanel()->cmdOpenProject_Click();
+    t.projectPanel()->chooseFolderAndOpen();
     ASSERT_EQ(t.grid().rowCount(), 4);
     EXPECT_TRUE(QFile::exists(t.grid().row(1).fileSpec));
     EXPECT_NEAR(w->recordingState().recordingLengthMs, 1900, 300);

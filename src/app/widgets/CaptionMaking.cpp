@@ -6,26 +6,25 @@
 #include "captions/widgets/CaptionPanel.h"
 #include "platform/WavFormat.h"
 #include "studio/AppPaths.h"
+#include "take/RecordingController.h"
 #include "timeline/EventGridModel.h"
-#include "timeline/RecordingController.h"
 #include "timeline/RecordingState.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 namespace cq {
 
-CaptionMaking::CaptionMaking(const AppPaths& paths, RecordingState& recording,
-                             TimelineStudio& timeline, CaptionPanel& panel, QObject* parent)
-    : QObject(parent), m_paths(paths), m_recording(recording), m_timeline(timeline),
+CaptionMaking::CaptionMaking(const AppPaths& paths, const RecordingState& recording,
+                             RecordingController& controller, const EventGridModel& grid,
+                             CaptionTableModel& captions, CaptionPanel& panel, QObject* parent)
+    : QObject(parent), m_paths(paths), m_recording(recording), m_grid(grid), m_captions(captions),
       m_panel(panel) {
     m_panel.setMakeCaptions([this] { start(); });
     m_panel.setCancelMaking([this] { cancel(); });
-    connect(&m_timeline.controller(), &RecordingController::recordingChanged, this,
-            [this](bool recording) {
-                if (recording)
-                    cancel();
-            });
+    connect(&controller, &RecordingController::recordingChanged, this, [this](bool recording) {
+        if (recording)
+            cancel();
+    });
     // Cues put in by anyone else (a new take, a project, a restored take) are of another voice.
-    connect(&m_timeline.captions(), &CaptionTableModel::modelReset, this, [this] {
+    connect(&m_captions, &CaptionTableModel::modelReset, this, [this] {
         if (!m_replacing)
             cancel();
     });
@@ -82,10 +81,9 @@ void CaptionMaking::onProgressed(int percent) {
 }
 
 void CaptionMaking::onFinished(const CaptionCues& cues) {
-    const CaptionCues all =
-        VoiceAndTextCues(cues, m_timeline.grid().rows(), m_recording.recordingLengthMs);
+    const CaptionCues all = VoiceAndTextCues(cues, m_grid.rows(), m_recording.recordingLengthMs);
     m_replacing = true;
-    m_timeline.captions().replaceCues(all);
+    m_captions.replaceCues(all);
     m_replacing = false;
     // Recognition is a draft: the line says so, short enough to stay one line under the table.
     ended(cues.isEmpty() ? QStringLiteral("No words were heard; the captions are the texts'.")

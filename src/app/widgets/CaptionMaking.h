@@ -10,8 +10,10 @@ namespace cq {
 
 struct AppPaths;
 class CaptionPanel;
+class CaptionTableModel;
+class EventGridModel;
+class RecordingController;
 struct RecordingState;
-class TimelineStudio;
 
 // "Make Captions" in the studio: recognises the take's voice in the background, shows how far
 // it has come in the caption panel, and puts the words heard, with the cues of the typed texts,
@@ -20,8 +22,11 @@ class TimelineStudio;
 class CaptionMaking : public QObject {
     Q_OBJECT
 public:
-    CaptionMaking(const AppPaths& paths, RecordingState& recording, TimelineStudio& timeline,
-                  CaptionPanel& panel, QObject* parent = nullptr);
+    // The take is the one the controller records, with the grid's rows and the editor's
+    // captions; the panel shows how far the making has come.
+    CaptionMaking(const AppPaths& paths, const RecordingState& recording,
+                  RecordingController& controller, const EventGridModel& grid,
+                  CaptionTableModel& captions, CaptionPanel& panel, QObject* parent = nullptr);
     ~CaptionMaking() override;
 
     // The running recognition, if any.
@@ -42,8 +47,9 @@ private:
     void ended(const QString& status);
 
     const AppPaths& m_paths;
-    RecordingState& m_recording;
-    TimelineStudio& m_timeline;
+    const RecordingState& m_recording;
+    const EventGridModel& m_grid;
+    CaptionTableModel& m_captions;
     CaptionPanel& m_panel;
     QPointer<CaptionRecognitionJob> m_job;
     // The editor's cues are being replaced by the ones made here, not by someone else.

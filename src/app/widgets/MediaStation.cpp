@@ -26,7 +26,7 @@ MediaStation::MediaStation(const AppPaths& paths, DirectorySettings& settings,
     m_browser = new MediaBrowser(paths, settings, LocateConvert(paths.gstrImageMagickFileSpec),
                                  pool, mediaArea);
     m_display = new DisplayPlace(paths, displayParent);
-    m_fraText = new TextFrame(studio, m_vox, paths.textListFileSpec, textList, mediaArea);
+    m_fraText = new TextFrame(m_vox, paths.textListFileSpec, textList, mediaArea);
     connect(m_fraText, &TextFrame::listChanged, this,
             [this, &textList] { textList = m_fraText->entries(); });
     buildPlayers(mediaArea, displayParent);

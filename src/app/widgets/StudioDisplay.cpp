@@ -12,7 +12,6 @@
 #include "text/widgets/TextFrame.h"
 #include "timeline/EventLogger.h"
 #include "timeline/MediaClickHandler.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 #include <QMessageBox>
 
@@ -27,21 +26,21 @@ QString seconds(qint64 ms, int decimals) {
 StudioDisplay::StudioDisplay(MediaStation& media, StudioSettings& studio, QObject* parent)
     : QObject(parent), m_media(media), m_studio(studio) {}
 
-void StudioDisplay::connectTimeline(TimelineStudio& timeline) {
-    m_timeline = &timeline;
-    MediaClickHandler* clicks = &timeline.clicks();
-    EventLogger* logger = &timeline.logger();
+void StudioDisplay::connectTimeline(MediaClickHandler& clicks, EventLogger& events) {
+    m_clicks = &clicks;
+    m_logger = &events;
+    EventLogger* logger = m_logger;
     MediaBrowser& browser = m_media.mediaBrowser();
     DisplayPlace& place = m_media.displayPlace();
 
-    connect(&browser, &MediaBrowser::fileClicked, clicks, &MediaClickHandler::File1_Click);
+    connect(&browser, &MediaBrowser::fileClicked, this, &StudioDisplay::File1_Click);
     // A thumbnail click shows the picture by itself; only the logging is left to do.
     connect(
         &browser, &MediaBrowser::mediaEventRequested, logger,
         [logger](const QString& type, const QString& file) { logger->LogMediaEvent(type, file); });
-    connect(
-        m_media.fraText(), &TextFrame::textClicked, clicks,
-        [clicks](const QString& text, TextOption option) { clicks->lstText_Click(text, option); });
+    connect(m_media.fraText(), &TextFrame::textClicked, this, &StudioDisplay::lstText_Click);
+    connect(m_media.fraText(), &TextFrame::textEdited, this,
+            [this](const QString& text) { m_studio.gstrCurrentText = text; });
     connect(&place, &DisplayPlace::displaySwitchClicked, this, &StudioDisplay::afterDisplaySwitch);
     connect(&place, &DisplayPlace::fullScreenClicked, this, &StudioDisplay::cmdFullScreen_Click);
 
@@ -100,6 +99,7 @@ void StudioDisplay::showPicture(const QString& fileSpec) {
 }
 
 void StudioDisplay::showText(const QString& text, bool speak) {
+    m_studio.gstrCurrentText = text;
     DisplayPlace& place = m_media.displayPlace();
     place.showSurface(DisplaySurface::Text);
     if (!m_media.picDisplay()->Preview(text)) {
@@ -114,6 +114,7 @@ void StudioDisplay::showText(const QString& text, bool speak) {
 }
 
 void StudioDisplay::speakText(const QString& text) {
+    m_studio.gstrCurrentText = text;
     m_media.vox()->SpeakText(text);
 }
 
@@ -136,20 +137,28 @@ QString StudioDisplay::pictureForSwitch() const {
 }
 
 void StudioDisplay::afterDisplaySwitch(DisplaySurface view) {
-    if (!m_timeline)
+    if (!m_logger)
         return;
     if (view == DisplaySurface::Video) {
         if (!currentVideo().isEmpty())
-            m_timeline->logger().LogMediaEvent(QStringLiteral("Video"), currentVideo(),
-                                               seconds(videoPositionMs(), 2));
+            m_logger->LogMediaEvent(QStringLiteral("Video"), currentVideo(),
+                                    seconds(videoPositionMs(), 2));
     } else if (view == DisplaySurface::Picture) {
         const QString picture = pictureForSwitch();
         if (!picture.isEmpty())
-            m_timeline->logger().LogMediaEvent(QStringLiteral("Pictures"), picture);
+            m_logger->LogMediaEvent(QStringLiteral("Pictures"), picture);
     } else if (view == DisplaySurface::Text) {
-        m_timeline->clicks().lstText_Click(m_studio.gstrCurrentText,
-                                           m_media.fraText()->selectedOption(), true);
+        m_clicks->showAndLogText(m_studio.gstrCurrentText, m_media.fraText()->selectedOption(),
+                                 true);
     }
+}
+
+void StudioDisplay::File1_Click(MediaTabId tab, const QString& fileSpec) {
+    m_clicks->showAndLogFile(tab, fileSpec);
+}
+
+void StudioDisplay::lstText_Click(const QString& text, TextOption option) {
+    m_clicks->showAndLogText(text, option);
 }
 
 void StudioDisplay::cmdFullScreen_Click() {

@@ -1,13 +1,15 @@
 #pragma once
 
+#include "text/TextOption.h"
 #include "timeline/MediaDisplay.h"
 
 #include <QObject>
 
 namespace cq {
 
+class EventLogger;
+class MediaClickHandler;
 class MediaStation;
-class TimelineStudio;
 struct StudioSettings;
 
 // The display place as the timeline drives it, made of the window's own parts: the video
@@ -19,7 +21,8 @@ class StudioDisplay : public QObject, public MediaDisplay {
 public:
     StudioDisplay(MediaStation& media, StudioSettings& studio, QObject* parent = nullptr);
 
-    void connectTimeline(TimelineStudio& timeline);
+    // clicks shows and logs the clicked items; logger logs what is brought on screen otherwise.
+    void connectTimeline(MediaClickHandler& clicks, EventLogger& logger);
 
     void showVideo(const QString& fileSpec, qint64 beginMs) override;
     QString currentVideo() const override;
@@ -44,10 +47,13 @@ private:
     // The Pictures tab's selected file, else the picture shown last.
     QString pictureForSwitch() const;
     void cmdFullScreen_Click();
+    void File1_Click(MediaTabId tab, const QString& fileSpec);
+    void lstText_Click(const QString& text, TextOption option);
 
     MediaStation& m_media;
     StudioSettings& m_studio;
-    TimelineStudio* m_timeline = nullptr;
+    MediaClickHandler* m_clicks = nullptr;
+    EventLogger* m_logger = nullptr;
 };
 
 } // namespace cq

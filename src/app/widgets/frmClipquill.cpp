@@ -8,6 +8,7 @@
 #include "app/widgets/MediaStation.h"
 #include "app/widgets/StudioDisplay.h"
 #include "app/widgets/TabPictureList.h"
+#include "app/widgets/TimelineStudio.h"
 #include "captions/CaptionTableModel.h"
 #include "captions/widgets/CaptionPanel.h"
 #include "library/playback/MediaPlayer.h"
@@ -20,15 +21,14 @@
 #include "render/widgets/RenderPanel.h"
 #include "share/widgets/SharePanel.h"
 #include "studio/FinalMix.h"
+#include "take/RecordingController.h"
+#include "take/TakeKeeper.h"
+#include "take/widgets/RecordingPanel.h"
+#include "take/widgets/TakeQuestions.h"
 #include "timeline/EventGridModel.h"
-#include "timeline/RecordingController.h"
-#include "timeline/TakeKeeper.h"
 #include "timeline/widgets/EventGridView.h"
 #include "timeline/widgets/ProjectPanel.h"
-#include "timeline/widgets/RecordingPanel.h"
 #include "timeline/widgets/SlideShowPanel.h"
-#include "timeline/widgets/TakeQuestions.h"
-#include "timeline/widgets/TimelineStudio.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -96,7 +96,7 @@ void frmClipquill::buildLayout() {
                                m_displayColumn);
     m_display = new StudioDisplay(*m_media, m_studio, this);
     outer->addLayout(buildTimeline(central));
-    m_display->connectTimeline(*m_timeline);
+    m_display->connectTimeline(m_timeline->clicks(), m_timeline->logger());
     connectRender();
 
     m_displayColumn->addWidget(&m_media->displayPlace());
@@ -196,7 +196,9 @@ QWidget* frmClipquill::buildEventsAndCaptions() {
     m_captionPanel->currentTimeMs = [this] {
         return captionTimeMs();
     };
-    m_captionMaking = new CaptionMaking(m_paths, m_recording, *m_timeline, *m_captionPanel, this);
+    m_captionMaking =
+        new CaptionMaking(m_paths, m_recording, m_timeline->controller(), m_timeline->grid(),
+                          m_timeline->captions(), *m_captionPanel, this);
     connect(m_cmdCaptions, &QPushButton::clicked, m_captionPanel, &CaptionPanel::cmdCaptions_Click);
     eventsAndCaptions->addWidget(m_timeline->gridView());
     eventsAndCaptions->addWidget(m_captionPanel);
@@ -314,7 +316,7 @@ bool frmClipquill::takeLetsClose() {
     if (m_closeAnswered)
         return true;
     if (m_recording.gblnRecording)
-        m_timeline->controller().cmdPause_Click();
+        m_timeline->controller().stop();
     return m_timeline->takeQuestions().takeMayGo(QStringLiteral("closing the studio"), [this] {
         m_closeAnswered = true;
         close();

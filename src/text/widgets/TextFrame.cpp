@@ -20,9 +20,9 @@
 
 namespace cq {
 
-TextFrame::TextFrame(StudioSettings& studio, SpeechVoice* voice, const QString& textListFileSpec,
+TextFrame::TextFrame(SpeechVoice* voice, const QString& textListFileSpec,
                      const QStringList& entries, QWidget* parent)
-    : QFrame(parent), m_studio(studio), m_voice(voice), m_fileSpec(textListFileSpec) {
+    : QFrame(parent), m_voice(voice), m_fileSpec(textListFileSpec) {
     setObjectName(QStringLiteral("fraText"));
     setAccessibleName(QStringLiteral("Texts"));
     auto* layout = new QVBoxLayout(this);
@@ -105,14 +105,13 @@ void TextFrame::lstText_DblClick() {
     QListWidgetItem* item = m_lstText->currentItem();
     if (!item)
         return;
-    m_studio.gstrCurrentText = item->text();
-    frmSendText dialog(m_studio, m_voice, window());
-    dialog.exec();
-    if (m_studio.gblnCancel || m_studio.gstrCurrentText.isEmpty())
+    frmSendText dialog(item->text(), m_voice, window());
+    if (dialog.exec() != QDialog::Accepted)
         return;
-    m_studio.gstrCurrentText = RemoveLineBreaks(m_studio.gstrCurrentText);
-    item->setText(m_studio.gstrCurrentText);
+    const QString text = RemoveLineBreaks(dialog.typedText());
+    item->setText(text);
     saveList();
+    emit textEdited(text);
 }
 
 void TextFrame::lstText_KeyDown(int key) {
@@ -129,9 +128,8 @@ void TextFrame::cmdAddMultiLinesOfText_Click() {
     QString text;
     if (QFileInfo::exists(m_fileSpec))
         text = DecodeTextListForEditing(ReadFileToBytes(m_fileSpec));
-    frmAddMultipleLinesOfText editor(m_studio, m_fileSpec, text, window());
-    editor.exec();
-    if (m_studio.gblnCancel || editor.result() != QDialog::Accepted)
+    frmAddMultipleLinesOfText editor(m_fileSpec, text, window());
+    if (editor.exec() != QDialog::Accepted)
         return;
     setEntries(LoadTextList(m_fileSpec));
     emit listChanged();

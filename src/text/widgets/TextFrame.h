@@ -1,6 +1,5 @@
 #pragma once
 
-#include "studio/StudioSettings.h"
 #include "text/TextOption.h"
 
 #include <QFrame>
@@ -24,8 +23,8 @@ public:
     static constexpr double kSmallListPointSize = 8.25;
     static constexpr double kLargeListPointSize = 10.0;
 
-    TextFrame(StudioSettings& studio, SpeechVoice* voice, const QString& textListFileSpec,
-              const QStringList& entries, QWidget* parent = nullptr);
+    TextFrame(SpeechVoice* voice, const QString& textListFileSpec, const QStringList& entries,
+              QWidget* parent = nullptr);
 
     QStringList entries() const;
     TextOption selectedOption() const;
@@ -42,6 +41,8 @@ signals:
     // The lists' font size changed; the file lists follow the text list.
     void listPointSizeChanged(double pointSize);
     void listChanged();
+    // An entry was edited into this text, which is then the text being shown.
+    void textEdited(const QString& text);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -50,7 +51,6 @@ private:
     void saveList();
     void setEntries(const QStringList& entries);
 
-    StudioSettings& m_studio;
     QPointer<SpeechVoice> m_voice;
     QString m_fileSpec;
     QListWidget* m_lstText = nullptr;

@@ -12,10 +12,9 @@
 
 namespace cq {
 
-frmAddMultipleLinesOfText::frmAddMultipleLinesOfText(StudioSettings& studio,
-                                                     const QString& textListFileSpec,
+frmAddMultipleLinesOfText::frmAddMultipleLinesOfText(const QString& textListFileSpec,
                                                      const QString& text, QWidget* parent)
-    : QDialog(parent), m_studio(studio), m_fileSpec(textListFileSpec) {
+    : QDialog(parent), m_fileSpec(textListFileSpec) {
     setObjectName(QStringLiteral("frmAddMultipleLinesOfText"));
     setWindowTitle(QStringLiteral("Add Multiple Lines Of Text"));
     auto* layout = new QVBoxLayout(this);
@@ -43,7 +42,6 @@ frmAddMultipleLinesOfText::frmAddMultipleLinesOfText(StudioSettings& studio,
     connect(m_cmdCancel, &QPushButton::clicked, this, &frmAddMultipleLinesOfText::reject);
 
     resize(480, 360);
-    m_studio.gblnCancel = false;
 }
 
 void frmAddMultipleLinesOfText::showEvent(QShowEvent* event) {
@@ -55,7 +53,6 @@ void frmAddMultipleLinesOfText::showEvent(QShowEvent* event) {
 }
 
 void frmAddMultipleLinesOfText::cmdOK_Click() {
-    m_studio.gblnCancel = false;
     QString text = m_txtMultipleLinesOfText->toPlainText();
     text.replace(u'\n', QStringLiteral("\r\n"));
     if (!SaveTextListText(text, m_fileSpec)) {
@@ -65,11 +62,6 @@ void frmAddMultipleLinesOfText::cmdOK_Click() {
         return;
     }
     accept();
-}
-
-void frmAddMultipleLinesOfText::reject() {
-    m_studio.gblnCancel = true;
-    QDialog::reject();
 }
 
 } // namespace cq

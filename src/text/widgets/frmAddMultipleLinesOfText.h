@@ -1,6 +1,6 @@
 #pragma once
 
-#include "studio/StudioSettings.h"
+#include <QString>
 
 #include <QDialog>
 
@@ -15,11 +15,8 @@ class frmAddMultipleLinesOfText : public QDialog {
     Q_OBJECT
 public:
     // text: the current list, entries separated by CR LF.
-    frmAddMultipleLinesOfText(StudioSettings& studio, const QString& textListFileSpec,
-                              const QString& text, QWidget* parent = nullptr);
-
-public slots:
-    void reject() override;
+    frmAddMultipleLinesOfText(const QString& textListFileSpec, const QString& text,
+                              QWidget* parent = nullptr);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -27,7 +24,6 @@ protected:
 private:
     void cmdOK_Click();
 
-    StudioSettings& m_studio;
     QString m_fileSpec;
     QPlainTextEdit* m_txtMultipleLinesOfText = nullptr;
     QPushButton* m_cmdOK = nullptr;

@@ -11,8 +11,9 @@
 
 namespace cq {
 
-frmDisplayText::frmDisplayText(StudioSettings& studio, SpeechVoice* voice, QWidget* parent)
-    : QDialog(parent, Qt::Window | Qt::FramelessWindowHint), m_studio(studio), m_voice(voice) {
+frmDisplayText::frmDisplayText(QString text, SpeechVoice* voice, QWidget* parent)
+    : QDialog(parent, Qt::Window | Qt::FramelessWindowHint), m_text(std::move(text)),
+      m_voice(voice) {
     setObjectName(QStringLiteral("frmDisplayText"));
     setWindowTitle(QStringLiteral("Text"));
     setStyleSheet(QStringLiteral("background: black;"));
@@ -56,15 +57,12 @@ void frmDisplayText::Form_Load() {
         m_tmrDisplayTime->start();
         return;
     }
-    const int duration =
-        DisplayDurationMilliseconds(static_cast<int>(m_studio.gstrCurrentText.size()));
-    m_studio.gstrCurrentText = RemoveLineBreaks(m_studio.gstrCurrentText);
-    m_tmrDisplayTime->setInterval(duration);
+    m_tmrDisplayTime->setInterval(DisplayDurationMilliseconds(static_cast<int>(m_text.size())));
     m_tmrDisplayTime->start();
 }
 
 bool frmDisplayText::Preview() {
-    if (m_picDisplay->Preview(m_studio.gstrCurrentText))
+    if (m_picDisplay->Preview(m_text))
         return true;
     ShowMessageTooBig(this);
     return false;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "studio/StudioSettings.h"
+#include <QString>
 
 #include <QDialog>
 #include <QPointer>
@@ -12,12 +12,12 @@ namespace cq {
 class SpeechVoice;
 class TextDisplaySurface;
 
-// Shows the current text over the whole screen, as large as it fits, for a time that grows with
+// Shows a text over the whole screen, as large as it fits, for a time that grows with
 // its length. A click closes it at once and silences the voice.
 class frmDisplayText : public QDialog {
     Q_OBJECT
 public:
-    frmDisplayText(StudioSettings& studio, SpeechVoice* voice, QWidget* parent = nullptr);
+    frmDisplayText(QString text, SpeechVoice* voice, QWidget* parent = nullptr);
 
     TextDisplaySurface* surface() const { return m_picDisplay; }
     int displayMilliseconds() const;
@@ -31,7 +31,7 @@ private:
     void picDisplay_Click();
     void tmrDisplayTime_Timer();
 
-    StudioSettings& m_studio;
+    QString m_text;
     QPointer<SpeechVoice> m_voice;
     TextDisplaySurface* m_picDisplay = nullptr;
     QTimer* m_tmrDisplayTime = nullptr;

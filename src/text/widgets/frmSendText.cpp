@@ -20,8 +20,8 @@ QString toCrLf(QString text) {
 }
 } // namespace
 
-frmSendText::frmSendText(StudioSettings& studio, SpeechVoice* voice, QWidget* parent)
-    : QDialog(parent), m_studio(studio), m_voice(voice) {
+frmSendText::frmSendText(const QString& text, SpeechVoice* voice, QWidget* parent)
+    : QDialog(parent), m_voice(voice) {
     setObjectName(QStringLiteral("frmSendText"));
     setWindowTitle(QStringLiteral("Send Text"));
 
@@ -51,12 +51,11 @@ frmSendText::frmSendText(StudioSettings& studio, SpeechVoice* voice, QWidget* pa
     }
     layout->addLayout(buttons);
     resize(420, 220);
-    Form_Load();
+    Form_Load(text);
 }
 
-void frmSendText::Form_Load() {
-    m_studio.gblnCancel = false;
-    QString shown = m_studio.gstrCurrentText;
+void frmSendText::Form_Load(const QString& text) {
+    QString shown = text;
     m_txtMsg->setPlainText(shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
 }
 
@@ -83,9 +82,9 @@ void frmSendText::lblPreview_Click(int index) {
 }
 
 void frmSendText::preview() {
-    m_studio.gstrCurrentText = typedText();
-    if (!m_studio.gstrCurrentText.isEmpty())
-        showTextFullScreen();
+    const QString text = typedText();
+    if (!text.isEmpty())
+        showTextFullScreen(text);
 }
 
 void frmSendText::saveAndClose() {
@@ -93,19 +92,12 @@ void frmSendText::saveAndClose() {
     if (text.isEmpty())
         return;
     hide();
-    m_studio.gstrCurrentText = text;
-    showTextFullScreen();
-    m_studio.gblnCancel = false;
+    showTextFullScreen(text);
     done(QDialog::Accepted);
 }
 
-void frmSendText::reject() {
-    m_studio.gblnCancel = true;
-    QDialog::reject();
-}
-
-void frmSendText::showTextFullScreen() {
-    frmDisplayText display(m_studio, m_voice, parentWidget() ? parentWidget() : this);
+void frmSendText::showTextFullScreen(const QString& text) {
+    frmDisplayText display(text, m_voice, parentWidget() ? parentWidget() : this);
     display.exec();
 }
 

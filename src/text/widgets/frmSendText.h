@@ -1,6 +1,6 @@
 #pragma once
 
-#include "studio/StudioSettings.h"
+#include <QString>
 
 #include <QDialog>
 #include <QPointer>
@@ -13,31 +13,28 @@ namespace cq {
 
 class SpeechVoice;
 
-// "Send Text": types or edits the current text. Save leaves it in the current text (shown once
-// over the whole screen); Cancel raises the cancel flag.
+// "Send Text": types or edits a text. Save shows it once over the whole screen and accepts the
+// dialog, whose answer is then typedText(); Cancel rejects it.
 class frmSendText : public QDialog {
     Q_OBJECT
 public:
-    frmSendText(StudioSettings& studio, SpeechVoice* voice, QWidget* parent = nullptr);
+    // text: what the box starts with.
+    frmSendText(const QString& text, SpeechVoice* voice, QWidget* parent = nullptr);
 
     // The typed text with its line breaks as CR LF.
     QString typedText() const;
-
-public slots:
-    void reject() override;
 
 protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    void Form_Load();
+    void Form_Load(const QString& text);
     // The three buttons "Preview", "Save" and "Cancel", in that order.
     void lblPreview_Click(int index);
     void preview();
     void saveAndClose();
-    void showTextFullScreen();
+    void showTextFullScreen(const QString& text);
 
-    StudioSettings& m_studio;
     QPointer<SpeechVoice> m_voice;
     QLabel* m_label1 = nullptr;
     QPlainTextEdit* m_txtMsg = nullptr;

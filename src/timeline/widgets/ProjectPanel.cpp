@@ -72,6 +72,14 @@ bool ProjectPanel::mayReplaceProjectIn(const QString& folder) {
 }
 
 void ProjectPanel::cmdSaveProject_Click() {
+    chooseFolderAndSave();
+}
+
+void ProjectPanel::cmdOpenProject_Click() {
+    chooseFolderAndOpen();
+}
+
+void ProjectPanel::chooseFolderAndSave() {
     if (refuseWhileRecording(kSaveTitle))
         return;
     const QString folder = askSaveFolder ? askSaveFolder() : QString();
@@ -79,7 +87,7 @@ void ProjectPanel::cmdSaveProject_Click() {
         saveProject(folder);
 }
 
-void ProjectPanel::cmdOpenProject_Click() {
+void ProjectPanel::chooseFolderAndOpen() {
     if (refuseWhileRecording(kOpenTitle) || (mayReplaceTake && !mayReplaceTake()))
         return;
     const QString folder = askOpenFolder ? askOpenFolder() : QString();

@@ -28,14 +28,18 @@ public:
     // Asked before an opened project replaces the take there is; false holds the press back.
     std::function<bool()> mayReplaceTake;
 
-    void cmdSaveProject_Click();
-    void cmdOpenProject_Click();
+    // Asks for a folder and saves the take there as a project; refused while recording.
+    void chooseFolderAndSave();
+    // Asks for a project folder and opens it, once the take there is may be replaced.
+    void chooseFolderAndOpen();
 
 signals:
     void projectOpened(const QString& folder);
     void projectSaved(const QString& folder);
 
 private:
+    void cmdSaveProject_Click();
+    void cmdOpenProject_Click();
     QString defaultSaveFolder() const;
     // Tells the user to stop first and returns true while a recording runs.
     bool refuseWhileRecording(const QString& title);

@@ -10,7 +10,6 @@ class QWidget;
 
 namespace cq {
 
-class ProjectPanel;
 class TakeKeeper;
 
 // The questions about a take that was never saved. None waits in a loop of its own: each box
@@ -18,7 +17,8 @@ class TakeKeeper;
 class TakeQuestions : public QObject {
     Q_OBJECT
 public:
-    TakeQuestions(TakeKeeper& keeper, ProjectPanel& projects, QWidget* window);
+    // saveTake saves the take as a project (asking where); it may be cancelled.
+    TakeQuestions(TakeKeeper& keeper, std::function<void()> saveTake, QWidget* window);
 
     // At start-up: a take left in the work folder is offered back ("Restore" / "Discard").
     void offerLeftTake();
@@ -36,7 +36,7 @@ private:
     void onUnsavedAnswer(int button, const std::function<void()>& then);
 
     TakeKeeper& m_keeper;
-    ProjectPanel& m_projects;
+    std::function<void()> m_saveTake;
     QWidget* m_window;
     QPointer<QMessageBox> m_open;
 };

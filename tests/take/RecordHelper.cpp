@@ -1,6 +1,6 @@
 // Records the default microphone into the file named on the command line until it is killed;
 // the crash test kills it mid-recording.
-#include "timeline/Recorder.h"
+#include "take/Recorder.h"
 
 #include <QCoreApplication>
 #include <QTimer>

@@ -32,6 +32,10 @@ signals:
     void cmdEvents_Click();
 
 private:
+    void cmdRecordVoiceEmail_Click();
+    // The Stop button, named after the pause button it once was.
+    void cmdPause_Click();
+    void cmdPlayVoiceEmail_Click();
     void onRecordingChanged(bool recording);
     void tmrRecording_Timer();
 

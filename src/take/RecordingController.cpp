@@ -1,4 +1,4 @@
-#include "timeline/RecordingController.h"
+#include "take/RecordingController.h"
 
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
@@ -37,7 +37,7 @@ bool RecordingController::checkInputDevice() {
     return false;
 }
 
-void RecordingController::cmdRecordVoiceEmail_Click() {
+void RecordingController::record() {
     if (!m_parts.state.gblnRecording && !takeMayBeReplaced())
         return;
     startRecording();
@@ -45,14 +45,6 @@ void RecordingController::cmdRecordVoiceEmail_Click() {
 
 bool RecordingController::takeMayBeReplaced() const {
     return !mayReplaceTake || mayReplaceTake();
-}
-
-void RecordingController::cmdPause_Click() {
-    stop();
-}
-
-void RecordingController::cmdPlayVoiceEmail_Click() {
-    replayRecording();
 }
 
 void RecordingController::startRecording() {
@@ -71,7 +63,6 @@ void RecordingController::startRecording() {
     m_parts.voice.release();
     m_parts.display.stopVideo();
     m_parts.display.setVideoMuted(false);
-    state.gblnStopAll = false;
     RecordMsg();
 }
 
@@ -119,7 +110,6 @@ void RecordingController::endRecording() {
 }
 
 void RecordingController::stopPlayback() {
-    m_parts.state.gblnStopAll = true;
     m_parts.replay.stop();
     m_parts.voice.stop();
     m_parts.display.stopPlayers();
@@ -164,7 +154,7 @@ void RecordingController::onCaptureEnded(Recorder::EndReason reason, const QStri
     }
 }
 
-void RecordingController::replayRecording() {
+void RecordingController::replay() {
     if (m_parts.state.gblnRecording || m_parts.replay.isRunning())
         return;
     if (!QFileInfo(m_voiceFileSpec).isFile()) {

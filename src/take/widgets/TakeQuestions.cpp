@@ -1,7 +1,6 @@
-#include "timeline/widgets/TakeQuestions.h"
+#include "take/widgets/TakeQuestions.h"
 
-#include "timeline/TakeKeeper.h"
-#include "timeline/widgets/ProjectPanel.h"
+#include "take/TakeKeeper.h"
 
 #include <QAbstractButton>
 #include <QMessageBox>
@@ -20,8 +19,8 @@ void nameButton(QAbstractButton* button, const QString& name, const QString& tip
 }
 } // namespace
 
-TakeQuestions::TakeQuestions(TakeKeeper& keeper, ProjectPanel& projects, QWidget* window)
-    : QObject(window), m_keeper(keeper), m_projects(projects), m_window(window) {}
+TakeQuestions::TakeQuestions(TakeKeeper& keeper, std::function<void()> saveTake, QWidget* window)
+    : QObject(window), m_keeper(keeper), m_saveTake(std::move(saveTake)), m_window(window) {}
 
 QMessageBox* TakeQuestions::openBox(const QString& objectName, const QString& text) {
     auto* box =
@@ -85,7 +84,7 @@ bool TakeQuestions::takeMayGo(const QString& action, std::function<void()> then)
 void TakeQuestions::onUnsavedAnswer(int button, const std::function<void()>& then) {
     if (button == QMessageBox::Save) {
         // The folder dialog may be cancelled: the take then stays, and so does the studio.
-        m_projects.cmdSaveProject_Click();
+        m_saveTake();
         if (m_keeper.isUnsaved())
             return;
     } else if (button == QMessageBox::Discard) {

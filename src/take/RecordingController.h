@@ -1,6 +1,6 @@
 #pragma once
 
-#include "timeline/Recorder.h"
+#include "take/Recorder.h"
 
 #include <QObject>
 #include <QString>
@@ -17,8 +17,8 @@ class SlideShow;
 class VoicePlayer;
 struct RecordingState;
 
-// The record button cmdRecordVoiceEmail and the stop button cmdPause: one recording from the
-// record click to Stop, and Stop as the end of every replay, slide show and player.
+// What the record, stop and replay buttons do: one recording from the record press to Stop, and
+// Stop as the end of every replay, slide show and player.
 class RecordingController : public QObject {
     Q_OBJECT
 public:
@@ -38,12 +38,12 @@ public:
     // Start-up check of the sound input: false (and the user told what to do) when there is
     // none.
     bool checkInputDevice();
-    // The record button: starts a recording; pressing it while one runs changes nothing.
-    void cmdRecordVoiceEmail_Click();
-    // The Stop button, named after the pause button it once was.
-    void cmdPause_Click();
-    // The replay button: replays the last recording (the voice file must be there).
-    void cmdPlayVoiceEmail_Click();
+    // Starts a recording once the take there is may be replaced; while one runs nothing changes.
+    void record();
+    // Ends the recording that runs, or else stops every replay, slide show and player.
+    void stop();
+    // Replays the last recording (the voice file must be there).
+    void replay();
 
     QString voiceFileSpec() const { return m_voiceFileSpec; }
 
@@ -61,11 +61,8 @@ signals:
 private:
     bool takeMayBeReplaced() const;
     void startRecording();
-    // Ends the recording that runs, or else stops every replay, slide show and player.
-    void stop();
     void endRecording();
     void stopPlayback();
-    void replayRecording();
     void RecordMsg();
     void StopRec();
     void onCaptureEnded(Recorder::EndReason reason, const QString& detail);

@@ -1,4 +1,4 @@
-#include "timeline/Recorder.h"
+#include "take/Recorder.h"
 
 #include "take/Microphone.h"
 

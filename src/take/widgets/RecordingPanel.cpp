@@ -1,8 +1,8 @@
-#include "timeline/widgets/RecordingPanel.h"
+#include "take/widgets/RecordingPanel.h"
 
 #include "platform/widgets/NamedButton.h"
+#include "take/RecordingController.h"
 #include "take/widgets/MicrophoneMeter.h"
-#include "timeline/RecordingController.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -106,15 +106,27 @@ RecordingPanel::RecordingPanel(RecordingController& controller, const LevelMeter
     layout->addWidget(m_cmdPlayVoiceEmail);
     layout->addWidget(m_cmdEvents);
 
-    connect(m_cmdRecordVoiceEmail, &QToolButton::clicked, &m_controller,
-            &RecordingController::cmdRecordVoiceEmail_Click);
-    connect(m_cmdPause, &QToolButton::clicked, &m_controller, &RecordingController::cmdPause_Click);
-    connect(m_cmdPlayVoiceEmail, &QToolButton::clicked, &m_controller,
-            &RecordingController::cmdPlayVoiceEmail_Click);
+    connect(m_cmdRecordVoiceEmail, &QToolButton::clicked, this,
+            &RecordingPanel::cmdRecordVoiceEmail_Click);
+    connect(m_cmdPause, &QToolButton::clicked, this, &RecordingPanel::cmdPause_Click);
+    connect(m_cmdPlayVoiceEmail, &QToolButton::clicked, this,
+            &RecordingPanel::cmdPlayVoiceEmail_Click);
     connect(m_cmdEvents, &QPushButton::clicked, this, &RecordingPanel::cmdEvents_Click);
     connect(&m_tmrRecording, &QTimer::timeout, this, &RecordingPanel::tmrRecording_Timer);
     connect(&m_controller, &RecordingController::recordingChanged, this,
             &RecordingPanel::onRecordingChanged);
+}
+
+void RecordingPanel::cmdRecordVoiceEmail_Click() {
+    m_controller.record();
+}
+
+void RecordingPanel::cmdPause_Click() {
+    m_controller.stop();
+}
+
+void RecordingPanel::cmdPlayVoiceEmail_Click() {
+    m_controller.replay();
 }
 
 void RecordingPanel::onRecordingChanged(bool recording) {

@@ -1,10 +1,10 @@
-#include "timeline/TakeKeeper.h"
+#include "take/TakeKeeper.h"
 
 #include "captions/CaptionTableModel.h"
 #include "captions/CaptionsFile.h"
+#include "take/RecordingController.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
-#include "timeline/RecordingController.h"
 #include "timeline/RecordingState.h"
 
 #include <QFile>
@@ -76,7 +76,7 @@ void TakeKeeper::onCaptionsChanged() {
 
 void TakeKeeper::stopOnJournalFailure(const QString& why) {
     if (m_logger.state().gblnRecording)
-        m_controller.cmdPause_Click();
+        m_controller.stop();
     emit journalFailed(
         QStringLiteral("Recording"),
         QStringLiteral("The recording was stopped: its clicks could not be written to \"%1\" "

@@ -1,24 +1,24 @@
-#include "timeline/widgets/TimelineStudio.h"
+#include "app/widgets/TimelineStudio.h"
 
 #include "captions/CaptionTableModel.h"
 #include "studio/AppPaths.h"
 #include "studio/DirectorySettings.h"
+#include "take/Recorder.h"
+#include "take/RecordingController.h"
+#include "take/TakeKeeper.h"
+#include "take/widgets/RecordingPanel.h"
+#include "take/widgets/TakeQuestions.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/FolderPictureList.h"
 #include "timeline/MediaClickHandler.h"
 #include "timeline/QtVoicePlayer.h"
-#include "timeline/Recorder.h"
-#include "timeline/RecordingController.h"
 #include "timeline/RecordingState.h"
 #include "timeline/Replay.h"
 #include "timeline/SlideShow.h"
-#include "timeline/TakeKeeper.h"
 #include "timeline/widgets/EventGridView.h"
 #include "timeline/widgets/ProjectPanel.h"
-#include "timeline/widgets/RecordingPanel.h"
 #include "timeline/widgets/SlideShowPanel.h"
-#include "timeline/widgets/TakeQuestions.h"
 
 #include <QMessageBox>
 
@@ -48,9 +48,9 @@ TimelineStudio::TimelineStudio(Context context, QObject* parent)
             std::make_unique<FolderPictureList>(context.directories.gstrMyPicturesDirectory);
         m_pictures = m_ownPictures.get();
     }
-    m_clicks = new MediaClickHandler(context.recording, context.studio, *m_grid, *m_logger,
-                                     m_display, context.paths.gstrTempFilesDirectory, this);
-    m_replay = new Replay(context.recording, context.studio, *m_grid, m_display, *m_voice, this);
+    m_clicks = new MediaClickHandler(*m_grid, *m_logger, m_display,
+                                     context.paths.gstrTempFilesDirectory, this);
+    m_replay = new Replay(*m_grid, m_display, *m_voice, this);
     m_slideShow = new SlideShow(*m_pictures, m_display, *m_logger, this);
     m_controller = new RecordingController({context.recording, *m_grid, *m_logger, *m_recorder,
                                             m_display, *m_voice, *m_replay, m_slideShow},
@@ -95,14 +95,15 @@ TimelineStudio::TimelineStudio(Context context, QObject* parent)
 void TimelineStudio::keepTheTake(QWidget* window) {
     m_takeKeeper = new TakeKeeper(*m_controller, *m_logger, *m_captions,
                                   m_context.paths.gstrTempFilesDirectory, this);
-    m_takeQuestions = new TakeQuestions(*m_takeKeeper, *m_projectPanel, window);
+    m_takeQuestions = new TakeQuestions(
+        *m_takeKeeper, [this] { m_projectPanel->chooseFolderAndSave(); }, window);
     m_controller->mayReplaceTake = [this] {
         return m_takeQuestions->takeMayGo(QStringLiteral("recording a new one"),
-                                          [this] { m_controller->cmdRecordVoiceEmail_Click(); });
+                                          [this] { m_controller->record(); });
     };
     m_projectPanel->mayReplaceTake = [this] {
         return m_takeQuestions->takeMayGo(QStringLiteral("opening a project"),
-                                          [this] { m_projectPanel->cmdOpenProject_Click(); });
+                                          [this] { m_projectPanel->chooseFolderAndOpen(); });
     };
     connect(m_projectPanel, &ProjectPanel::projectSaved, m_takeKeeper, &TakeKeeper::markSaved);
     for (auto failed :

@@ -1,10 +1,10 @@
-#include "timeline/RecordingController.h"
-#include "FakeMediaDisplay.h"
-#include "studio/StudioSettings.h"
+#include "take/RecordingController.h"
+#include "../timeline/FakeMediaDisplay.h"
+#include "support/FileSizeLimit.h"
+#include "take/Recorder.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/PictureList.h"
-#include "timeline/Recorder.h"
 #include "timeline/RecordingState.h"
 #include "timeline/Replay.h"
 #include "timeline/SlideShow.h"
@@ -17,9 +17,6 @@
 #include <QTimer>
 
 #include <gtest/gtest.h>
-
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace cq;
 
@@ -50,13 +47,12 @@ struct Studio {
     }
     QTemporaryDir work;
     RecordingState state;
-    StudioSettings studio;
     EventGridModel grid;
     Recorder recorder;
     EventLogger logger{state, grid, recorder};
     cq::test::FakeMediaDisplay display;
     cq::test::FakeVoicePlayer voice;
-    Replay replay{state, studio, grid, display, voice};
+    Replay replay{grid, display, voice};
     NoPictures pictures;
     SlideShow show{pictures, display, logger};
     std::unique_ptr<RecordingController> controller;
@@ -79,14 +75,13 @@ TEST(RecordingController, StopWhileIdleEndsReplaySlideShowAndWaits) {
     Studio s;
     s.grid.appendRowText("1\tPictures\t50.000\t\t/a.jpg");
     QFile(s.controller->voiceFileSpec()).open(QIODevice::WriteOnly);
-    s.controller->cmdPlayVoiceEmail_Click();
+    s.controller->replay();
     ASSERT_TRUE(s.replay.isRunning());
     s.show.setWaitText("100");
     s.show.cmdSlideShow_Click(); // a show with a 100 s wait per picture
     ASSERT_TRUE(s.show.isRunning());
-    s.controller->cmdPause_Click();
+    s.controller->stop();
     EXPECT_FALSE(s.show.isRunning());
-    EXPECT_TRUE(s.state.gblnStopAll);
     EXPECT_FALSE(s.replay.isRunning());
     EXPECT_TRUE(s.voice.ended);
     EXPECT_TRUE(s.display.calls.contains("stop players"));
@@ -96,7 +91,7 @@ TEST(RecordingController, StopWhileIdleEndsReplaySlideShowAndWaits) {
 
 TEST(RecordingController, ReplayWithoutARecordingSaysSo) {
     Studio s;
-    s.controller->cmdPlayVoiceEmail_Click();
+    s.controller->replay();
     EXPECT_FALSE(s.replay.isRunning());
     EXPECT_EQ(s.messages, QStringList({"Recording: Please record a sound first"}));
 }
@@ -125,7 +120,7 @@ TEST(RecordingController, NoInputDeviceSaysNoMicrophoneWasFound) {
     ASSERT_EQ(s.messages.size(), 1);
     EXPECT_TRUE(s.messages.first().startsWith("No microphone: No microphone was found"));
     EXPECT_FALSE(s.messages.first().contains("You may still record sound"));
-    s.controller->cmdRecordVoiceEmail_Click();
+    s.controller->record();
     EXPECT_FALSE(s.state.gblnRecording);
     EXPECT_EQ(s.messages.size(), 2);
     EXPECT_TRUE(s.messages.last().contains("No sound input"));
@@ -140,7 +135,7 @@ TEST(RecordingController, RecordTwiceIsHarmlessAndStopKeepsTheVoiceAndRows) {
     old.write("the last recording");
     old.close();
     s.grid.appendRowText("1\tPictures\t1.000\t\t/old.jpg");
-    s.controller->cmdRecordVoiceEmail_Click();
+    s.controller->record();
     ASSERT_TRUE(s.state.gblnRecording) << s.messages.join('\n').toStdString();
     EXPECT_EQ(s.grid.rowCount(), 0); // the grid starts afresh
     EXPECT_TRUE(s.voice.released);   // the replay player let go of the old file
@@ -149,10 +144,10 @@ TEST(RecordingController, RecordTwiceIsHarmlessAndStopKeepsTheVoiceAndRows) {
     const qint64 before = s.recorder.elapsedMs();
     s.logger.LogMediaEvent("Pictures", "/p.jpg");
     const qint64 after = s.recorder.elapsedMs();
-    s.controller->cmdRecordVoiceEmail_Click(); // again: nothing changes
+    s.controller->record(); // again: nothing changes
     EXPECT_EQ(s.grid.rowCount(), 1);
     ASSERT_TRUE(recordUntil(s.recorder, 1000));
-    s.controller->cmdPause_Click();
+    s.controller->stop();
     EXPECT_FALSE(s.state.gblnRecording);
     EXPECT_TRUE(s.grid.isEditable());
     EXPECT_NEAR(s.state.recordingLengthMs, 1000, 250);
@@ -167,7 +162,7 @@ TEST(RecordingController, RecordTwiceIsHarmlessAndStopKeepsTheVoiceAndRows) {
 TEST(RecordingController, AnUnwritableWorkFolderIsNamedAndNothingRecords) {
     REQUIRE_AUDIO();
     Studio s("/nonexistent/ClipquillTempFiles/RecordedAudio.wav");
-    s.controller->cmdRecordVoiceEmail_Click();
+    s.controller->record();
     EXPECT_FALSE(s.state.gblnRecording);
     ASSERT_EQ(s.messages.size(), 1);
     EXPECT_TRUE(s.messages[0].contains("/nonexistent/ClipquillTempFiles/RecordedAudio.wav"));
@@ -181,16 +176,12 @@ TEST(RecordingController, AFullDiskEndsCaptureWithAMessageAndKeepsTheVoice) {
     ASSERT_TRUE(s.recorder.listen());
     ASSERT_TRUE(QTest::qWaitFor([&] { return s.recorder.meter().windowsMeasured() > 0; }, 10000));
     // The file-size limit stands in for a disk that fills up after half a second of voice.
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit old{};
-    getrlimit(RLIMIT_FSIZE, &old);
-    rlimit small = old;
-    small.rlim_cur = 44 + Recorder::kBytesPerSecond / 2;
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-    s.controller->cmdRecordVoiceEmail_Click();
+    test::FileSizeLimit limit(44 + Recorder::kBytesPerSecond / 2);
+    ASSERT_TRUE(limit.isSet());
+    s.controller->record();
     ASSERT_TRUE(s.state.gblnRecording);
     const bool told = QTest::qWaitFor([&] { return !s.messages.isEmpty(); }, 10000);
-    setrlimit(RLIMIT_FSIZE, &old);
+    limit.lift();
     ASSERT_TRUE(told);
     ASSERT_EQ(s.messages.size(), 1);
     EXPECT_TRUE(s.messages[0].contains("could not be written any further"))
@@ -204,7 +195,7 @@ TEST(RecordingController, AFullDiskEndsCaptureWithAMessageAndKeepsTheVoice) {
     EXPECT_GT(s.recorder.meter().level().rmsDb, -40.0);
     s.logger.LogMediaEvent("Pictures", "/late.jpg");
     EXPECT_GE(s.grid.row(0).timeMs(), 500);
-    s.controller->cmdPause_Click();
+    s.controller->stop();
     EXPECT_EQ(s.state.recordingLengthMs, 500);
     EXPECT_EQ(QFileInfo(s.controller->voiceFileSpec()).size(), 44 + Recorder::kBytesPerSecond / 2);
 }
