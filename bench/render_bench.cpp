@@ -6,7 +6,6 @@
 #include "BenchFfmpeg.h"
 #include "HandWritten.h"
 #include "app/StudioRender.h"
-#include "platform/ShellQuote.h"
 #include "platform/ToolLocator.h"
 #include "platform/ToolPool.h"
 #include "platform/ToolRunner.h"

@@ -43,27 +43,6 @@ CheckFinding checkTool(const ToolLocation& tool, const QString& expected) {
     return f;
 }
 
-// The shell of every script, and the utilities the scripts call by name from PATH.
-QList<CheckFinding> checkScriptTools() {
-    QList<CheckFinding> findings;
-    const QFileInfo shell(ToolRunner::shell());
-    findings << CheckFinding{QStringLiteral("sh"), shell.isFile() && shell.isExecutable(),
-                             shell.isFile() && shell.isExecutable()
-                                 ? ToolRunner::shell()
-                                 : ToolRunner::shell() + QStringLiteral(" is missing; every "
-                                                                        "script runs under it")};
-    for (const QString& name : ScriptUtilities()) {
-        const ToolLocation tool = LocateScriptUtility(name);
-        findings << CheckFinding{
-            name, tool.found(),
-            tool.found() ? tool.path
-                         : QStringLiteral("%1 is not on PATH (%2); the render's scripts call it. "
-                                          "Install the Debian package \"%3\" or fix PATH.")
-                               .arg(name, qEnvironmentVariable("PATH"), tool.package)};
-    }
-    return findings;
-}
-
 CheckFinding checkAudioInput() {
     const QAudioDevice input = QMediaDevices::defaultAudioInput();
     if (input.isNull())
@@ -133,15 +112,13 @@ InstallationCheck InstallationCheck::run(const AppPaths& paths) {
                             QStringLiteral("ffprobe version"));
     c.findings << checkTool(LocateConvert(paths.gstrImageMagickFileSpec),
                             QStringLiteral("ImageMagick"));
-    c.findings << checkScriptTools();
     c.findings << checkAudioInput() << checkSpeech() << checkSpeechModel() << checkMail();
     return c;
 }
 
 QStringList InstallationCheck::missingEssentials() const {
-    const QStringList essential = QStringList{QStringLiteral("ffmpeg"), QStringLiteral("ffprobe"),
-                                              QStringLiteral("convert"), QStringLiteral("sh")} +
-                                  ScriptUtilities();
+    const QStringList essential{QStringLiteral("ffmpeg"), QStringLiteral("ffprobe"),
+                                QStringLiteral("convert")};
     QStringList missing;
     for (const CheckFinding& f : findings)
         if (essential.contains(f.what) && !f.usable)

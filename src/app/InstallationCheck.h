@@ -11,7 +11,7 @@ namespace cq {
 // "What is wrong with my installation": every finding is really tried (the tools are run,
 // Qt is asked for the audio input and the speech engine), never guessed from file names.
 struct CheckFinding {
-    QString what; // "ffmpeg", "ffprobe", "convert", "sh", "cat", ..., "audio input", ...
+    QString what; // "ffmpeg", "ffprobe", "convert", "audio input", ...
     bool usable = false;
     QString detail; // the version, the device, or what to do about it
 };

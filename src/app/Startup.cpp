@@ -19,7 +19,7 @@ XdgFolders XdgFolders::fromDesktop() {
 
 void WindowlessStartup::removeLeftToolFolders(const AppPaths& paths) {
     // The temporary folders of tool runs that a killed studio could not remove: the picture
-    // tool's next to its scripts, the render's in the work folder and its Render parts, a
+    // tool's in SystemMediaGen, the render's in the work folder and its Render parts, a
     // conversion's next to its output.
     QStringList workSpaces{QFileInfo(paths.gstrImageMagickScriptFileSpec).absolutePath(),
                            paths.gstrTempFilesDirectory};

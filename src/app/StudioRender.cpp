@@ -95,7 +95,6 @@ RenderRequest StudioRenderRequest(const AppPaths& paths, const StudioSettings& s
     in.recordingMs = recordingMs;
     in.voiceFile = voiceFile;
     in.workFolder = paths.gstrTempFilesDirectory;
-    in.scriptFolder = paths.appFolder + QStringLiteral("/SystemMediaGen");
     in.blackPicture = paths.blackPictureFileSpec;
     in.ffmpeg = LocateFfmpeg(paths.gstrFFMPEGFileSpec);
     in.ffprobe = LocateFfprobe(paths);

@@ -21,7 +21,7 @@ QSize ParseFrameSize(const QString& gstrVideoRes);
 QString FrameSizeProblem(const QString& gstrVideoRes);
 // "29.97" is NTSC's 30000/1001, which ffmpeg would take literally as 2997/100: converting
 // between the two drops or duplicates frames. Another rate counts when it is a plain number or
-// fraction; anything else is NTSC, so no text of the user's reaches a script.
+// fraction; anything else is NTSC, so no text of the user's reaches ffmpeg as a rate.
 FrameRate ParseFrameRate(const QString& gstrFrameRate);
 
 // ffprobe, found as the installation check finds it, so that the check sees what the render uses.

@@ -3,7 +3,6 @@
 #include "library/FolderListing.h"
 #include "library/MediaTyping.h"
 #include "platform/RegularFiles.h"
-#include "platform/ShellQuote.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -61,19 +60,23 @@ QList<ThumbnailJob> PlanThumbnails(const QString& picturesFolder, const QStringL
     return jobs;
 }
 
-QString ThumbnailScript(const QString& convertPath, const ThumbnailJob& job) {
-    const QString part = QStringLiteral("\"$TMPDIR/thumbnail.%1\"").arg(ThumbnailExtension(job));
+ToolCommand ThumbnailCommand(const QString& convertPath, const ThumbnailJob& job) {
+    const QString written = QStringLiteral("thumbnail.") + ThumbnailExtension(job);
+    ToolCommand command;
+    command.program = convertPath;
     // One core per tool: the pool runs as many tools as there are cores. The exception log is
     // what names the cause when a picture's reader gives up without saying why.
-    QStringList convert{convertPath, QStringLiteral("-debug"), QStringLiteral("Exception")};
-    convert << kResourceLimits;
+    command.arguments << QStringLiteral("-debug") << QStringLiteral("Exception")
+                      << QStringLiteral("-limit") << QStringLiteral("thread") << QStringLiteral("1")
+                      << kResourceLimits;
     // jpeg:size lets the JPEG decoder scale down while reading, which is most of the cost.
-    convert << QStringLiteral("-define") << QStringLiteral("jpeg:size=268x200")
-            << QStringLiteral("-[0]") << QStringLiteral("-resize") << QStringLiteral("134X100");
-    return QStringLiteral("MAGICK_THREAD_LIMIT=1\nexport MAGICK_THREAD_LIMIT\n") +
-           ShellCommandLine(convert) + u' ' + part + QStringLiteral(" < ") +
-           ShellQuote(job.picture) + QStringLiteral(" || exit\nmv -f ") + part + u' ' +
-           ShellQuote(job.thumbnail) + u'\n';
+    command.arguments << QStringLiteral("-define") << QStringLiteral("jpeg:size=268x200")
+                      << QStringLiteral("-[0]") << QStringLiteral("-resize")
+                      << QStringLiteral("134X100") << written;
+    command.standardInputFile = job.picture;
+    command.inputFiles = {job.picture};
+    command.keptOutputs = {{written, job.thumbnail}};
+    return command;
 }
 
 QString PictureToolReason(const QString& errorText) {
@@ -152,8 +155,7 @@ bool ThumbnailMaker::start(const QList<ThumbnailJob>& jobs) {
     m_cancelled = false;
     for (int i = 0; i < m_jobs.size(); ++i) {
         ToolTask task;
-        task.script = ThumbnailScript(m_convertPath, m_jobs.at(i));
-        task.inputFiles = {m_jobs.at(i).picture};
+        task.command = ThumbnailCommand(m_convertPath, m_jobs.at(i));
         task.workSpace = m_workSpace;
         task.timeoutMs = kThumbnailTimeoutMs;
         m_tasks.insert(m_pool->submit(task), i);

@@ -23,11 +23,11 @@ struct ThumbnailJob {
 QList<ThumbnailJob> PlanThumbnails(const QString& picturesFolder, const QStringList& entries,
                                    const QString& thumbnailFolder);
 
-// The script of one thumbnail: the picture is read from standard input (so that the tool never
+// The command of one thumbnail: the picture is read from standard input (so that the tool never
 // interprets its name), scaled to fit 134 x 100 within resource limits that make a picture too
 // large to decode (a decompression bomb) fail at once, and written in the run's temporary folder
 // before it is moved into place, so a stopped run never leaves a half-written thumbnail.
-QString ThumbnailScript(const QString& convertPath, const ThumbnailJob& job);
+ToolCommand ThumbnailCommand(const QString& convertPath, const ThumbnailJob& job);
 
 // Why the picture tool made no thumbnail, in its own words, out of what it wrote to stderr.
 QString PictureToolReason(const QString& errorText);

@@ -36,12 +36,4 @@ ToolLocation LocateConvert(const QString& gstrImageMagickFileSpec) {
                       QStringLiteral("imagemagick"));
 }
 
-QStringList ScriptUtilities() {
-    return {QStringLiteral("cat"), QStringLiteral("mv"), QStringLiteral("rm")};
-}
-
-ToolLocation LocateScriptUtility(const QString& name) {
-    return {QStandardPaths::findExecutable(name), name, QStringLiteral("coreutils")};
-}
-
 } // namespace cq

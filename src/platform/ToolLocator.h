@@ -26,9 +26,4 @@ ToolLocation LocateFfmpeg(const QString& gstrFFMPEGFileSpec);
 ToolLocation LocateFfprobeBesideFfmpeg(const QString& gstrFFMPEGFileSpec);
 ToolLocation LocateConvert(const QString& gstrImageMagickFileSpec);
 
-// The utilities the studio's scripts call by name, found on PATH as the script's shell finds
-// them: "cat" joins pieces, "mv" and "rm" put finished files in place and tidy up.
-QStringList ScriptUtilities();
-ToolLocation LocateScriptUtility(const QString& name);
-
 } // namespace cq

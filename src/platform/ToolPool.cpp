@@ -1,7 +1,5 @@
 #include "platform/ToolPool.h"
 
-#include "platform/RegularFiles.h"
-
 #include <QDir>
 #include <QMetaObject>
 #include <QPointer>
@@ -23,18 +21,9 @@ ToolPool::~ToolPool() {
         running.runner->disconnect(this);
 }
 
-QString ToolPool::inputProblem(const QStringList& inputFiles) {
-    for (const QString& file : inputFiles) {
-        const QString why = WhyNotARegularFile(file);
-        if (!why.isEmpty())
-            return QStringLiteral("\"%1\" is %2, not a regular file.").arg(file, why);
-    }
-    return {};
-}
-
 int ToolPool::submit(const ToolTask& task) {
     const int id = m_nextId++;
-    const QString problem = inputProblem(task.inputFiles);
+    const QString problem = task.command.inputProblem();
     if (!problem.isEmpty()) {
         reportLater(id, {RunResult::Outcome::Failed, -1, problem});
         return id;
@@ -78,7 +67,7 @@ void ToolPool::pump() {
     while (self && !m_queue.isEmpty() && m_running.size() < m_maxRunning) {
         const Queued next = m_queue.takeFirst();
         // Checked again at the start: the file may have been swapped while the task waited.
-        const QString problem = inputProblem(next.task.inputFiles);
+        const QString problem = next.task.command.inputProblem();
         if (!problem.isEmpty()) {
             emit taskFinished(next.id, {RunResult::Outcome::Failed, -1, problem});
             continue;
@@ -110,8 +99,8 @@ bool ToolPool::startTask(const Queued& queued) {
         });
         timer->start(queued.task.timeoutMs);
     }
-    // A script that cannot start has reported its end from inside startScript.
-    return runner->startScript(queued.task.script);
+    // A command that cannot start has reported its end from inside start.
+    return runner->start(queued.task.command);
 }
 
 void ToolPool::onRunnerFinished(int id, RunResult result) {

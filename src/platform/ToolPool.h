@@ -12,10 +12,9 @@
 namespace cq {
 
 struct ToolTask {
-    QString script;         // /bin/sh script text; values quoted with ShellQuote/ShellCommandLine
-    QStringList inputFiles; // every file the tools will read: each must be a regular file after
-                            // following links, else the task fails at once (RunResult Failed,
-                            // errorText names the file and what it is) without running anything
+    ToolCommand command;    // its inputFiles must be regular files after following links, else
+                            // the task fails at once (RunResult Failed, errorText names the file
+                            // and what it is) without running anything
     QString workSpace;      // the folder of the job the task belongs to; the run gets a private
                             // temporary folder inside it (TMPDIR, MAGICK_TEMPORARY_PATH point
                             // there) that is removed when the run ends, however it ends
@@ -44,10 +43,6 @@ public:
     bool isBusy() const;              // anything queued, running or still to be reported
     int maxRunning() const { return m_maxRunning; }
     int runningCount() const { return static_cast<int>(m_running.size()); }
-
-    // "name" is a FIFO (not a regular file): the reason a task's input was refused; empty when
-    // every file may go to a tool.
-    static QString inputProblem(const QStringList& inputFiles);
 
 signals:
     void taskStarted(int id);

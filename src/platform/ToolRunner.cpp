@@ -1,15 +1,18 @@
 #include "platform/ToolRunner.h"
 
-#include "platform/ScriptFile.h"
-
+#include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QPointer>
 #include <QSet>
+#include <QThread>
+#include <QTimer>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <sys/prctl.h>
 #include <sys/types.h>
@@ -35,23 +38,6 @@ QSet<QProcess*>& Unreaped() {
     return *processes;
 }
 
-// The shell that runs a script first leaves a guard in the group: it holds the read end of the
-// pipe whose write end only the studio holds (the script's stdin, never written). The guard's
-// read returns when that pipe closes, that is when the studio dies, however it dies; the guard
-// then kills the whole group. Signals meant for the script do not stop the guard. The script
-// itself and its tools read /dev/null. Given a private temporary folder ($1), the guard first
-// leaves a remover in a session of its own, which outlives the group and deletes the folder once
-// the killed tools have gone. The folder goes to it in the environment: the remover's command line
-// names nothing of the studio's, so it does not pass for one of the studio's tools.
-const QString kGuardedStart =
-    QStringLiteral("exec 3<&0 </dev/null\n"
-                   "{ trap '' HUP INT TERM; read -r _ <&3\n"
-                   "  [ -z \"$1\" ] || CQ_LEFT=\"$1\" setsid /bin/sh -c "
-                   "'(sleep 1; rm -rf -- \"$CQ_LEFT\"; sleep 2; rm -rf -- \"$CQ_LEFT\") &'\n"
-                   "  kill -KILL 0; } >/dev/null 2>&1 </dev/null &\n"
-                   "exec 3<&-\n"
-                   "exec /bin/sh \"$0\"\n");
-
 // Splits off every complete line (CR or LF ends one) and leaves the rest in partial.
 QStringList takeLines(QByteArray& partial) {
     QStringList lines;
@@ -67,24 +53,45 @@ QStringList takeLines(QByteArray& partial) {
     return lines;
 }
 
-// Removes the folder; when a tool of a killed group is still writing into it, a remover of its
-// own deletes it a moment later, when the group has gone. That also holds while the studio ends,
-// with no event loop left to try again. The remover gets the folder in its environment, so its
-// command line names nothing of the studio's.
+// The folders that could not be removed at once, because a tool of a killed group was still
+// writing into them.
+QStringList& LeftFolders() {
+    static auto* folders = new QStringList;
+    return *folders;
+}
+
+void RemoveLeftFolders() {
+    QStringList& left = LeftFolders();
+    left.erase(std::remove_if(left.begin(), left.end(),
+                              [](const QString& f) { return QDir(f).removeRecursively(); }),
+               left.end());
+}
+
+// When the studio ends, the tools its runners killed have had their moment to go; a folder that
+// still resists is left to the next start, which removes what a studio that ended left behind.
+void RemoveLeftFoldersAtExit() {
+    constexpr int kAttempts = 10;
+    for (int i = 0; i < kAttempts && !LeftFolders().isEmpty(); ++i) {
+        if (i > 0)
+            QThread::msleep(50);
+        RemoveLeftFolders();
+    }
+}
+
+// Removes the folder; when a tool of a killed group is still writing into it, it is removed a
+// moment later, once the group has gone, or when the studio ends.
 void RemoveFolderSoon(const QString& folder) {
     if (QDir(folder).removeRecursively())
         return;
-    QProcess remover;
-    remover.setProgram(QStringLiteral("setsid"));
-    remover.setArguments({QStringLiteral("/bin/sh"), QStringLiteral("-c"),
-                          QStringLiteral("sleep 1; rm -rf -- \"$CQ_LEFT\"")});
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("CQ_LEFT"), folder);
-    remover.setProcessEnvironment(environment);
-    remover.setStandardInputFile(QProcess::nullDevice());
-    remover.setStandardOutputFile(QProcess::nullDevice());
-    remover.setStandardErrorFile(QProcess::nullDevice());
-    remover.startDetached();
+    static const bool atExit = [] {
+        qAddPostRoutine(RemoveLeftFoldersAtExit);
+        return true;
+    }();
+    Q_UNUSED(atExit);
+    LeftFolders() << folder;
+    constexpr int kRetryMs = 1000;
+    if (QCoreApplication::instance())
+        QTimer::singleShot(kRetryMs, QCoreApplication::instance(), RemoveLeftFolders);
 }
 
 } // namespace
@@ -147,34 +154,19 @@ bool ToolRunner::failToStart(const QString& why) {
     return false;
 }
 
-bool ToolRunner::startScript(const QString& script, const QString& scriptFileSpec) {
+bool ToolRunner::start(const ToolCommand& command) {
     if (m_running)
         return false;
+    const QString problem = command.inputProblem();
+    if (!problem.isEmpty())
+        return failToStart(problem);
+    if (!command.keptOutputs.isEmpty() && m_workSpace.isEmpty())
+        return failToStart(
+            QStringLiteral("%1 was given no folder to write in.").arg(command.program));
     if (!makeTemporaryFolder())
         return failToStart(
             QStringLiteral("No temporary folder could be made in \"%1\".").arg(m_workSpace));
-    const QString file = scriptFileSpec.isEmpty()
-                             ? QDir(m_temporaryFolder).filePath(QStringLiteral("run.sh"))
-                             : QFileInfo(scriptFileSpec).absoluteFilePath();
-    if (!SaveScriptToFile(script, file))
-        return failToStart(QStringLiteral("The script \"%1\" could not be written.").arg(file));
-    return startProcess(shell(), {QStringLiteral("-c"), kGuardedStart, file, m_temporaryFolder},
-                        Kind::Script);
-}
-
-bool ToolRunner::startScript(const QString& script) {
-    if (m_workSpace.isEmpty() && !m_running)
-        return failToStart(QStringLiteral("The script has no work space to be written to."));
-    return startScript(script, QString());
-}
-
-bool ToolRunner::startProgram(const QString& program, const QStringList& arguments) {
-    if (m_running)
-        return false;
-    if (!makeTemporaryFolder())
-        return failToStart(
-            QStringLiteral("No temporary folder could be made in \"%1\".").arg(m_workSpace));
-    return startProcess(program, arguments, Kind::Program);
+    return startProcess(command, false);
 }
 
 bool ToolRunner::startHandOver(const QString& program, const QStringList& arguments) {
@@ -182,14 +174,19 @@ bool ToolRunner::startHandOver(const QString& program, const QStringList& argume
         return false;
     // What it hands over to lives on and must not find its temporary folder gone.
     removeTemporaryFolder();
-    return startProcess(program, arguments, Kind::HandOver);
+    return startProcess({program, arguments}, true);
 }
 
-void ToolRunner::makeProcess(const QString& program, const QStringList& arguments, bool handOver) {
+void ToolRunner::makeProcess(const ToolCommand& command, bool handOver) {
     m_process = new QProcess(this);
-    m_process->setProgram(program);
-    m_process->setArguments(arguments);
+    m_process->setProgram(command.program);
+    m_process->setArguments(command.arguments);
     m_process->setInputChannelMode(QProcess::ManagedInputChannel);
+    if (!command.standardInputFile.isEmpty())
+        m_process->setStandardInputFile(command.standardInputFile);
+    // It writes what it keeps by names of its own, in the folder that goes with the run.
+    if (!command.keptOutputs.isEmpty())
+        m_process->setWorkingDirectory(m_temporaryFolder);
     if (!m_temporaryFolder.isEmpty()) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("TMPDIR"), m_temporaryFolder);
@@ -198,7 +195,7 @@ void ToolRunner::makeProcess(const QString& program, const QStringList& argument
     }
     const pid_t studio = ::getpid();
     m_process->setChildProcessModifier([studio, handOver] {
-        // A group of its own, so that cancel reaches every tool the script started.
+        // A group of its own, so that cancel reaches every process the tool started.
         ::setpgid(0, 0);
         // Killed with the studio; and if the studio died before that took hold, go now.
         if (!handOver)
@@ -225,7 +222,7 @@ void ToolRunner::connectProcess() {
     });
 }
 
-void ToolRunner::resetRun(bool script, bool handOver) {
+void ToolRunner::resetRun(const ToolCommand& command, bool handOver) {
     m_stdout.clear();
     m_stderrTail.clear();
     m_partial[0].clear();
@@ -233,18 +230,21 @@ void ToolRunner::resetRun(bool script, bool handOver) {
     m_cancelRequested = false;
     m_result = {};
     m_pid = 0;
-    m_script = script;
+    m_keptOutputs = command.keptOutputs;
     m_handOver = handOver;
     m_running = true;
 }
 
-bool ToolRunner::startProcess(const QString& program, const QStringList& arguments, Kind kind) {
-    const bool script = kind == Kind::Script;
-    const bool handOver = kind == Kind::HandOver;
+bool ToolRunner::startProcess(const ToolCommand& command, bool handOver) {
+    // The parent-death signal would reach the tool when a passing thread that started it ends.
+    if (QCoreApplication::instance() &&
+        QThread::currentThread() != QCoreApplication::instance()->thread())
+        return failToStart(QStringLiteral("%1 was not started: tools start from the main thread.")
+                               .arg(command.program));
     releaseProcess();
-    makeProcess(program, arguments, handOver);
+    makeProcess(command, handOver);
     connectProcess();
-    resetRun(script, handOver);
+    resetRun(command, handOver);
     QPointer<ToolRunner> self(this);
     m_process->start();
     if (!self || !m_running) // it failed at once; finished has been emitted
@@ -253,8 +253,8 @@ bool ToolRunner::startProcess(const QString& program, const QStringList& argumen
     // The parent sets the group too, so a cancel right after the start cannot miss it.
     if (m_pid > 0)
         ::setpgid(static_cast<pid_t>(m_pid), static_cast<pid_t>(m_pid));
-    // A script keeps its stdin open: the guard's pipe. A program gets end of input at once.
-    if (!script)
+    // Without an input file, the program gets end of input at once.
+    if (command.standardInputFile.isEmpty())
         m_process->closeWriteChannel();
     return true;
 }
@@ -301,14 +301,8 @@ RunResult ToolRunner::waitForFinished() {
     return m_result;
 }
 
-RunResult ToolRunner::runScript(const QString& script, const QString& scriptFileSpec) {
-    if (!startScript(script, scriptFileSpec))
-        return m_result;
-    return waitForFinished();
-}
-
-RunResult ToolRunner::runProgram(const QString& program, const QStringList& arguments) {
-    if (!startProgram(program, arguments))
+RunResult ToolRunner::run(const ToolCommand& command) {
+    if (!start(command))
         return m_result;
     return waitForFinished();
 }
@@ -397,19 +391,37 @@ void ToolRunner::onErrorOccurred(QProcess::ProcessError error) {
 void ToolRunner::finish(RunResult result) {
     if (!m_running)
         return;
-    // Whatever a script or a cancelled program left running in its group goes with it; the
-    // guard of a script is still in the group, so the group id cannot have been reused.
-    if (m_script || result.cancelled())
+    // Whatever the program left running in its group goes with it; what a hand-over started
+    // belongs to the user.
+    if (!m_handOver)
         signalGroup(SIGKILL);
-    if (m_process)
-        m_process->closeWriteChannel();
     m_killTimer.stop();
+    if (result.ok()) {
+        const QString unmoved = moveKeptOutputs();
+        if (!unmoved.isEmpty())
+            result = {RunResult::Outcome::Failed, result.exitCode, unmoved};
+    }
     removeTemporaryFolder();
     m_running = false;
     m_pid = 0;
     m_result = result;
     // Handlers may delete the runner or start its next run: nothing here is touched after.
     emit finished(result);
+}
+
+QString ToolRunner::moveKeptOutputs() const {
+    for (const ToolCommand::KeptOutput& kept : m_keptOutputs) {
+        const QString written = QDir(m_temporaryFolder).filePath(kept.written);
+        // A rename replaces the old file in one step; across file systems it is copied.
+        const bool moved = ::rename(QFile::encodeName(written).constData(),
+                                    QFile::encodeName(kept.destination).constData()) == 0 ||
+                           ((!QFile::exists(kept.destination) || QFile::remove(kept.destination)) &&
+                            QFile::rename(written, kept.destination));
+        if (!moved)
+            return QStringLiteral("\"%1\" could not be moved to \"%2\".")
+                .arg(written, kept.destination);
+    }
+    return {};
 }
 
 qint64 ToolRunner::startDetached(const QString& program, const QStringList& arguments,

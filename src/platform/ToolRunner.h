@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ToolCommand.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <QProcess>
@@ -23,22 +25,23 @@ struct RunResult {
     QString lastErrorLine() const;
 };
 
-// The one way the studio starts an external program. Runs one job at a time: a /bin/sh script
-// (or one program) in a process group of its own. Waiting never blocks the event loop; cancel
-// stops the whole group (SIGTERM, then SIGKILL after a grace period). Output arrives line by
-// line for progress parsing.
+// The one way the studio starts an external program. Runs one command at a time, the program
+// started directly from its argument list in a process group of its own. Waiting never blocks the
+// event loop; cancel stops the whole group (SIGTERM, then SIGKILL after a grace period). Output
+// arrives line by line for progress parsing.
 //
-// Tools never outlive the studio: a script's group is killed when the run ends, when the runner
-// is destroyed, and, should the studio itself be killed, by a guard in the group that notices the
-// studio's end of a pipe closing. A program started directly gets the parent-death signal.
-// The runner may be deleted, or start its next run, from any of its own signals.
+// Tools never outlive the studio: a run's group is killed when the run ends and when the runner
+// is destroyed, and the program gets the parent-death signal, should the studio itself be killed.
+// That signal follows the thread that started the program, so tools are started from the main
+// thread only, which lives as long as the studio. The runner may be deleted, or start its next
+// run, from any of its own signals.
 class ToolRunner : public QObject {
     Q_OBJECT
 public:
     explicit ToolRunner(QObject* parent = nullptr);
     ~ToolRunner() override;
 
-    // Gives every later script and program run a temporary folder of its own inside the given
+    // Gives every later run a temporary folder of its own inside the given
     // folder (made when missing): TMPDIR and MAGICK_TEMPORARY_PATH point there, and it goes when
     // the run ends, however it ends (finished, failed, cancelled, the runner destroyed, the
     // studio killed). Empty: runs use the common temporary folder.
@@ -52,12 +55,12 @@ public:
     // a studio still running stay. Returns how many went.
     static int removeLeftTemporaryFolders(const QString& workSpace);
 
-    // Writes the script (LF line ends) and starts /bin/sh on it.
-    bool startScript(const QString& script, const QString& scriptFileSpec);
-    // The same with the script file in the run's private temporary folder.
-    bool startScript(const QString& script);
-    // Starts a program with arguments directly; no shell sees them.
-    bool startProgram(const QString& program, const QStringList& arguments);
+    // Starts the command. An input that is not a regular file, or a program that cannot start,
+    // ends the run at once with a Failed result (finished comes from inside) and false.
+    bool start(const ToolCommand& command);
+    bool startProgram(const QString& program, const QStringList& arguments) {
+        return start({program, arguments});
+    }
     // Starts a program that hands the user's work to another of the user's programs (xdg-email
     // opening the mail client): waited for like any run, but what it leaves running belongs to
     // the user and stays when the runner or the studio goes. Cancel still stops it.
@@ -66,8 +69,10 @@ public:
     // commands and tests only: the window's handlers connect to finished instead.
     RunResult waitForFinished();
 
-    RunResult runScript(const QString& script, const QString& scriptFileSpec);
-    RunResult runProgram(const QString& program, const QStringList& arguments);
+    RunResult run(const ToolCommand& command);
+    RunResult runProgram(const QString& program, const QStringList& arguments) {
+        return run({program, arguments});
+    }
 
     void cancel();
     bool isRunning() const;
@@ -80,8 +85,6 @@ public:
     // process id, 0 when it could not start.
     static qint64 startDetached(const QString& program, const QStringList& arguments,
                                 const QString& workingFolder = QString());
-    // The shell every script runs under.
-    static QString shell() { return QStringLiteral("/bin/sh"); }
 
 signals:
     void outputLine(const QString& line); // stdout, split at CR or LF
@@ -89,16 +92,17 @@ signals:
     void finished(const cq::RunResult& result);
 
 private:
-    enum class Kind { Script, Program, HandOver };
     bool makeTemporaryFolder();
     void removeTemporaryFolder();
     bool failToStart(const QString& why);
-    bool startProcess(const QString& program, const QStringList& arguments, Kind kind);
+    bool startProcess(const ToolCommand& command, bool handOver);
     // The process with its environment and its place in a group of its own, not yet started.
-    void makeProcess(const QString& program, const QStringList& arguments, bool handOver);
+    void makeProcess(const ToolCommand& command, bool handOver);
     void connectProcess();
     // Forgets what the last run left: output, result, flags.
-    void resetRun(bool script, bool handOver);
+    void resetRun(const ToolCommand& command, bool handOver);
+    // Moves what the run kept in its temporary folder into place; why one could not go.
+    QString moveKeptOutputs() const;
     void releaseProcess();
     // Runs a handler of the process's signals; the runner may be gone when it returns.
     void deliver(const std::function<void()>& handler);
@@ -117,13 +121,13 @@ private:
     RunResult m_result;
     qint64 m_pid = 0;
     bool m_running = false;
-    bool m_script = false;
     bool m_handOver = false;
     bool m_cancelRequested = false;
     int m_delivering = 0; // > 0 while one of the process's signals is being handled
     int m_killGraceMs = 3000;
     QString m_workSpace;
     QString m_temporaryFolder;
+    QList<ToolCommand::KeptOutput> m_keptOutputs;
 };
 
 } // namespace cq

@@ -12,8 +12,8 @@ QString AviContainer::suffix() const {
 
 // Long groups of pictures, because most pieces are one still picture, and every piece starts on
 // a key frame. One thread each: the pieces run on every core at once.
-QString AviContainer::pieceEncoderOptions(const FrameRate&) const {
-    return QStringLiteral("-an -c:v mpeg4 -q:v 4 -g 300 -threads 1 -f avi");
+QStringList AviContainer::pieceEncoderOptions(const FrameRate&) const {
+    return {"-an", "-c:v", "mpeg4", "-q:v", "4", "-g", "300", "-threads", "1", "-f", "avi"};
 }
 
 // The picture is decoded and fitted once, then its one frame repeated: looping the input would
@@ -30,7 +30,8 @@ StillHold AviContainer::stillHold(qint64 frames, const FrameRate& rate) const {
                 .arg(frames - 1)
                 .arg(rate.ffmpegText())
                 .arg(frames - 4),
-            QStringLiteral("-frames:v %1 -fps_mode passthrough").arg(frames)};
+            {QStringLiteral("-frames:v"), QString::number(frames), QStringLiteral("-fps_mode"),
+             QStringLiteral("passthrough")}};
 }
 
 QString AviContainer::pieceProblem(const QString& file, qint64 frames, const FrameRate&) const {
@@ -47,16 +48,16 @@ QString AviContainer::pieceProblem(const QString& file, qint64 frames, const Fra
 
 // MP3 in AVI would make the muxer shift every video frame after the first (the encoder's
 // priming), so the sound is MPEG audio layer 2.
-QString AviContainer::resultEncoderOptions() const {
-    return QStringLiteral("-c:v copy -c:a mp2 -b:a 128k");
+QStringList AviContainer::resultEncoderOptions() const {
+    return {"-c:v", "copy", "-c:a", "mp2", "-b:a", "128k"};
 }
 
 QString AviContainer::soundSuffix() const {
     return QStringLiteral("mp2");
 }
 
-QString AviContainer::soundEncoderOptions() const {
-    return QStringLiteral("-c:a mp2 -b:a 128k -f mp2");
+QStringList AviContainer::soundEncoderOptions() const {
+    return {"-c:a", "mp2", "-b:a", "128k", "-f", "mp2"};
 }
 
 ResultLengths AviContainer::measureSound(const QString& file) const {
@@ -68,8 +69,8 @@ ResultLengths AviContainer::measureSound(const QString& file) const {
     return lengths;
 }
 
-QString AviContainer::copyResultOptions() const {
-    return QStringLiteral("-c:v copy -c:a copy");
+QStringList AviContainer::copyResultOptions() const {
+    return {"-c:v", "copy", "-c:a", "copy"};
 }
 
 ResultLengths AviContainer::measure(const QString& file) const {

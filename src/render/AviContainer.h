@@ -13,14 +13,14 @@ namespace cq {
 class AviContainer : public RenderContainer {
 public:
     QString suffix() const override;
-    QString pieceEncoderOptions(const FrameRate& rate) const override;
+    QStringList pieceEncoderOptions(const FrameRate& rate) const override;
     StillHold stillHold(qint64 frames, const FrameRate& rate) const override;
     QString pieceProblem(const QString& file, qint64 frames, const FrameRate& rate) const override;
-    QString resultEncoderOptions() const override;
+    QStringList resultEncoderOptions() const override;
     QString soundSuffix() const override;
-    QString soundEncoderOptions() const override;
+    QStringList soundEncoderOptions() const override;
     ResultLengths measureSound(const QString& file) const override;
-    QString copyResultOptions() const override;
+    QStringList copyResultOptions() const override;
     ResultLengths measure(const QString& file) const override;
 };
 

@@ -4,14 +4,13 @@
 #include "platform/ToolRunner.h"
 #include "render/FullDisk.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 namespace cq {
 
-MixStep::MixStep(QString line, QString output, QString scriptFile, QObject* parent)
-    : QObject(parent), m_line(std::move(line)), m_output(std::move(output)),
-      m_scriptFile(std::move(scriptFile)), m_runner(new ToolRunner(this)) {
+MixStep::MixStep(ToolCommand command, QString output, QObject* parent)
+    : QObject(parent), m_command(std::move(command)), m_output(std::move(output)),
+      m_runner(new ToolRunner(this)) {
     m_runner->setKillGraceMilliseconds(500);
     connect(m_runner, &ToolRunner::outputLine, this, &MixStep::onOutput);
     connect(m_runner, &ToolRunner::finished, this, &MixStep::onFinished);
@@ -22,13 +21,12 @@ bool MixStep::isRunning() const {
 }
 
 void MixStep::start() {
-    m_runner->startScript(m_line, m_scriptFile);
+    m_runner->start(m_command);
 }
 
 void MixStep::cancel() {
     m_runner->disconnect(this);
     m_runner->cancel();
-    QFile::remove(m_scriptFile);
 }
 
 void MixStep::onOutput(const QString& line) {
@@ -38,7 +36,6 @@ void MixStep::onOutput(const QString& line) {
 }
 
 void MixStep::onFinished(const RunResult& r) {
-    QFile::remove(m_scriptFile);
     const QString folder = QFileInfo(m_output).absolutePath();
     if (r.ok() && QFileInfo(m_output).size() > 0) {
         // ffmpeg ends well even when it could not write the end of the file.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ToolCommand.h"
+
 #include <QObject>
 #include <QString>
 
@@ -8,13 +10,13 @@ namespace cq {
 class ToolRunner;
 struct RunResult;
 
-// Runs the line that joins the pieces and mixes in the voice, and tells how far it has come.
+// Runs the command that joins the pieces and mixes in the voice, and tells how far it has come.
 // Ends with finished: an empty problem when the result was written.
 class MixStep : public QObject {
     Q_OBJECT
 public:
-    // output: the file the line writes; its folder is named if the disk is full.
-    MixStep(QString line, QString output, QString scriptFile, QObject* parent = nullptr);
+    // output: the file the command writes; its folder is named if the disk is full.
+    MixStep(ToolCommand command, QString output, QObject* parent = nullptr);
 
     void start();
     void cancel();
@@ -28,9 +30,8 @@ private:
     void onOutput(const QString& line);
     void onFinished(const RunResult& result);
 
-    QString m_line;
+    ToolCommand m_command;
     QString m_output;
-    QString m_scriptFile;
     ToolRunner* m_runner;
 };
 

@@ -1,6 +1,5 @@
 #include "render/Mp4Container.h"
 
-#include "platform/ShellQuote.h"
 #include "render/FrameRate.h"
 #include "render/Mp4Contents.h"
 
@@ -24,12 +23,14 @@ QString Mp4Container::suffix() const {
 // unknown), so that their stream headers are identical and the join can copy them all behind
 // the first piece's header. The encoder picks its own threads: a still costs four frames
 // however it runs, and a video's piece, the longest step of most renders, gets every core.
-QString Mp4Container::pieceEncoderOptions(const FrameRate& rate) const {
+QStringList Mp4Container::pieceEncoderOptions(const FrameRate& rate) const {
+    // Words without blanks: split at the blanks, they are the arguments.
     return QStringLiteral("-an -c:v libx264 -preset veryfast -crf 23 -pix_fmt yuv420p "
                           "-color_range tv -colorspace bt470bg -color_primaries bt470bg "
                           "-color_trc smpte170m -chroma_sample_location left "
                           "-video_track_timescale %1 -f mp4")
-        .arg(Mp4TrackTimescale(rate));
+        .arg(Mp4TrackTimescale(rate))
+        .split(u' ');
 }
 
 // The picture is fitted once and its frame repeated, as in AVI, but only four frames are
@@ -46,10 +47,10 @@ StillHold Mp4Container::stillHold(qint64 frames, const FrameRate& rate) const {
     return {QStringLiteral("loop=loop=%1:size=1,settb=1/(%2),setpts=N")
                 .arg(encoded - 1)
                 .arg(rate.ffmpegText()),
-            QStringLiteral("-frames:v %1 -bsf:v ").arg(encoded) +
-                ShellQuote(QStringLiteral("setts=pts=if(eq(N\\,0)\\,PTS\\,PTS+%1):"
-                                          "dts=if(eq(N\\,0)\\,DTS\\,DTS+%1)")
-                               .arg(shift))};
+            {QStringLiteral("-frames:v"), QString::number(encoded), QStringLiteral("-bsf:v"),
+             QStringLiteral("setts=pts=if(eq(N\\,0)\\,PTS\\,PTS+%1):"
+                            "dts=if(eq(N\\,0)\\,DTS\\,DTS+%1)")
+                 .arg(shift)}};
 }
 
 QString Mp4Container::pieceProblem(const QString& file, qint64 frames,
@@ -73,24 +74,24 @@ QString Mp4Container::pieceProblem(const QString& file, qint64 frames,
     return {};
 }
 
-QString Mp4Container::resultEncoderOptions() const {
-    return QStringLiteral("-c:v copy -c:a aac -b:a 128k -movflags +faststart");
+QStringList Mp4Container::resultEncoderOptions() const {
+    return {"-c:v", "copy", "-c:a", "aac", "-b:a", "128k", "-movflags", "+faststart"};
 }
 
 QString Mp4Container::soundSuffix() const {
     return QStringLiteral("m4a");
 }
 
-QString Mp4Container::soundEncoderOptions() const {
-    return QStringLiteral("-c:a aac -b:a 128k -f ipod");
+QStringList Mp4Container::soundEncoderOptions() const {
+    return {"-c:a", "aac", "-b:a", "128k", "-f", "ipod"};
 }
 
 ResultLengths Mp4Container::measureSound(const QString& file) const {
     return ResultLengths::of(ReadMp4Contents(file), "vide", "soun");
 }
 
-QString Mp4Container::copyResultOptions() const {
-    return QStringLiteral("-c:v copy -c:a copy -movflags +faststart");
+QStringList Mp4Container::copyResultOptions() const {
+    return {"-c:v", "copy", "-c:a", "copy", "-movflags", "+faststart"};
 }
 
 ResultLengths Mp4Container::measure(const QString& file) const {
@@ -98,8 +99,8 @@ ResultLengths Mp4Container::measure(const QString& file) const {
 }
 
 // Players and phones show an MP4's own text track (mov_text) and offer it by its language.
-QString Mp4Container::captionTrackOptions() const {
-    return QStringLiteral("-c:s mov_text -metadata:s:s:0 language=eng");
+QStringList Mp4Container::captionTrackOptions() const {
+    return {"-c:s", "mov_text", "-metadata:s:s:0", "language=eng"};
 }
 
 std::shared_ptr<const RenderContainer> MakeMp4Container() {

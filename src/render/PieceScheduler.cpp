@@ -4,7 +4,7 @@
 #include "platform/ToolPool.h"
 #include "render/BurnedCaptions.h"
 #include "render/FullDisk.h"
-#include "render/PieceLines.h"
+#include "render/PieceCommands.h"
 
 #include <QFile>
 #include <QSet>
@@ -133,20 +133,21 @@ void PieceScheduler::submit(const Run& run) {
         const RenderSegment& s = m_plan.segments[i];
         segments << s;
         sources << (run.black ? m_in.blackPicture : s.source);
-        // A script that cannot be written fails the run, and the piece is handled as any other.
+        // Captions that cannot be written fail the run, and the piece is handled as any other.
         if (!s.captions.isEmpty() &&
             WriteWholeFile(BurnedCaptionsScript(s.captions, m_in.frameRate, m_in.frameSize),
                            s.captionsScript))
             sources << s.captionsScript;
     }
     ToolTask task;
-    task.script = run.black ? StandInLine(m_in, segments.first()) : PieceRunLine(m_in, segments);
-    task.inputFiles = sources;
+    task.command =
+        run.black ? StandInCommand(m_in, segments.first()) : PieceRunCommand(m_in, segments);
+    task.command.inputFiles = sources;
     task.workSpace = m_space.folder;
     task.timeoutMs = timeLimitMs(frames(run));
     emit logLine(QStringLiteral("pieces %1%2: %3")
                      .arg(pieceNumbers(run), run.black ? QStringLiteral(" (black)") : QString(),
-                          task.script));
+                          task.command.commandLine()));
     m_runs.insert(m_pool->submit(task), run);
 }
 

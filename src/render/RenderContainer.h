@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QtGlobal>
 
 namespace cq {
@@ -11,7 +12,7 @@ struct FrameRate;
 // into the frame, and the output options that keep its timing and its length.
 struct StillHold {
     QString filter;
-    QString outputOptions;
+    QStringList outputOptions;
 };
 
 // The lengths of a result as read from the file itself; -1 where a stream is missing.
@@ -46,27 +47,27 @@ public:
     // The file name suffix of pieces and results, without the dot.
     virtual QString suffix() const = 0;
     // The encoder and muxer options of a piece, from "-an" to its format.
-    virtual QString pieceEncoderOptions(const FrameRate& rate) const = 0;
+    virtual QStringList pieceEncoderOptions(const FrameRate& rate) const = 0;
     virtual StillHold stillHold(qint64 frames, const FrameRate& rate) const = 0;
     // Why a piece file is not a whole piece of exactly this many frames at the rate; empty when
     // it is. Reads the file: for a worker thread or a short file.
     virtual QString pieceProblem(const QString& file, qint64 frames,
                                  const FrameRate& rate) const = 0;
     // The result's streams: the joined video copied, the sound encoded.
-    virtual QString resultEncoderOptions() const = 0;
+    virtual QStringList resultEncoderOptions() const = 0;
     // The voice alone in the result's sound codec, encoded before the join: its file suffix,
     // and its encoder and muxer options, from "-c:a" to its format.
     virtual QString soundSuffix() const = 0;
-    virtual QString soundEncoderOptions() const = 0;
+    virtual QStringList soundEncoderOptions() const = 0;
     // Reads such a sound file: whether it is whole, and its length in audioMs.
     virtual ResultLengths measureSound(const QString& file) const = 0;
     // The result's streams when the sound, too, is ready in the result's codec: both copied.
-    virtual QString copyResultOptions() const = 0;
+    virtual QStringList copyResultOptions() const = 0;
     // Reads the whole result; blocking, so it runs on a worker thread.
     virtual ResultLengths measure(const QString& file) const = 0;
     // The options that encode the cues, read from an SRT input, as the result's subtitle track;
     // empty for a container that carries none (the files beside the result then carry them).
-    virtual QString captionTrackOptions() const { return {}; }
+    virtual QStringList captionTrackOptions() const { return {}; }
 };
 
 } // namespace cq

@@ -23,7 +23,6 @@ struct RenderInputs {
     QString voiceFile;      // RecordedAudio.wav
     VoiceOptions voice;     // what the mix does to it
     QString workFolder;     // where the render takes a work space of its own
-    QString scriptFolder;   // where the scripts of its runs are written
     QString blackPicture;   // the lead-in, and the stand-in of any item that fails
     ToolLocation ffmpeg;    // not found(): the render says what to install
     QString ffprobe;        // empty: ffmpeg's own description measures a sound-only result
@@ -59,7 +58,6 @@ struct RenderRequest {
 struct RenderSpace {
     QString folder;        // pieces, their keys, the join list
     QString partialOutput; // the result is written here, renamed to the output once it passed
-    QString scriptPrefix;  // scripts of this render's runs start with it
 };
 
 } // namespace cq

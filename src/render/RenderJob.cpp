@@ -134,8 +134,6 @@ bool RenderJob::prepare() {
     m_space.folder = m_workspace.folder();
     m_space.partialOutput = PartialOutputOf(
         m_in.output, QStringLiteral("%1-%2").arg(QCoreApplication::applicationPid()).arg(n));
-    m_space.scriptPrefix = m_in.scriptFolder + QStringLiteral("/c-render%1-").arg(n);
-    QDir().mkpath(m_in.scriptFolder);
     QDir().mkpath(QFileInfo(m_in.output).absolutePath());
     log(QStringLiteral("work space \"%1\"").arg(m_space.folder));
     return true;
@@ -301,13 +299,12 @@ void RenderJob::mix() {
 void RenderJob::startMix() {
     emit statusChanged(QStringLiteral("Mixing the video with the voice"));
     m_report.voiceLevelReused = m_voice && m_voice->reused();
-    m_plan.finalLine = m_sound && !m_sound->file().isEmpty()
-                           ? CopyJoinLine(m_in, m_plan, m_sound->file())
-                           : FinalMixLine(m_in, m_plan, m_videosWithSound,
-                                          VoiceFilter(m_voiceOptions, voiceTreatment()));
-    log(QStringLiteral("final: ") + m_plan.finalLine);
-    m_mix = new MixStep(m_plan.finalLine, m_space.partialOutput,
-                        m_space.scriptPrefix + QStringLiteral("0.sh"), this);
+    m_plan.finalCommand = m_sound && !m_sound->file().isEmpty()
+                              ? CopyJoinCommand(m_in, m_plan, m_sound->file())
+                              : FinalMixCommand(m_in, m_plan, m_videosWithSound,
+                                                VoiceFilter(m_voiceOptions, voiceTreatment()));
+    log(QStringLiteral("final: ") + m_plan.finalCommand.commandLine());
+    m_mix = new MixStep(m_plan.finalCommand, m_space.partialOutput, this);
     connect(m_mix, &MixStep::progressed, this, [this](qint64 ms) {
         const int base = m_plan.audioOnly ? 0 : kPiecesShare;
         setProgress(base + int((99 - base) * ms / std::max<qint64>(1, m_plan.targetMs)));

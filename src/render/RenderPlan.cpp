@@ -2,8 +2,8 @@
 
 #include "captions/SubtitleFiles.h"
 #include "platform/RegularFiles.h"
-#include "platform/ShellQuote.h"
 #include "platform/TimeCode.h"
+#include "render/FfmpegInputs.h"
 
 #include <QFileInfo>
 
@@ -12,10 +12,6 @@
 namespace cq {
 
 namespace {
-
-QString head(const QString& ffmpeg) {
-    return ShellQuote(ffmpeg) + QStringLiteral(" -nostdin -hide_banner -v error");
-}
 
 QString seconds(qint64 ms) {
     return QString::number(double(ms) / 1000.0, 'f', 3);
@@ -102,7 +98,7 @@ private:
         s.sourceStartMs = kind == SegmentKind::Video ? sourceStartMs : 0;
         s.recipe =
             PieceRecipe::of(kind, source, s.sourceStartMs, frames, m_in.frameSize, m_in.frameRate,
-                            m_in.container->pieceEncoderOptions(m_in.frameRate));
+                            m_in.container->pieceEncoderOptions(m_in.frameRate).join(u' '));
         if (m_in.burnCaptions)
             s.captions = PieceCuesOf(m_in.captions, m_in.frameRate, first, frames);
         s.recipe.captions = PieceCuesRecipe(s.captions);
@@ -179,79 +175,93 @@ QString joinListText(const RenderPlan& plan, const FrameRate& rate) {
 }
 
 // The voice's own filters, when it goes to the result alone.
-QString voiceFilterOption(const QString& voiceFilter) {
-    return voiceFilter.isEmpty() ? QString() : QStringLiteral(" -af ") + ShellQuote(voiceFilter);
+QStringList voiceFilterOption(const QString& voiceFilter) {
+    return voiceFilter.isEmpty() ? QStringList{} : QStringList{QStringLiteral("-af"), voiceFilter};
 }
 
 // The sound of each kept video, delayed to its place, mixed under the voice; the voice alone
-// when no video keeps its sound. The voice sets the length.
-QString soundInputsAndMap(const RenderPlan& plan, const QSet<QString>& videosWithSound,
-                          const QString& voiceFilter, int firstInput) {
-    QString inputs;
+// when no video keeps its sound. The voice sets the length. Adds the videos' inputs, returns
+// the maps and filters of the result's streams.
+QStringList soundMaps(const RenderPlan& plan, const QSet<QString>& videosWithSound,
+                      const QString& voiceFilter, int pictures, int voice, FfmpegInputs& inputs) {
+    const QStringList pictureMap{QStringLiteral("-map"),
+                                 FfmpegInputs::stream(pictures, 'v', false)};
     QStringList chains;
-    int inputIndex = firstInput;
+    QString mixed;
     for (const RenderSegment& s : plan.segments) {
         if (s.kind != SegmentKind::Video || !videosWithSound.contains(s.source))
             continue;
+        QStringList options;
         if (s.sourceStartMs > 0)
-            inputs += QStringLiteral(" -ss ") + TimeCodeFromMs(s.sourceStartMs);
-        inputs += QStringLiteral(" -t ") + seconds(s.lengthMs) + QStringLiteral(" -i ") +
-                  ShellQuote(s.source);
-        chains << QStringLiteral("[%1:a]aresample=44100,adelay=%2:all=1[s%1]")
-                      .arg(inputIndex)
-                      .arg(s.startMs);
-        ++inputIndex;
+            options << QStringLiteral("-ss") << TimeCodeFromMs(s.sourceStartMs);
+        options << QStringLiteral("-t") << seconds(s.lengthMs);
+        const int input = inputs.add(s.source, options);
+        chains
+            << FfmpegInputs::stream(input, 'a', true) +
+                   QStringLiteral("aresample=44100,adelay=%1:all=1[s%2]").arg(s.startMs).arg(input);
+        mixed += QStringLiteral("[s%1]").arg(input);
     }
     if (chains.isEmpty())
-        return inputs + QStringLiteral(" -map 0:v -map 1:a") + voiceFilterOption(voiceFilter);
+        return pictureMap +
+               QStringList{QStringLiteral("-map"), FfmpegInputs::stream(voice, 'a', false)} +
+               voiceFilterOption(voiceFilter);
     QString graph = chains.join(u';') + u';';
-    QString voice = QStringLiteral("[1:a]");
+    QString voiceStream = FfmpegInputs::stream(voice, 'a', true);
     if (!voiceFilter.isEmpty()) {
-        graph += voice + voiceFilter + QStringLiteral("[voice];");
-        voice = QStringLiteral("[voice]");
+        graph += voiceStream + voiceFilter + QStringLiteral("[voice];");
+        voiceStream = QStringLiteral("[voice]");
     }
-    graph += voice;
-    for (int k = firstInput; k < inputIndex; ++k)
-        graph += QStringLiteral("[s%1]").arg(k);
     // duration=first: the voice sets the length; normalize=0 keeps the voice's level.
-    graph += QStringLiteral("amix=inputs=%1:duration=first:normalize=0[mix]")
-                 .arg(inputIndex - firstInput + 1);
-    return inputs + QStringLiteral(" -filter_complex ") + ShellQuote(graph) +
-           QStringLiteral(" -map 0:v -map '[mix]'");
+    graph +=
+        voiceStream + mixed +
+        QStringLiteral("amix=inputs=%1:duration=first:normalize=0[mix]").arg(chains.size() + 1);
+    return QStringList{QStringLiteral("-filter_complex"), graph} + pictureMap +
+           QStringList{QStringLiteral("-map"), QStringLiteral("[mix]")};
 }
 
-// The cue track, when the result has one: the input after the pieces and the sound, and its map
-// and encoder options.
-struct CueTrack {
-    QString input;
-    QString map;
+// The joined pieces, read back in order from the plan's own concat list, and the sound; the
+// cue track, when the result has one.
+struct JoinInputs {
+    FfmpegInputs inputs;
+    int pictures = -1;
+    int sound = -1;
+    QStringList cueTrack; // the map and the encoder options of the cue track; empty for none
 };
 
-CueTrack cueTrackOf(const RenderInputs& in, const RenderPlan& plan) {
-    if (plan.captionTrackFile.isEmpty())
-        return {};
-    return {QStringLiteral(" -i ") + ShellQuote(plan.captionTrackFile),
-            QStringLiteral(" -map 2:s ") + in.container->captionTrackOptions()};
+JoinInputs joinInputs(const RenderInputs& in, const RenderPlan& plan, const QString& sound) {
+    JoinInputs join;
+    join.pictures =
+        join.inputs.add(plan.joinListFile, {QStringLiteral("-f"), QStringLiteral("concat"),
+                                            QStringLiteral("-safe"), QStringLiteral("0")});
+    join.sound = join.inputs.add(sound);
+    if (!plan.captionTrackFile.isEmpty())
+        join.cueTrack =
+            QStringList{QStringLiteral("-map"),
+                        FfmpegInputs::stream(join.inputs.add(plan.captionTrackFile), 's', false)} +
+            in.container->captionTrackOptions();
+    return join;
 }
 
-// The joined pieces as input 0, read back in order from the plan's own concat list; the sound as
-// input 1.
-QString joinAndSoundInputs(const RenderInputs& in, const RenderPlan& plan, const QString& sound) {
-    return head(in.ffmpeg.path) +
-           QStringLiteral(" -progress pipe:1 -nostats -f concat -safe 0 -i ") +
-           ShellQuote(plan.joinListFile) + QStringLiteral(" -i ") + ShellQuote(sound);
+// ffmpeg reporting its progress on its standard output, then the outputs after the inputs.
+ToolCommand mixCommand(const QString& ffmpeg, const FfmpegInputs& inputs,
+                       const QStringList& outputs, const QString& output) {
+    ToolCommand command = inputs.command(
+        ffmpeg, {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-progress"),
+                 QStringLiteral("pipe:1"), QStringLiteral("-nostats")});
+    command.arguments << outputs << QStringLiteral("-y") << output;
+    return command;
 }
 
 // The pieces are already in the result's codec, size and rate, starting on a key frame: they
-// are joined by stream copy, and only the sound is encoded. A cue track is the third input, and
-// the videos' sounds follow it.
-QString videoMixLine(const RenderInputs& in, const RenderPlan& plan,
-                     const QSet<QString>& videosWithSound, const QString& voiceFilter) {
-    const CueTrack track = cueTrackOf(in, plan);
-    return joinAndSoundInputs(in, plan, in.voiceFile) + track.input +
-           soundInputsAndMap(plan, videosWithSound, voiceFilter, track.input.isEmpty() ? 2 : 3) +
-           track.map + u' ' + in.container->resultEncoderOptions() + QStringLiteral(" -y ") +
-           ShellQuote(plan.partialOutput);
+// are joined by stream copy, and only the sound is encoded.
+ToolCommand videoMixCommand(const RenderInputs& in, const RenderPlan& plan,
+                            const QSet<QString>& videosWithSound, const QString& voiceFilter) {
+    JoinInputs join = joinInputs(in, plan, in.voiceFile);
+    const QStringList maps =
+        soundMaps(plan, videosWithSound, voiceFilter, join.pictures, join.sound, join.inputs);
+    return mixCommand(in.ffmpeg.path, join.inputs,
+                      maps + join.cueTrack + in.container->resultEncoderOptions(),
+                      plan.partialOutput);
 }
 
 // The cues as the result's own subtitle track, cut to the voice: a track longer than the voice
@@ -270,21 +280,22 @@ QByteArray captionTrackOf(const RenderInputs& in) {
 
 } // namespace
 
-QString FinalMixLine(const RenderInputs& in, const RenderPlan& plan,
-                     const QSet<QString>& videosWithSound, const QString& voiceFilter) {
+ToolCommand FinalMixCommand(const RenderInputs& in, const RenderPlan& plan,
+                            const QSet<QString>& videosWithSound, const QString& voiceFilter) {
     if (!plan.audioOnly)
-        return videoMixLine(in, plan, videosWithSound, voiceFilter);
-    return head(in.ffmpeg.path) + QStringLiteral(" -progress pipe:1 -nostats -i ") +
-           ShellQuote(in.voiceFile) + voiceFilterOption(voiceFilter) + QStringLiteral(" -y ") +
-           ShellQuote(plan.partialOutput);
+        return videoMixCommand(in, plan, videosWithSound, voiceFilter);
+    FfmpegInputs inputs;
+    inputs.add(in.voiceFile);
+    return mixCommand(in.ffmpeg.path, inputs, voiceFilterOption(voiceFilter), plan.partialOutput);
 }
 
-QString CopyJoinLine(const RenderInputs& in, const RenderPlan& plan, const QString& voiceSound) {
-    const CueTrack track = cueTrackOf(in, plan);
-    return joinAndSoundInputs(in, plan, voiceSound) + track.input +
-           QStringLiteral(" -map 0:v -map 1:a") + track.map + u' ' +
-           in.container->copyResultOptions() + QStringLiteral(" -y ") +
-           ShellQuote(plan.partialOutput);
+ToolCommand CopyJoinCommand(const RenderInputs& in, const RenderPlan& plan,
+                            const QString& voiceSound) {
+    const JoinInputs join = joinInputs(in, plan, voiceSound);
+    const QStringList maps{QStringLiteral("-map"), FfmpegInputs::stream(join.pictures, 'v', false),
+                           QStringLiteral("-map"), FfmpegInputs::stream(join.sound, 'a', false)};
+    return mixCommand(in.ffmpeg.path, join.inputs,
+                      maps + join.cueTrack + in.container->copyResultOptions(), plan.partialOutput);
 }
 
 bool MixesVideoSound(const RenderPlan& plan, const QSet<QString>& videosWithSound) {
@@ -333,7 +344,7 @@ RenderPlan BuildRenderPlan(const RenderInputs& in, const RenderSpace& space,
         return plan;
     if (in.rows.isEmpty()) {
         plan.audioOnly = true;
-        plan.finalLine = FinalMixLine(in, plan, videosWithSound, {});
+        plan.finalCommand = FinalMixCommand(in, plan, videosWithSound, {});
         return plan;
     }
     addSegments(in, space, plan, videoLengths);
@@ -342,7 +353,7 @@ RenderPlan BuildRenderPlan(const RenderInputs& in, const RenderSpace& space,
     plan.captionTrack = captionTrackOf(in);
     if (!plan.captionTrack.isEmpty())
         plan.captionTrackFile = space.folder + QStringLiteral("/Captions.srt");
-    plan.finalLine = FinalMixLine(in, plan, videosWithSound, {});
+    plan.finalCommand = FinalMixCommand(in, plan, videosWithSound, {});
     return plan;
 }
 

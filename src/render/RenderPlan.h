@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ToolCommand.h"
 #include "render/BurnedCaptions.h"
 #include "render/PieceRecipe.h"
 #include "render/RenderInputs.h"
@@ -37,7 +38,7 @@ struct RenderPlan {
     QList<RenderSegment> segments;
     QString joinList;     // ffconcat text naming every piece in order
     QString joinListFile; // where it is written
-    QString finalLine;    // the pieces joined by stream copy, mixed with the voice as recorded
+    ToolCommand finalCommand; // the pieces joined by stream copy, mixed with the voice as recorded
     // SRT for the result's own subtitle track, empty for none, and where it is written for the
     // final line to read.
     QByteArray captionTrack;
@@ -58,14 +59,15 @@ RenderPlan BuildRenderPlan(const RenderInputs& in, const RenderSpace& space,
                            const QSet<QString>& videosWithSound,
                            const QHash<QString, qint64>& videoLengths = {});
 
-// The line that joins the pieces (if any) and mixes in the voice, its sound through voiceFilter
-// first (empty: as recorded). Known only once the voice is measured, after the plan.
-QString FinalMixLine(const RenderInputs& in, const RenderPlan& plan,
-                     const QSet<QString>& videosWithSound, const QString& voiceFilter);
+// The command that joins the pieces (if any) and mixes in the voice, its sound through
+// voiceFilter first (empty: as recorded). Known only once the voice is measured, after the plan.
+ToolCommand FinalMixCommand(const RenderInputs& in, const RenderPlan& plan,
+                            const QSet<QString>& videosWithSound, const QString& voiceFilter);
 
-// The line that joins the pieces and the voice's sound, made beforehand in the result's codec,
-// both by stream copy.
-QString CopyJoinLine(const RenderInputs& in, const RenderPlan& plan, const QString& voiceSound);
+// The command that joins the pieces and the voice's sound, made beforehand in the result's
+// codec, both by stream copy.
+ToolCommand CopyJoinCommand(const RenderInputs& in, const RenderPlan& plan,
+                            const QString& voiceSound);
 
 // Whether the result's sound mixes the sound of a video under the voice: then the join encodes
 // it, and the voice alone cannot be made beforehand.

@@ -1,6 +1,6 @@
 #include "render/VoiceLevel.h"
 
-#include "platform/ShellQuote.h"
+#include "render/FfmpegInputs.h"
 
 #include <QCryptographicHash>
 #include <QDateTime>
@@ -121,10 +121,16 @@ QString LoudnessMeasureFilter(const VoiceOptions& options, const VoiceTreatment&
                   QStringLiteral("ebur128=peak=true:framelog=verbose")});
 }
 
-QString VoiceMeasureLine(const QString& ffmpeg, const QString& voice, const QString& filter) {
-    return ShellQuote(ffmpeg) + QStringLiteral(" -nostdin -hide_banner -nostats -i ") +
-           ShellQuote(voice) + QStringLiteral(" -af ") + ShellQuote(filter) +
-           QStringLiteral(" -f null -");
+ToolCommand VoiceMeasureCommand(const QString& ffmpeg, const QString& voice,
+                                const QString& filter) {
+    FfmpegInputs inputs;
+    inputs.add(voice);
+    // The measuring filters print their summary at the normal log level.
+    ToolCommand command = inputs.command(ffmpeg, {QStringLiteral("-nostats")});
+    command.arguments << QStringLiteral("-af") << filter << QStringLiteral("-f")
+                      << QStringLiteral("null") << QStringLiteral("-");
+    command.inputFiles = {voice};
+    return command;
 }
 
 QString VoiceFileKey(const QString& voice, const QByteArray& salt) {

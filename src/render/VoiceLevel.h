@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FfmpegOutput.h"
+#include "platform/ToolCommand.h"
 #include "render/VoiceOptions.h"
 
 #include <QByteArray>
@@ -59,6 +60,6 @@ QString LoudnessMeasureFilter(const VoiceOptions& options, const VoiceTreatment&
 QString VoiceFileKey(const QString& voice, const QByteArray& salt);
 
 // A run of ffmpeg that puts the voice through a measuring filter.
-QString VoiceMeasureLine(const QString& ffmpeg, const QString& voice, const QString& filter);
+ToolCommand VoiceMeasureCommand(const QString& ffmpeg, const QString& voice, const QString& filter);
 
 } // namespace cq

@@ -55,14 +55,13 @@ void VoiceMeasure::start() {
 void VoiceMeasure::submit(Stage stage) {
     m_stage = stage;
     ToolTask task;
-    task.script = VoiceMeasureLine(m_ffmpeg, m_voice,
-                                   stage == Stage::NoiseFloor
-                                       ? NoiseFloorMeasureFilter(m_options)
-                                       : LoudnessMeasureFilter(m_options, m_treatment));
-    task.inputFiles = {m_voice};
+    task.command = VoiceMeasureCommand(m_ffmpeg, m_voice,
+                                       stage == Stage::NoiseFloor
+                                           ? NoiseFloorMeasureFilter(m_options)
+                                           : LoudnessMeasureFilter(m_options, m_treatment));
     task.workSpace = m_folder;
     task.urgent = true; // the join waits for it
-    emit logLine(QStringLiteral("measuring the voice: ") + task.script);
+    emit logLine(QStringLiteral("measuring the voice: ") + task.command.commandLine());
     m_taskId = m_pool->submit(task);
 }
 

@@ -1,7 +1,7 @@
 #include "render/VoiceSound.h"
 
-#include "platform/ShellQuote.h"
 #include "platform/ToolPool.h"
+#include "render/FfmpegInputs.h"
 #include "render/FullDisk.h"
 #include "render/RenderContainer.h"
 #include "render/RenderReport.h"
@@ -35,8 +35,8 @@ VoiceSound::~VoiceSound() {
 }
 
 void VoiceSound::start() {
-    const QString key =
-        VoiceFileKey(m_voice, (m_filter + u'|' + m_container.soundEncoderOptions()).toUtf8());
+    const QString key = VoiceFileKey(
+        m_voice, (m_filter + u'|' + m_container.soundEncoderOptions().join(u' ')).toUtf8());
     const QString base = m_folder + u'/' + kPrefix + key;
     m_keptFile = base + u'.' + m_container.soundSuffix();
     // The partial name keeps the suffix out of the pieces' patterns, which a later render clears.
@@ -54,20 +54,23 @@ void VoiceSound::start() {
         QFile::remove(m_keptFile);
     }
     ToolTask task;
-    task.script = encodeLine();
-    task.inputFiles = {m_voice};
+    task.command = encodeCommand();
     task.workSpace = m_folder;
     task.urgent = true; // the join waits for it
-    emit logLine(QStringLiteral("voice sound: ") + task.script);
+    emit logLine(QStringLiteral("voice sound: ") + task.command.commandLine());
     m_taskId = m_pool->submit(task);
 }
 
-QString VoiceSound::encodeLine() const {
-    return ShellQuote(m_ffmpeg) + QStringLiteral(" -nostdin -hide_banner -v error -i ") +
-           ShellQuote(m_voice) + QStringLiteral(" -vn") +
-           (m_filter.isEmpty() ? QString() : QStringLiteral(" -af ") + ShellQuote(m_filter)) +
-           u' ' + m_container.soundEncoderOptions() + QStringLiteral(" -y ") +
-           ShellQuote(m_partial);
+ToolCommand VoiceSound::encodeCommand() const {
+    FfmpegInputs inputs;
+    inputs.add(m_voice);
+    ToolCommand command = inputs.command(m_ffmpeg);
+    command.arguments << QStringLiteral("-vn");
+    if (!m_filter.isEmpty())
+        command.arguments << QStringLiteral("-af") << m_filter;
+    command.arguments << m_container.soundEncoderOptions() << QStringLiteral("-y") << m_partial;
+    command.inputFiles = {m_voice};
+    return command;
 }
 
 void VoiceSound::onTaskFinished(int id, const RunResult& result) {

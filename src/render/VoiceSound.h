@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ToolCommand.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -46,7 +48,7 @@ signals:
     void finished();
 
 private:
-    QString encodeLine() const;
+    ToolCommand encodeCommand() const;
     void onTaskFinished(int id, const RunResult& result);
     // Why the sound file is not whole or not the voice's length; empty when it can be used.
     QString soundProblem(const QString& file) const;

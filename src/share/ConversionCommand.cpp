@@ -1,6 +1,5 @@
 #include "share/ConversionCommand.h"
 
-#include "platform/ShellQuote.h"
 #include "share/ConversionPresets.h"
 
 #include <QFileInfo>
@@ -101,10 +100,6 @@ void AddOtherFormatArguments(QStringList& a, const QString& format, const QStrin
 }
 
 } // namespace
-
-QString ToolCommand::commandLine() const {
-    return ShellCommandLine(QStringList{program} + arguments);
-}
 
 ToolCommand ConvertFileForCellPhones(const QString& ffmpegFileSpec, const QString& inputFile,
                                      const QString& outputFile, const QString& presetText,

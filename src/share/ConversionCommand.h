@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ToolCommand.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -15,16 +17,6 @@ struct ConversionSettings {
     QString audioBitRate;    // kbit/s
     QString audioSampleRate; // Hz
     QString audioChannels;
-};
-
-// One program with its arguments; no shell ever sees them.
-struct ToolCommand {
-    QString program;
-    QStringList arguments;
-    // Every file the program reads; each must be a regular file when the command starts.
-    QStringList inputFiles = {};
-    // The same command as one /bin/sh line with every word quoted, for logs and messages.
-    QString commandLine() const;
 };
 
 // The ffmpeg command that converts the rendered clip for a phone or player. A ring-tone preset

@@ -1,7 +1,6 @@
 #include "share/ConversionJob.h"
 
 #include "platform/FfmpegOutput.h"
-#include "platform/ToolPool.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -31,15 +30,10 @@ bool ConversionJob::start(const ToolCommand& command, const QString& outputFileS
     QFile::remove(m_output);
     m_runEnded = false;
     emit progress(0);
-    // ffmpeg would wait for good on a FIFO and never finish reading a device.
-    const QString problem = ToolPool::inputProblem(command.inputFiles);
-    if (!problem.isEmpty()) {
-        onRunFinished({RunResult::Outcome::Failed, -1, problem});
-        return true;
-    }
     // ffmpeg's own temporary files stay next to the output and go with the run.
     m_runner->setTemporaryFolderIn(QFileInfo(m_output).absolutePath());
-    if (!m_runner->startProgram(command.program, command.arguments) && !m_runEnded)
+    // An input that is no regular file (ffmpeg would wait for good on a FIFO) ends the run.
+    if (!m_runner->start(command) && !m_runEnded)
         onRunFinished(m_runner->lastResult());
     return true;
 }

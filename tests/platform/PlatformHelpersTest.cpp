@@ -1,6 +1,5 @@
 #include "platform/Folders.h"
 #include "platform/Processes.h"
-#include "platform/ShellQuote.h"
 #include "platform/TextFiles.h"
 #include "platform/TextHelpers.h"
 #include "platform/WavFormat.h"
@@ -75,12 +74,6 @@ TEST(Folders, MakeFolderPathCreatesEveryMissingLevel) {
     EXPECT_EQ(DeleteFilesInFolder(dir.filePath("A")), 0);
     EXPECT_FALSE(QFileInfo::exists(dir.filePath("A/file")));
     EXPECT_TRUE(QFileInfo(dir.filePath("A/sub")).isDir());
-}
-
-TEST(ShellQuote, SingleQuotesMakeEveryCharacterLiteral) {
-    EXPECT_EQ(ShellQuote("plain"), "'plain'");
-    EXPECT_EQ(ShellQuote("it's"), "'it'\\''s'");
-    EXPECT_EQ(ShellCommandLine({"a b", "$(x)"}), "'a b' '$(x)'");
 }
 
 TEST(WavFormat, CanonicalHeaderOfMonoSixteenBit) {

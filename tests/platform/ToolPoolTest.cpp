@@ -1,5 +1,4 @@
 #include "platform/ToolPool.h"
-#include "platform/ShellQuote.h"
 #include "platform/TextFiles.h"
 #include "support/LiveProcesses.h"
 
@@ -38,11 +37,12 @@ struct Outcomes {
     bool done(int id) const { return finished.contains(id); }
 };
 
-ToolTask Task(const QString& script, const QString& workSpace, const QStringList& inputs = {}) {
+// A task whose tool is a shell program, given its arguments as $1, $2, ...
+ToolTask Task(const QString& program, const QString& workSpace, const QStringList& inputs = {},
+              const QStringList& arguments = {}) {
     ToolTask task;
-    task.script = script;
+    task.command = {"/bin/sh", QStringList{"-c", program, "sh"} + arguments, inputs};
     task.workSpace = workSpace;
-    task.inputFiles = inputs;
     return task;
 }
 
@@ -59,11 +59,10 @@ TEST(ToolPool, NeverRunsMoreThanItsLimitAndStartsTasksInTheOrderTheyCameUrgentOn
     ToolPool pool(2);
     Outcomes out(pool);
     auto waiting = [&](bool urgent) {
-        ToolTask task = Task(QString("echo start >> %1\n"
-                                     "while [ ! -e %2 ]; do sleep 0.02; done\n"
-                                     "echo end >> %1")
-                                 .arg(ShellQuote(log), ShellQuote(go)),
-                             dir.path());
+        ToolTask task = Task("echo start >> \"$1\"\n"
+                             "while [ ! -e \"$2\" ]; do sleep 0.02; done\n"
+                             "echo end >> \"$1\"",
+                             dir.path(), {}, {log, go});
         task.urgent = urgent;
         return task;
     };
@@ -120,12 +119,12 @@ TEST(ToolPool, NoToolIsHandedADeviceAFifoOrAFolder) {
     QHash<int, QPair<QString, QString>> expected;
     for (const auto& [name, kind] : refused) {
         const QString ran = dir.filePath("ran " + name);
-        const int id = pool.submit(
-            Task("touch " + ShellQuote(ran), dir.path(), {picture, dir.filePath(name)}));
+        const int id =
+            pool.submit(Task("touch \"$1\"", dir.path(), {picture, dir.filePath(name)}, {ran}));
         expected.insert(id, {name, kind});
     }
-    const int fine = pool.submit(
-        Task("cat \"$0\" >/dev/null", dir.path(), {picture, dir.filePath("link to picture.jpg")}));
+    const int fine = pool.submit(Task("cat \"$1\" >/dev/null", dir.path(),
+                                      {picture, dir.filePath("link to picture.jpg")}, {picture}));
     ASSERT_TRUE(Eventually([&] { return out.finished.size() == refused.size() + 1; }, 20000));
     for (auto it = expected.cbegin(); it != expected.cend(); ++it) {
         const RunResult r = out.finished.value(it.key());
@@ -144,9 +143,8 @@ TEST(ToolPool, NoToolIsHandedADeviceAFifoOrAFolder) {
     ASSERT_TRUE(SaveTextToFile("data", later));
     ToolPool one(1);
     Outcomes queued(one);
-    one.submit(
-        Task(QString("while [ ! -e %1 ]; do sleep 0.02; done").arg(ShellQuote(go)), dir.path()));
-    const int swapped = one.submit(Task("cat " + ShellQuote(later), dir.path(), {later}));
+    one.submit(Task("while [ ! -e \"$1\" ]; do sleep 0.02; done", dir.path(), {}, {go}));
+    const int swapped = one.submit(Task("cat \"$1\"", dir.path(), {later}, {later}));
     ASSERT_TRUE(Eventually([&] { return queued.started.size() == 1; }, 10000));
     ASSERT_TRUE(QFile::remove(later) && MakeFifo(later));
     ASSERT_TRUE(SaveTextToFile("", go));
@@ -159,7 +157,7 @@ TEST(ToolPool, NoToolIsHandedADeviceAFifoOrAFolder) {
 TEST(ToolPool, EachRunHasATemporaryFolderOfItsOwnThatGoesWithTheRunHoweverItEnds) {
     QTemporaryDir dir;
     const QString work = dir.filePath("Render 1"); // made by the pool when missing
-    // The script checks its own surroundings; mktemp stands for any tool that obeys TMPDIR.
+    // The tool checks its own surroundings; mktemp stands for any tool that obeys TMPDIR.
     const QString probe = "[ -d \"$TMPDIR\" ] && [ \"$TMPDIR\" = \"$MAGICK_TEMPORARY_PATH\" ] && "
                           "echo \"$TMPDIR\" && mktemp && echo ready\n";
     auto pool = std::make_unique<ToolPool>(4);
@@ -203,7 +201,7 @@ TEST(ToolPool, CancelDropsAQueuedTaskAndStopsARunningOneAndATimeLimitStopsAStuck
     Outcomes out(pool);
     const QString ranDropped = dir.filePath("dropped ran");
     const int running = pool.submit(Task("echo up\nsleep 30", dir.path()));
-    const int dropped = pool.submit(Task("touch " + ShellQuote(ranDropped), dir.path()));
+    const int dropped = pool.submit(Task("touch \"$1\"", dir.path(), {}, {ranDropped}));
     const int last = pool.submit(Task("echo last", dir.path()));
     ASSERT_TRUE(Eventually([&] { return out.lines.value(running).contains("up"); }, 10000));
     pool.cancel(dropped);

@@ -1,5 +1,4 @@
 #include "platform/ToolRunner.h"
-#include "platform/ShellQuote.h"
 #include "platform/TextFiles.h"
 #include "support/LiveProcesses.h"
 
@@ -43,62 +42,82 @@ QList<qint64> groupMembers(qint64 group) {
     return members;
 }
 
+// A shell program run as the tool: what the studio's tools do, written in a line.
+ToolCommand Sh(const QString& program, const QStringList& arguments = {}) {
+    return {"/bin/sh", QStringList{"-c", program, "sh"} + arguments};
+}
+
+const QStringList kHostileNames{"it's here.txt",
+                                "double \"quote\".txt",
+                                "$(touch INJECTED).txt",
+                                "`touch INJECTED`.txt",
+                                "semi; touch INJECTED;.txt",
+                                "back\\slash.txt",
+                                QString::fromUtf8("Zo\u00eb Vid\u00e9o \u00fcn\u00efcode.txt"),
+                                "new\nline.txt",
+                                "-starts like an option.txt",
+                                "$HOME and * glob.txt"};
+
 } // namespace
 
-TEST(ToolRunner, HostileFileNamesPassThroughShUntouched) {
+TEST(ToolRunner, HostileFileNamesReachTheToolAsTheyAreAndReadBackFromTheLoggedLine) {
     QTemporaryDir dir;
+    ToolRunner runner;
     // A name cannot hold "/", so an injected command would make its file in the working folder.
-    const QStringList names{"it's here.txt",
-                            "double \"quote\".txt",
-                            "$(touch INJECTED).txt",
-                            "`touch INJECTED`.txt",
-                            "semi; touch INJECTED;.txt",
-                            "back\\slash.txt",
-                            QString::fromUtf8("Zoë Vidéo ünïcode.txt"),
-                            "new\nline.txt",
-                            "$HOME and * glob.txt"};
-    QString script;
-    for (const QString& name : names) {
+    for (const QString& name : kHostileNames) {
         const QString from = dir.filePath("src-" + name);
         ASSERT_TRUE(SaveTextToFile(name, from));
-        script += ShellCommandLine({"/bin/cp", from, dir.filePath("dst-" + name)}) + "\n";
-    }
-    ToolRunner runner;
-    const RunResult r = runner.runScript(script, dir.filePath("c.sh"));
-    EXPECT_TRUE(r.ok()) << r.errorText.toStdString();
-    EXPECT_FALSE(QFileInfo::exists("INJECTED"));
-    EXPECT_FALSE(QFileInfo::exists(dir.filePath("INJECTED")));
-    for (const QString& name : names)
+        const RunResult r = runner.run({"/bin/cp", {from, dir.filePath("dst-" + name)}, {from}});
+        EXPECT_TRUE(r.ok()) << r.errorText.toStdString();
         EXPECT_EQ(ReadFileToString(dir.filePath("dst-" + name)), name + "\r\n")
             << name.toStdString();
+    }
+    EXPECT_FALSE(QFileInfo::exists("INJECTED"));
+    EXPECT_FALSE(QFileInfo::exists(dir.filePath("INJECTED")));
+
+    // The line in the log, pasted into a shell, hands the program the very same words.
+    const ToolCommand logged{"printf", QStringList{"<%s>"} + kHostileNames};
+    const RunResult pasted = runner.run(Sh(logged.commandLine()));
+    ASSERT_TRUE(pasted.ok()) << pasted.errorText.toStdString();
+    EXPECT_EQ(QString::fromUtf8(runner.standardOutput()), "<" + kHostileNames.join("><") + ">");
+    EXPECT_FALSE(QFileInfo::exists("INJECTED"));
 }
 
-TEST(ToolRunner, AScriptHoldingANulIsRefusedNotCutShort) {
+TEST(ToolRunner, ReadsItsInputFileAndKeepsItsOutputOnlyWhenItEndsWell) {
     QTemporaryDir dir;
+    const QString input = dir.filePath("in; $(x).txt");
+    ASSERT_TRUE(SaveTextToFile("picture", input));
+    const QString kept = dir.filePath("kept.txt");
+    ASSERT_TRUE(SaveTextToFile("older", kept));
     ToolRunner runner;
-    // sh would read "rm -rf '/tmp/x" and stop: a quoted value must never change its meaning.
-    const RunResult r =
-        runner.runScript(QString("echo '/tmp/x") + QChar(u'\0') + "y'", dir.filePath("c.sh"));
-    EXPECT_EQ(r.outcome, RunResult::Outcome::Failed);
-    EXPECT_TRUE(r.errorText.contains("could not be written"));
-    EXPECT_FALSE(runner.isRunning());
-}
+    runner.setTemporaryFolderIn(dir.filePath("work"));
+    ToolCommand copy = Sh("cat > made.txt; exit $1", {"0"});
+    copy.standardInputFile = input;
+    copy.keptOutputs = {{"made.txt", kept}};
+    EXPECT_TRUE(runner.run(copy).ok());
+    EXPECT_EQ(ReadFileToString(kept), "picture\r\n");
 
-TEST(ToolRunner, ScriptIsWrittenWithLfLineEndsReplacingTheOldOne) {
-    QTemporaryDir dir;
-    ToolRunner runner;
-    runner.runScript("true\r\ntrue\r\ntrue\r\n", dir.filePath("c.sh"));
-    runner.runScript("true\r\necho hi", dir.filePath("c.sh"));
-    EXPECT_EQ(ReadFileToBytes(dir.filePath("c.sh")), "true\necho hi\n");
+    // A run that fails leaves the older file as it was, and nothing in the work space.
+    ASSERT_TRUE(SaveTextToFile("older", kept));
+    copy.arguments.last() = "1";
+    EXPECT_FALSE(runner.run(copy).ok());
+    EXPECT_EQ(ReadFileToString(kept), "older\r\n");
+    EXPECT_TRUE(Eventually([&] { return QDir(dir.filePath("work")).isEmpty(); }, 5000));
+
+    // Made by a run that ended well but cannot be put in place: the run failed.
+    copy.arguments.last() = "0";
+    copy.keptOutputs = {{"made.txt", dir.filePath("no folder/kept.txt")}};
+    const RunResult unmoved = runner.run(copy);
+    EXPECT_EQ(unmoved.outcome, RunResult::Outcome::Failed);
+    EXPECT_TRUE(unmoved.errorText.contains("could not be moved"))
+        << unmoved.errorText.toStdString();
 }
 
 TEST(ToolRunner, ReportsExitStatusAndCapturedErrorText) {
-    QTemporaryDir dir;
     ToolRunner runner;
     QStringList lines;
     QObject::connect(&runner, &ToolRunner::errorLine, [&](const QString& l) { lines << l; });
-    const RunResult r = runner.runScript("echo first >&2\nprintf 'time=1\\rtime=2' >&2\nexit 3",
-                                         dir.filePath("c.sh"));
+    const RunResult r = runner.run(Sh("echo first >&2\nprintf 'time=1\\rtime=2' >&2\nexit 3"));
     EXPECT_EQ(r.outcome, RunResult::Outcome::Failed);
     EXPECT_EQ(r.exitCode, 3);
     EXPECT_TRUE(r.errorText.contains("first"));
@@ -106,11 +125,9 @@ TEST(ToolRunner, ReportsExitStatusAndCapturedErrorText) {
 }
 
 TEST(ToolRunner, CancelStopsTheWholeGroupWithinSeconds) {
-    QTemporaryDir dir;
     ToolRunner runner;
-    // The shell ignores SIGTERM; its child sleeps. The group must still go.
-    ASSERT_TRUE(
-        runner.startScript("trap '' TERM\nsleep 60 & wait\nsleep 60", dir.filePath("c.sh")));
+    // The tool ignores SIGTERM; its child sleeps. The group must still go.
+    ASSERT_TRUE(runner.start(Sh("trap '' TERM\nsleep 60 & wait\nsleep 60")));
     QSignalSpy finished(&runner, &ToolRunner::finished);
     QElapsedTimer clock;
     clock.start();
@@ -131,7 +148,6 @@ TEST(ToolRunner, AProgramThatDoesNotExistFailsWithAReason) {
 }
 
 TEST(ToolRunner, ItsOwnSignalsMayStartTheNextRunOrDeleteIt) {
-    QTemporaryDir dir;
     auto* runner = new ToolRunner;
     QPointer<ToolRunner> alive(runner);
     QStringList outputs;
@@ -140,12 +156,11 @@ TEST(ToolRunner, ItsOwnSignalsMayStartTheNextRunOrDeleteIt) {
         EXPECT_TRUE(r.ok());
         outputs << QString::fromUtf8(runner->standardOutput()).trimmed();
         if (++runs < 3)
-            EXPECT_TRUE(
-                runner->startScript(QString("echo run%1").arg(runs + 1), dir.filePath("c.sh")));
+            EXPECT_TRUE(runner->start(Sh(QString("echo run%1").arg(runs + 1))));
         else
             delete runner; // the process whose signal this is must outlive the delivery
     });
-    ASSERT_TRUE(runner->startScript("echo run1", dir.filePath("c.sh")));
+    ASSERT_TRUE(runner->start(Sh("echo run1")));
     ASSERT_TRUE(Eventually([&] { return alive.isNull(); }, 20000));
     EXPECT_EQ(outputs, QStringList({"run1", "run2", "run3"}));
 
@@ -162,11 +177,10 @@ TEST(ToolRunner, ItsOwnSignalsMayStartTheNextRunOrDeleteIt) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return last.isNull(); }, 20000));
 }
 
-TEST(ToolRunner, NoToolOfAScriptOutlivesItsRunOrItsRunner) {
-    QTemporaryDir dir;
-    // A script that leaves a tool behind: the group goes when the script ends.
+TEST(ToolRunner, NothingAToolStartedOutlivesItsRunOrItsRunner) {
+    // A tool that leaves a process behind: the group goes when the tool ends.
     ToolRunner runner;
-    const RunResult r = runner.runScript("sleep 30 &\necho $$", dir.filePath("c.sh"));
+    const RunResult r = runner.run(Sh("sleep 30 &\necho $$"));
     ASSERT_TRUE(r.ok()) << r.errorText.toStdString();
     const qint64 group = runner.standardOutput().trimmed().toLongLong();
     ASSERT_GT(group, 0);
@@ -178,7 +192,7 @@ TEST(ToolRunner, NoToolOfAScriptOutlivesItsRunOrItsRunner) {
     qint64 second = 0;
     QObject::connect(running, &ToolRunner::outputLine,
                      [&](const QString& line) { second = line.toLongLong(); });
-    ASSERT_TRUE(running->startScript("echo $$\nsleep 30 & sleep 30", dir.filePath("d.sh")));
+    ASSERT_TRUE(running->start(Sh("echo $$\nsleep 30 & sleep 30")));
     ASSERT_TRUE(Eventually([&] { return second > 0 && groupMembers(second).size() >= 2; }, 10000));
     delete running;
     EXPECT_TRUE(Eventually([&] { return groupMembers(second).isEmpty(); }, 2000))

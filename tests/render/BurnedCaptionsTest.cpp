@@ -37,7 +37,7 @@ struct Plan {
         in.output = dir.filePath("out.avi");
     }
     RenderPlan build() const {
-        return BuildRenderPlan(in, {dir.path(), dir.filePath("out.part.avi"), {}}, {});
+        return BuildRenderPlan(in, {dir.path(), dir.filePath("out.part.avi")}, {});
     }
 };
 

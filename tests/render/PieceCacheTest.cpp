@@ -5,7 +5,7 @@
 #include "platform/ToolRunner.h"
 #include "render/AviContents.h"
 #include "render/PieceCache.h"
-#include "render/PieceLines.h"
+#include "render/PieceCommands.h"
 #include "render/RenderPlan.h"
 
 #include <QFile>
@@ -33,12 +33,12 @@ struct MadePiece {
         in.output = dir.filePath("out.avi");
         test::RenderTestMedia media(in.ffmpeg.path, {});
         media.solidPicture(dir.filePath("pic.jpg"), "red", 320, 240);
-        plan = BuildRenderPlan(in, {dir.path(), dir.filePath("out.part.avi"), {}}, {});
+        plan = BuildRenderPlan(in, {dir.path(), dir.filePath("out.part.avi")}, {});
     }
     const RenderSegment& segment() const { return plan.segments.first(); }
     bool make() const {
         ToolRunner runner;
-        return runner.runScript(PieceRunLine(in, {segment()}), dir.filePath("make.sh")).ok();
+        return runner.run(PieceRunCommand(in, {segment()})).ok();
     }
 };
 

@@ -2,7 +2,6 @@
 // renders at once, a result that fails its check, pieces of older timelines, hostile sizes.
 #include "RenderFixture.h"
 
-#include "platform/ShellQuote.h"
 #include "platform/TextFiles.h"
 #include "platform/ToolRunner.h"
 #include "render/AviContents.h"
@@ -99,16 +98,16 @@ TEST_F(RenderEndToEnd, AFileSizeLimitOnTheStudioIsReportedAsLackOfSpace) {
     ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "testsrc2=s=1280x720", "-frames:v", "1", "-update",
                            "1", "-q:v", "2", "-y", project + "/busy.jpg"}));
     ASSERT_TRUE(WriteWholeFile("1\tPictures\t0.000\t\tbusy.jpg\r\n", project + "/Timeline.txt"));
-    const QString render = ShellQuote(CQ_STUDIO_EXECUTABLE) + " --app-dir " +
-                           ShellQuote(paths.appFolder) + " --render " +
-                           ShellQuote(project + "/Timeline.txt");
+    const QStringList render{CQ_STUDIO_EXECUTABLE, "--app-dir", paths.appFolder, "--render",
+                             project + "/Timeline.txt"};
     ToolRunner runner;
     // The application folder is filled on first use, without the limit.
-    const RunResult first = runner.runScript(render, mediaFile("first.sh"));
+    const RunResult first = runner.runProgram(render.first(), render.mid(1));
     ASSERT_TRUE(first.ok()) << first.errorText.toStdString();
 
-    const RunResult limited = runner.runScript("ulimit -f 24\nexec " + render + " --size 640X480",
-                                               mediaFile("limited.sh"));
+    const RunResult limited =
+        runner.runProgram("/bin/sh", QStringList{"-c", "ulimit -f 24\nexec \"$@\"", "sh"} + render +
+                                         QStringList{"--size", "640X480"});
     EXPECT_EQ(limited.exitCode, 1);
     const QString reason = QString::fromLocal8Bit(std::strerror(EFBIG));
     EXPECT_TRUE(limited.errorText.contains("lack of space (" + reason + ")"))

@@ -1,8 +1,8 @@
-#include "render/PieceLines.h"
+#include "render/PieceCommands.h"
 
-#include "platform/ShellQuote.h"
 #include "platform/TimeCode.h"
 #include "render/BurnedCaptions.h"
+#include "render/FfmpegInputs.h"
 #include "render/RenderContainer.h"
 
 #include <QHash>
@@ -30,31 +30,21 @@ StillHold realFramesHold(qint64 frames, const FrameRate& rate) {
     return {QStringLiteral("loop=loop=%1:size=1,settb=1/(%2),setpts=N")
                 .arg(frames - 1)
                 .arg(rate.ffmpegText()),
-            QStringLiteral("-frames:v %1 -fps_mode passthrough").arg(frames)};
+            {QStringLiteral("-frames:v"), QString::number(frames), QStringLiteral("-fps_mode"),
+             QStringLiteral("passthrough")}};
 }
 
 QString captionsFilter(const RenderSegment& s) {
     return s.captions.isEmpty() ? QString() : u',' + BurnedCaptionsFilter(s.captionsScript);
 }
 
-qint64 videoStartMs(const RenderSegment& s) {
-    return s.kind == SegmentKind::Video ? s.sourceStartMs : 0;
-}
-
-QString segmentInput(const QString& source, qint64 seekMs) {
-    QString input;
-    if (seekMs > 0)
-        input += QStringLiteral("-ss ") + TimeCodeFromMs(seekMs) + u' ';
-    return input + QStringLiteral("-i ") + ShellQuote(source);
-}
-
 // skipMs: how far into its input the video piece starts, when it shares one decoded input with
 // pieces of the same video that start earlier.
-QString segmentOutput(const RenderInputs& in, const RenderSegment& s, int inputIndex,
-                      qint64 skipMs) {
+QStringList segmentOutput(const RenderInputs& in, const RenderSegment& s, int input,
+                          qint64 skipMs) {
     const QString rate = in.frameRate.ffmpegText();
     QString filter;
-    QString timing;
+    QStringList timing;
     if (s.kind == SegmentKind::Video) {
         if (skipMs > 0)
             filter = QStringLiteral("setpts=PTS-STARTPTS,trim=start=%1,").arg(seconds(skipMs));
@@ -62,7 +52,7 @@ QString segmentOutput(const RenderInputs& in, const RenderSegment& s, int inputI
         filter += QStringLiteral("setpts=PTS-STARTPTS,fps=") + rate + u',' +
                   fitFilter(in.frameSize) + QStringLiteral(",tpad=stop=-1:stop_mode=clone") +
                   captionsFilter(s);
-        timing = QStringLiteral("-frames:v %1").arg(s.frames);
+        timing = {QStringLiteral("-frames:v"), QString::number(s.frames)};
     } else {
         const StillHold hold = s.captions.isEmpty()
                                    ? in.container->stillHold(s.frames, in.frameRate)
@@ -72,52 +62,57 @@ QString segmentOutput(const RenderInputs& in, const RenderSegment& s, int inputI
                  hold.filter + captionsFilter(s);
         timing = hold.outputOptions;
     }
-    return QStringLiteral("-map %1:v -vf ").arg(inputIndex) + ShellQuote(filter) + u' ' + timing +
-           QStringLiteral(" -r ") + rate + u' ' + in.container->pieceEncoderOptions(in.frameRate) +
-           QStringLiteral(" -y ") + ShellQuote(s.partial);
+    return QStringList{QStringLiteral("-map"), FfmpegInputs::stream(input, 'v', false),
+                       QStringLiteral("-vf"), filter} +
+           timing + QStringList{QStringLiteral("-r"), rate} +
+           in.container->pieceEncoderOptions(in.frameRate) +
+           QStringList{QStringLiteral("-y"), s.partial};
 }
 
 } // namespace
 
-QString PieceRunLine(const RenderInputs& in, const QList<RenderSegment>& segments) {
+ToolCommand PieceRunCommand(const RenderInputs& in, const QList<RenderSegment>& segments) {
     // Pieces of one video share one input, decoded once from the earliest start among them;
     // every still picture is an input of its own.
-    QList<int> inputOf;
-    QList<qint64> seekOf;
-    QStringList inputs;
+    QHash<QString, qint64> videoSeek;
+    for (const RenderSegment& s : segments)
+        if (s.kind == SegmentKind::Video)
+            videoSeek[s.source] = videoSeek.contains(s.source)
+                                      ? std::min(videoSeek.value(s.source), s.sourceStartMs)
+                                      : s.sourceStartMs;
+    FfmpegInputs inputs;
     QHash<QString, int> videoInput;
+    QList<int> inputOf;
     for (const RenderSegment& s : segments) {
         const bool video = s.kind == SegmentKind::Video;
         if (video && videoInput.contains(s.source)) {
-            const int index = videoInput.value(s.source);
-            seekOf[index] = std::min(seekOf[index], videoStartMs(s));
-            inputOf << index;
+            inputOf << videoInput.value(s.source);
             continue;
         }
-        const int index = int(inputs.size());
+        const qint64 seekMs = video ? videoSeek.value(s.source) : 0;
+        const int input = inputs.add(
+            s.source, seekMs > 0 ? QStringList{QStringLiteral("-ss"), TimeCodeFromMs(seekMs)}
+                                 : QStringList{});
         if (video)
-            videoInput.insert(s.source, index);
-        inputs << s.source;
-        seekOf << videoStartMs(s);
-        inputOf << index;
+            videoInput.insert(s.source, input);
+        inputOf << input;
     }
-    QString line = ShellQuote(in.ffmpeg.path) + QStringLiteral(" -nostdin -hide_banner -v error");
-    for (qsizetype i = 0; i < inputs.size(); ++i)
-        line += u' ' + segmentInput(inputs[i], seekOf[i]);
+    ToolCommand command = inputs.command(in.ffmpeg.path);
     for (qsizetype i = 0; i < segments.size(); ++i) {
-        const int index = inputOf[i];
-        line +=
-            u' ' + segmentOutput(in, segments[i], index, videoStartMs(segments[i]) - seekOf[index]);
+        const RenderSegment& s = segments[i];
+        const qint64 skipMs =
+            s.kind == SegmentKind::Video ? s.sourceStartMs - videoSeek.value(s.source) : 0;
+        command.arguments << segmentOutput(in, s, inputOf[i], skipMs);
     }
-    return line;
+    return command;
 }
 
-QString StandInLine(const RenderInputs& in, const RenderSegment& segment) {
+ToolCommand StandInCommand(const RenderInputs& in, const RenderSegment& segment) {
     RenderSegment black = segment;
     black.kind = SegmentKind::Black;
     black.source = in.blackPicture;
     black.sourceStartMs = 0;
-    return PieceRunLine(in, {black});
+    return PieceRunCommand(in, {black});
 }
 
 } // namespace cq

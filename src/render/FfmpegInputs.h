@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/ToolCommand.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace cq {
+
+// The start of one ffmpeg run of the render: its inputs, each with the options that read it, in
+// the order they were added. A stream is named by the index add() gave its input, never by
+// counting the inputs before it.
+class FfmpegInputs {
+public:
+    // Adds a file read with these options (given before its "-i"); returns its index.
+    int add(const QString& file, const QStringList& options = {});
+    // "[2:a]" or "2:s": a stream of the input, as a filter graph or a map names it.
+    static QString stream(int input, char kind, bool bracketed);
+    // ffmpeg, not reading the terminal, at this log level (quiet but for errors unless a
+    // measurement reads what it prints), then every input; the caller appends the outputs.
+    ToolCommand command(const QString& ffmpeg, const QStringList& logLevel = {"-v", "error"}) const;
+
+private:
+    QStringList m_arguments;
+    int m_count = 0;
+};
+
+} // namespace cq
