@@ -7,7 +7,6 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -66,24 +65,16 @@ Measured recognise(const QString& wav, const QString& work, int threads) {
     Measured m;
     CaptionRecognitionJob job(wav, g_ffmpeg, work);
     job.setThreadCount(threads);
-    QEventLoop loop;
-    QObject::connect(&job, &CaptionRecognitionJob::finished, &loop, [&](const CaptionCues& cues) {
-        for (const CaptionCue& cue : cues)
-            m.text += cue.text + u' ';
-        loop.quit();
-    });
-    QObject::connect(&job, &CaptionRecognitionJob::failed, &loop, [&](const QString& why) {
-        m.problem = why;
-        loop.quit();
-    });
     const double processorBefore = processorSeconds();
     QElapsedTimer clock;
     clock.start();
-    job.start();
-    if (job.isRunning())
-        loop.exec();
+    const JobEnd end = RunToEnd(job, [&] { job.start(); });
     m.seconds = clock.elapsed() / 1000.0;
     m.processor = processorSeconds() - processorBefore;
+    if (!end.isDone())
+        m.problem = end.message;
+    for (const CaptionCue& cue : job.cues())
+        m.text += cue.text + u' ';
     return m;
 }
 

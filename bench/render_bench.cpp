@@ -277,8 +277,7 @@ bool printSize(const QString& size, const Format& f, const SizeResult& r, double
     std::printf("%s %s, 10 events, 60 s message\n", f.name, qPrintable(size));
     std::printf("  one-pass baseline     %6.2f s\n", r.base);
     std::printf("  render                %6.2f s  (%s, length %s)\n", r.render,
-                r.report.outcome == RenderReport::Outcome::Rendered ? "rendered" : "FAILED",
-                r.report.lengthOk ? "ok" : "OFF");
+                r.report.isDone() ? "rendered" : "FAILED", r.report.lengthOk ? "ok" : "OFF");
     std::printf("  render / baseline     %6.2f    (goal <= %.2f: %s)\n", r.render / r.base,
                 f.renderGoal, verdict(fast));
     std::printf("  least work            %6.2f s  (%.2f x baseline: the video items' frames and "

@@ -125,7 +125,7 @@ int RunCommandLineRender(const AppPaths& paths, const StudioSettings& studio,
     RenderJob job(request.inputs, pool);
     QObject::connect(&job, &RenderJob::statusChanged,
                      [err](const QString& text) { PrintTo(err, text + u'\n'); });
-    QObject::connect(&job, &RenderJob::progressChanged, [err](int percent) {
+    QObject::connect(&job, &RenderJob::progressed, [err](int percent) {
         PrintTo(err, QStringLiteral("Rendering: %1%\n").arg(percent));
     });
     const RenderReport report = job.runToEnd();
@@ -133,7 +133,7 @@ int RunCommandLineRender(const AppPaths& paths, const StudioSettings& studio,
         PrintTo(err, report.message + u'\n');
     if (!report.logFile.isEmpty())
         PrintTo(err, QStringLiteral("Render log: %1\n").arg(report.logFile));
-    if (report.outcome != RenderReport::Outcome::Rendered)
+    if (!report.isDone())
         return 1;
     PrintTo(out, report.output + u'\n');
     return report.ok() && QFileInfo::exists(report.output) ? 0 : 1;

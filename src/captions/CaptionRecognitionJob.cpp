@@ -29,7 +29,7 @@ struct CaptionRecognitionJob::Span {
 CaptionRecognitionJob::CaptionRecognitionJob(const QString& voiceWavFileSpec,
                                              const ToolLocation& ffmpeg, const QString& workFolder,
                                              QObject* parent)
-    : QObject(parent), m_voice(voiceWavFileSpec), m_ffmpeg(ffmpeg), m_workFolder(workFolder) {
+    : Job(parent), m_voice(voiceWavFileSpec), m_ffmpeg(ffmpeg), m_workFolder(workFolder) {
     m_progressTimer.setInterval(kProgressIntervalMs);
     connect(&m_progressTimer, &QTimer::timeout, this, &CaptionRecognitionJob::reportProgress);
 }
@@ -58,7 +58,7 @@ void CaptionRecognitionJob::start() {
     m_running = true;
     m_cancelled = false;
     m_words.clear();
-    m_lastPercent = -1;
+    m_cues.clear();
     if (!m_ffmpeg.found())
         return fail(m_ffmpeg.missingMessage());
     if (const QString missing = SpeechDecoder::missingModelMessage(); !missing.isEmpty())
@@ -71,7 +71,7 @@ void CaptionRecognitionJob::start() {
         m_runner = new ToolRunner(this);
         connect(m_runner, &ToolRunner::finished, this, &CaptionRecognitionJob::onConverted);
     }
-    emit progressed(0);
+    restartProgress();
     // 16-bit mono at the recogniser's rate, raw: the decoders read it in chunks from any place.
     QStringList arguments =
         QStringLiteral("-nostdin -hide_banner -loglevel error -y -i").split(u' ');
@@ -97,7 +97,7 @@ void CaptionRecognitionJob::cancel() {
 void CaptionRecognitionJob::onConverted() {
     const RunResult result = m_runner->lastResult();
     if (m_cancelled || result.cancelled())
-        return end();
+        return finish();
     if (!result.ok())
         return fail(QStringLiteral("ffmpeg could not read the recorded voice: %1")
                         .arg(result.errorText.trimmed()));
@@ -135,23 +135,19 @@ void CaptionRecognitionJob::startDecoding(qint64 samples) {
         thread->start(QThread::LowPriority);
     m_progressTimer.start();
     if (m_threads.isEmpty())
-        end();
+        finish();
 }
 
 void CaptionRecognitionJob::reportProgress() {
     if (!m_progress || m_totalSamples <= 0)
         return;
-    const int percent = int(qMin<qint64>(99, m_progress->samplesDone * 100 / m_totalSamples));
-    if (percent != m_lastPercent) {
-        m_lastPercent = percent;
-        emit progressed(percent);
-    }
+    setProgress(int(qMin<qint64>(99, m_progress->samplesDone * 100 / m_totalSamples)));
 }
 
 void CaptionRecognitionJob::onThreadFinished() {
-    // Each thread says so as its last act; end() waits out the instant it still needs.
+    // Each thread says so as its last act; finish() waits out the instant it still needs.
     if (++m_threadsDone == m_threads.size())
-        end();
+        finish();
 }
 
 void CaptionRecognitionJob::stopThreads() {
@@ -164,7 +160,7 @@ void CaptionRecognitionJob::stopThreads() {
     m_threads.clear();
 }
 
-void CaptionRecognitionJob::end() {
+void CaptionRecognitionJob::finish() {
     m_progressTimer.stop();
     stopThreads();
     QFile::remove(samplesFileSpec());
@@ -178,20 +174,19 @@ void CaptionRecognitionJob::end() {
     m_progress.reset();
     m_running = false;
     if (m_cancelled)
-        emit cancelled();
-    else if (!error.isEmpty())
-        emit failed(error);
-    else {
-        emit progressed(100);
-        emit finished(CuesFromWords(m_words));
-    }
+        return end(JobEnd::cancelled());
+    if (!error.isEmpty())
+        return end(JobEnd::failed(error));
+    m_cues = CuesFromWords(m_words);
+    setProgress(100);
+    end(JobEnd::done());
 }
 
 void CaptionRecognitionJob::fail(const QString& message) {
     m_progressTimer.stop();
     m_running = false;
     QFile::remove(samplesFileSpec());
-    emit failed(message);
+    end(JobEnd::failed(message));
 }
 
 } // namespace cq

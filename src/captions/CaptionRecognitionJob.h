@@ -2,10 +2,10 @@
 
 #include "captions/CaptionCue.h"
 #include "captions/CueSplitting.h"
+#include "platform/Job.h"
 #include "platform/ToolLocator.h"
 
 #include <QList>
-#include <QObject>
 #include <QString>
 #include <QTimer>
 
@@ -20,10 +20,10 @@ struct DecodingProgress;
 
 // Captions from the recorded voice, made in the background: ffmpeg turns the voice (any rate,
 // any channels) into 16 kHz mono samples in the work folder, then the recogniser works on them
-// in threads of its own, never in the window's thread. Progress comes in whole percent; a cancel
-// stops the recogniser within 100 ms of voice, and cancelled() comes only once no thread of the
-// job is running any more. Exactly one of finished, failed and cancelled ends each start.
-class CaptionRecognitionJob : public QObject {
+// in threads of its own, never in the window's thread. A cancel stops the recogniser within
+// 100 ms of voice, and the job ends only once no thread of it is running any more. Done, its
+// cues are those of the words heard.
+class CaptionRecognitionJob : public Job {
     Q_OBJECT
 public:
     CaptionRecognitionJob(const QString& voiceWavFileSpec, const ToolLocation& ffmpeg,
@@ -34,20 +34,16 @@ public:
     ~CaptionRecognitionJob() override;
 
     void start();
-    void cancel();
-    bool isRunning() const { return m_running; }
+    void cancel() override;
+    bool isRunning() const override { return m_running; }
 
     // Decoding threads; 0 (the default) uses two where the machine has two cores and the voice
     // is long enough to be worth cutting.
     void setThreadCount(int threads) { m_threadCount = threads; }
-    // The words as they were heard, with their times; filled when finished is signalled.
+    // The words as they were heard, with their times, and the cues made of them; filled when
+    // the job has ended done.
     RecognizedWords words() const { return m_words; }
-
-signals:
-    void progressed(int percent);
-    void finished(cq::CaptionCues cues);
-    void failed(QString message);
-    void cancelled();
+    CaptionCues cues() const { return m_cues; }
 
 private:
     struct Span;
@@ -56,7 +52,7 @@ private:
     int threadsFor(qint64 samples) const;
     void reportProgress();
     void onThreadFinished();
-    void end();
+    void finish();
     void fail(const QString& message);
     void stopThreads();
     QString samplesFileSpec() const;
@@ -70,10 +66,10 @@ private:
     QList<QThread*> m_threads;
     QList<std::shared_ptr<Span>> m_spans;
     RecognizedWords m_words;
+    CaptionCues m_cues;
     qint64 m_totalSamples = 0;
     int m_threadCount = 0;
     int m_threadsDone = 0;
-    int m_lastPercent = -1;
     bool m_running = false;
     bool m_cancelled = false;
 };

@@ -14,9 +14,9 @@ PicturesWebPage::PicturesWebPage(const AppPaths& paths, ToolPool& pool, const QS
     : QObject(parent), m_paths(paths),
       m_maker(new ThumbnailMaker(
           pool, convertPath, QFileInfo(paths.gstrImageMagickScriptFileSpec).absolutePath(), this)) {
-    connect(m_maker, &ThumbnailMaker::progress, this, &PicturesWebPage::progress);
-    connect(m_maker, &ThumbnailMaker::finished, this, [this](bool cancelled) {
-        writePage(cancelled, m_knownFailures + m_maker->failures());
+    connect(m_maker, &ThumbnailMaker::progressed, this, &PicturesWebPage::progressed);
+    connect(m_maker, &ThumbnailMaker::ended, this, [this](const JobEnd& end) {
+        writePage(end.isCancelled(), m_knownFailures + m_maker->failures());
     });
 }
 

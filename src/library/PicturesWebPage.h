@@ -31,7 +31,8 @@ public:
     ThumbnailMaker& maker() { return *m_maker; }
 
 signals:
-    void progress(int done, int total);
+    // How much of the thumbnails is made, in percent.
+    void progressed(int percent);
     void started(int total);
     // The page was written (also after a cancel: it then links the thumbnails made so far).
     // The failures are those of the folder's pictures, also the ones known from before.

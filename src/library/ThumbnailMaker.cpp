@@ -103,7 +103,7 @@ QString PictureToolReason(const QString& errorText) {
 
 ThumbnailMaker::ThumbnailMaker(ToolPool& pool, const QString& convertPath, const QString& workSpace,
                                QObject* parent)
-    : QObject(parent), m_pool(&pool), m_convertPath(convertPath), m_workSpace(workSpace) {
+    : Job(parent), m_pool(&pool), m_convertPath(convertPath), m_workSpace(workSpace) {
     connect(m_pool, &ToolPool::taskFinished, this, &ThumbnailMaker::onTaskFinished);
 }
 
@@ -153,6 +153,7 @@ bool ThumbnailMaker::start(const QList<ThumbnailJob>& jobs) {
     m_lastFailures.clear();
     m_done = 0;
     m_cancelled = false;
+    restartProgress();
     for (int i = 0; i < m_jobs.size(); ++i) {
         ToolTask task;
         task.command = ThumbnailCommand(m_convertPath, m_jobs.at(i));
@@ -171,18 +172,21 @@ void ThumbnailMaker::onTaskFinished(int id, const RunResult& result) {
     m_tasks.erase(task);
     if (result.ok()) {
         m_failures.remove(m_jobs.at(job).picture);
-        ++m_done;
-        emit progress(m_done, totalCount());
+        pictureDone();
     } else if (!result.cancelled()) {
         m_reasons.insert(job, FailureReason(m_jobs.at(job).picture, result.errorText));
-        ++m_done;
-        emit progress(m_done, totalCount());
+        pictureDone();
     }
     if (m_tasks.isEmpty())
-        end();
+        finish();
 }
 
-void ThumbnailMaker::end() {
+void ThumbnailMaker::pictureDone() {
+    ++m_done;
+    setProgress(int(100LL * m_done / m_jobs.size()));
+}
+
+void ThumbnailMaker::finish() {
     for (auto it = m_reasons.cbegin(); it != m_reasons.cend(); ++it) {
         const QString& picture = m_jobs.at(it.key()).picture;
         m_failures.insert(picture, {QFileInfo(picture).lastModified(), it.value()});
@@ -191,7 +195,7 @@ void ThumbnailMaker::end() {
     std::sort(failed.begin(), failed.end());
     for (int job : failed)
         m_lastFailures.append({m_jobs.at(job).picture, m_reasons.value(job)});
-    emit finished(m_cancelled);
+    end(m_cancelled ? JobEnd::cancelled() : JobEnd::done());
 }
 
 void ThumbnailMaker::cancel() {

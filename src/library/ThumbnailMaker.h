@@ -1,12 +1,12 @@
 #pragma once
 
 #include "library/PicturePages.h"
+#include "platform/Job.h"
 #include "platform/ToolPool.h"
 
 #include <QDateTime>
 #include <QHash>
 #include <QList>
-#include <QObject>
 #include <QPointer>
 #include <QString>
 #include <QStringList>
@@ -33,9 +33,10 @@ ToolCommand ThumbnailCommand(const QString& convertPath, const ThumbnailJob& job
 QString PictureToolReason(const QString& errorText);
 
 // Makes thumbnails through the tool pool, one task per picture, so they share the pool's slots
-// with every other batch of tools. Pictures that got none are reported with the reason and are
-// not tried again while they stay unchanged.
-class ThumbnailMaker : public QObject {
+// with every other batch of tools. Progress counts the pictures done; a run ends done or
+// cancelled, never failed: pictures that got none are reported with the reason and are not
+// tried again while they stay unchanged.
+class ThumbnailMaker : public Job {
     Q_OBJECT
 public:
     // Each run's temporary folder goes into workSpace.
@@ -52,18 +53,11 @@ public:
     // Starts making the thumbnails; false when there is nothing to do, no picture tool, or one
     // run is going on.
     bool start(const QList<ThumbnailJob>& jobs);
-    void cancel();
-    bool isRunning() const { return !m_tasks.isEmpty(); }
-    bool wasCancelled() const { return m_cancelled; }
-    int doneCount() const { return m_done; }
-    int totalCount() const { return static_cast<int>(m_jobs.size()); }
+    void cancel() override;
+    bool isRunning() const override { return !m_tasks.isEmpty(); }
     // Pictures of the last run that got no thumbnail, in the order they were given.
     QList<ThumbnailFailure> failures() const { return m_lastFailures; }
     QStringList failedPictures() const;
-
-signals:
-    void progress(int done, int total);
-    void finished(bool cancelled);
 
 private:
     struct KnownFailure {
@@ -71,7 +65,8 @@ private:
         QString reason;
     };
     void onTaskFinished(int id, const RunResult& result);
-    void end();
+    void pictureDone();
+    void finish();
 
     QPointer<ToolPool> m_pool; // the pool may go first when the window closes
     QString m_convertPath;

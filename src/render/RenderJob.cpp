@@ -15,7 +15,6 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
-#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QMetaObject>
@@ -44,13 +43,13 @@ QString cancelledText() {
     return QStringLiteral("The render was cancelled.");
 }
 
-QString outcomeWord(RenderReport::Outcome outcome) {
+QString outcomeWord(JobEnd::Outcome outcome) {
     switch (outcome) {
-    case RenderReport::Outcome::Rendered:
+    case JobEnd::Outcome::Done:
         return QStringLiteral("rendered");
-    case RenderReport::Outcome::Cancelled:
+    case JobEnd::Outcome::Cancelled:
         return QStringLiteral("cancelled");
-    case RenderReport::Outcome::Failed:
+    case JobEnd::Outcome::Failed:
         break;
     }
     return QStringLiteral("failed");
@@ -59,7 +58,7 @@ QString outcomeWord(RenderReport::Outcome outcome) {
 } // namespace
 
 RenderJob::RenderJob(RenderInputs inputs, ToolPool& pool, QObject* parent)
-    : QObject(parent), m_in(std::move(inputs)), m_pool(pool), m_workspace(m_in.workFolder) {
+    : Job(parent), m_in(std::move(inputs)), m_pool(pool), m_workspace(m_in.workFolder) {
     qRegisterMetaType<cq::RenderReport>();
 }
 
@@ -79,14 +78,6 @@ void RenderJob::log(const QString& line) {
     m_log << QDateTime::currentDateTime().toString(QStringLiteral("hh:mm:ss.zzz ")) + line;
 }
 
-void RenderJob::setProgress(int percent) {
-    percent = std::clamp(percent, 0, 100);
-    if (percent == m_lastPercent)
-        return;
-    m_lastPercent = percent;
-    emit progressChanged(percent);
-}
-
 void RenderJob::start() {
     if (m_running)
         return;
@@ -96,8 +87,7 @@ void RenderJob::start() {
     m_report = {};
     m_report.voiceMs = m_in.recordingMs;
     m_log.clear();
-    m_lastPercent = -1;
-    setProgress(0);
+    restartProgress();
     log(QStringLiteral("Render of %1 events, voice \"%2\" (%3), size %4x%5 at %6, into \"%7\"")
             .arg(m_in.rows.size())
             .arg(m_in.voiceFile, RenderLengthText(m_in.recordingMs))
@@ -110,24 +100,24 @@ void RenderJob::start() {
 
 bool RenderJob::prepare() {
     if (!m_in.ffmpeg.found()) {
-        finish(RenderReport::Outcome::Failed, m_in.ffmpeg.missingMessage());
+        finish(JobEnd::failed(m_in.ffmpeg.missingMessage()));
         return false;
     }
     const WavInfo voice = ReadWavInfo(m_in.voiceFile);
     if (!voice.ok()) {
-        finish(RenderReport::Outcome::Failed, voice.error);
+        finish(JobEnd::failed(voice.error));
         return false;
     }
     const QString unsafe = RenderOutputProblem(m_in);
     if (!unsafe.isEmpty()) {
-        finish(RenderReport::Outcome::Failed, unsafe);
+        finish(JobEnd::failed(unsafe));
         return false;
     }
     m_voiceOptions = m_in.voice;
     m_voiceOptions.mixDown = voice.channels > 2;
     m_voiceFileMs = voice.durationMs;
     if (!m_workspace.acquire()) {
-        finish(RenderReport::Outcome::Failed, m_workspace.problem());
+        finish(JobEnd::failed(m_workspace.problem()));
         return false;
     }
     const int n = m_workspace.number();
@@ -162,7 +152,7 @@ void RenderJob::stepDone() {
     if (!m_running)
         return;
     if (m_cancelling)
-        return finish(RenderReport::Outcome::Cancelled, cancelledText());
+        return finish(JobEnd::cancelled(cancelledText()));
     const auto at = std::find(kSteps.begin(), kSteps.end(), m_step);
     if (at + 1 != kSteps.end())
         runStep(*(at + 1));
@@ -211,20 +201,20 @@ void RenderJob::prepareVoice() {
     m_voice = new VoiceMeasure(m_in.ffmpeg.path, m_in.voiceFile, m_voiceOptions, m_space.folder,
                                m_pool, this);
     connect(m_voice, &VoiceMeasure::logLine, this, &RenderJob::log);
-    connect(m_voice, &VoiceMeasure::finished, this, [this] {
-        if (!m_voice->problem().isEmpty())
+    connect(m_voice, &VoiceMeasure::ended, this, [this](const JobEnd& end) {
+        if (end.isCancelled())
+            return; // the render is ending
+        if (end.isFailed())
             log(QStringLiteral("the voice could not be measured; its level stays as recorded: ") +
-                m_voice->problem());
+                end.message);
         encodeVoice();
         mixIfWaiting();
     });
     m_voice->start();
-    if (!m_voice->isRunning())
-        encodeVoice();
 }
 
 std::optional<VoiceTreatment> RenderJob::voiceTreatment() const {
-    if (m_voice && m_voice->problem().isEmpty())
+    if (m_voice && m_voice->lastEnd().isDone())
         return m_voice->treatment();
     return std::nullopt;
 }
@@ -271,7 +261,7 @@ void RenderJob::makePieces() {
     });
     connect(m_pieces, &PieceScheduler::failed, this, &RenderJob::fail);
     connect(m_pieces, &PieceScheduler::cancelled, this,
-            [this] { finish(RenderReport::Outcome::Cancelled, cancelledText()); });
+            [this] { finish(JobEnd::cancelled(cancelledText())); });
     connect(m_pieces, &PieceScheduler::finished, this, [this] {
         m_report.reusedPieces = m_pieces->reusedPieces();
         m_report.failedItems = m_pieces->failedItems();
@@ -370,7 +360,7 @@ void RenderJob::publish() {
         m_report.failedItems, m_pieces ? m_pieces->failureReasons() : QStringList{});
     QStringList told = QStringList{failed, notPublished} + m_in.captionNotes;
     told.removeAll(QString());
-    finish(RenderReport::Outcome::Rendered, told.join(u'\n'));
+    finish(JobEnd::done(told.join(u'\n')));
 }
 
 void RenderJob::cancel() {
@@ -383,15 +373,13 @@ void RenderJob::cancel() {
         return m_pieces->cancel();
     stopSteps();
     // The end is reported from the event loop, as every other end of a step is: whoever cancels
-    // learns of it by the finished signal, never from inside its own call.
+    // learns of it by ended, never from inside its own call.
     QMetaObject::invokeMethod(
-        this, [this] { finish(RenderReport::Outcome::Cancelled, cancelledText()); },
-        Qt::QueuedConnection);
+        this, [this] { finish(JobEnd::cancelled(cancelledText())); }, Qt::QueuedConnection);
 }
 
 void RenderJob::fail(const QString& message) {
-    finish(m_cancelling ? RenderReport::Outcome::Cancelled : RenderReport::Outcome::Failed,
-           m_cancelling ? cancelledText() : message);
+    finish(m_cancelling ? JobEnd::cancelled(cancelledText()) : JobEnd::failed(message));
 }
 
 void RenderJob::stopSteps() {
@@ -418,7 +406,7 @@ QString RenderJob::writeLog() {
     return SaveTextToFile(m_log.join(QStringLiteral("\r\n")), file) ? file : QString();
 }
 
-void RenderJob::finish(RenderReport::Outcome outcome, const QString& message) {
+void RenderJob::finish(const JobEnd& end) {
     if (!m_running)
         return;
     m_running = false;
@@ -427,28 +415,22 @@ void RenderJob::finish(RenderReport::Outcome outcome, const QString& message) {
         QFile::remove(m_space.partialOutput);
     // A kept sound damaged since it was made would fail every later join: the next render makes
     // it again.
-    if (outcome == RenderReport::Outcome::Failed && m_sound &&
-        (m_step == Step::Mix || m_step == Step::Verify))
+    if (end.isFailed() && m_sound && (m_step == Step::Mix || m_step == Step::Verify))
         m_sound->discard();
-    m_report.outcome = outcome;
-    m_report.message = message;
+    static_cast<JobEnd&>(m_report) = end;
     m_report.elapsedMs = m_clock.elapsed();
     log(QStringLiteral("%1 after %2: %3")
-            .arg(outcomeWord(outcome), RenderLengthText(m_report.elapsedMs),
-                 message.isEmpty() ? QStringLiteral("ok") : message));
+            .arg(outcomeWord(end.outcome), RenderLengthText(m_report.elapsedMs),
+                 end.message.isEmpty() ? QStringLiteral("ok") : end.message));
     m_report.logFile = writeLog();
     m_workspace.release();
-    if (outcome == RenderReport::Outcome::Rendered)
+    if (end.isDone())
         setProgress(100);
-    emit finished(m_report);
+    Job::end(m_report);
 }
 
 RenderReport RenderJob::runToEnd() {
-    QEventLoop loop;
-    connect(this, &RenderJob::finished, &loop, &QEventLoop::quit);
-    start();
-    if (m_running)
-        loop.exec();
+    RunToEnd(*this, [this] { start(); });
     return m_report;
 }
 

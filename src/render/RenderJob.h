@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Job.h"
 #include "render/RenderInputs.h"
 #include "render/RenderPlan.h"
 #include "render/RenderReport.h"
@@ -8,7 +9,6 @@
 
 #include <QElapsedTimer>
 #include <QHash>
-#include <QObject>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -34,7 +34,7 @@ struct MeasuredResult;
 // sound must be mixed in. Only a result whose lengths match the voice replaces the previous one;
 // cancel stops every tool within a second. The inputs never change once the job exists. The pieces
 // are made through the shared tool pool, beside the other batches of tool runs.
-class RenderJob : public QObject {
+class RenderJob : public Job {
     Q_OBJECT
 public:
     enum class Step { Probe, Plan, Pieces, Mix, Verify, Publish };
@@ -45,8 +45,8 @@ public:
     ~RenderJob() override;
 
     void start();
-    void cancel();
-    bool isRunning() const { return m_running; }
+    void cancel() override;
+    bool isRunning() const override { return m_running; }
     const RenderInputs& inputs() const { return m_in; }
     const RenderSpace& space() const { return m_space; }
     const QSet<QString>& videosWithSound() const { return m_videosWithSound; }
@@ -57,9 +57,7 @@ public:
 
 signals:
     void stepStarted(cq::RenderJob::Step step);
-    void progressChanged(int percent);
     void statusChanged(const QString& text);
-    void finished(const cq::RenderReport& report);
 
 private:
     void runStep(Step step);
@@ -80,8 +78,7 @@ private:
     void publish();
     void stopSteps();
     void fail(const QString& message);
-    void finish(RenderReport::Outcome outcome, const QString& message);
-    void setProgress(int percent);
+    void finish(const JobEnd& end);
     void log(const QString& line);
     QString writeLog();
 
@@ -105,7 +102,6 @@ private:
     bool m_running = false;
     bool m_cancelling = false;
     bool m_mixWaitsForVoice = false;
-    int m_lastPercent = -1;
     QStringList m_log;
     QElapsedTimer m_clock;
 };

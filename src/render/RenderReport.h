@@ -1,17 +1,17 @@
 #pragma once
 
+#include "platform/Job.h"
+
 #include <QMetaType>
 #include <QString>
 #include <QStringList>
 
 namespace cq {
 
-struct RenderReport {
-    enum class Outcome { Rendered, Failed, Cancelled };
-    Outcome outcome = Outcome::Failed;
+// How a render ended (its message is what the user is told), with what it made and measured.
+struct RenderReport : JobEnd {
     QString output;          // the result, when there is one
     QString logFile;         // the render log, only when it was written
-    QString message;         // what the user is told
     QStringList failedItems; // files that could not be rendered and show black instead
     qint64 voiceMs = 0;
     qint64 outputMs = -1; // measured lengths of the result and its streams
@@ -23,7 +23,7 @@ struct RenderReport {
     int removedOldFiles = 0;       // pieces of older timelines removed after the render
     bool voiceLevelReused = false; // the voice's gain came from an earlier render's measurement
 
-    bool ok() const { return outcome == Outcome::Rendered && lengthOk; }
+    bool ok() const { return isDone() && lengthOk; }
 };
 
 // "4.000s", or "unknown" for a length that could not be measured.

@@ -28,13 +28,13 @@ QString measureKey(const QString& voice, const VoiceOptions& options) {
 
 VoiceMeasure::VoiceMeasure(QString ffmpeg, QString voice, VoiceOptions options, QString folder,
                            ToolPool& pool, QObject* parent)
-    : QObject(parent), m_ffmpeg(std::move(ffmpeg)), m_voice(std::move(voice)), m_options(options),
+    : Job(parent), m_ffmpeg(std::move(ffmpeg)), m_voice(std::move(voice)), m_options(options),
       m_folder(std::move(folder)), m_pool(&pool) {
     connect(&pool, &ToolPool::taskFinished, this, &VoiceMeasure::onTaskFinished);
 }
 
 VoiceMeasure::~VoiceMeasure() {
-    cancel();
+    stopRun();
 }
 
 void VoiceMeasure::start() {
@@ -47,7 +47,7 @@ void VoiceMeasure::start() {
         m_reused = true;
         emit logLine(QStringLiteral("voice kept from an earlier render: ") +
                      m_treatment.text().trimmed());
-        return;
+        return end(JobEnd::done());
     }
     submit(m_options.reduceNoise ? Stage::NoiseFloor : Stage::Loudness);
 }
@@ -70,17 +70,17 @@ void VoiceMeasure::onTaskFinished(int id, const RunResult& result) {
         return;
     m_taskId = 0;
     if (!result.ok())
-        return end(result.lastErrorLine());
+        return finish(result.lastErrorLine());
     bool onTarget = true;
     if (!takeMeasurement(result.errorText, onTarget))
-        return end(QStringLiteral("ffmpeg reported no measurement"));
+        return finish(QStringLiteral("ffmpeg reported no measurement"));
     if (m_stage == Stage::NoiseFloor && m_options.even)
         return submit(Stage::Loudness);
     if (m_stage == Stage::Loudness && m_treatment.limit)
         return submit(Stage::Limited);
     if (m_stage == Stage::Limited && !onTarget && ++m_limitedRuns < kMaxLimitedRuns)
         return submit(Stage::Limited);
-    end({});
+    finish({});
 }
 
 bool VoiceMeasure::takeMeasurement(const QString& stderrText, bool& onTarget) {
@@ -101,13 +101,12 @@ bool VoiceMeasure::takeMeasurement(const QString& stderrText, bool& onTarget) {
     return loudness.ok();
 }
 
-void VoiceMeasure::end(const QString& problem) {
-    m_problem = problem;
+void VoiceMeasure::finish(const QString& problem) {
     if (problem.isEmpty())
         keep();
     else
         m_treatment = {};
-    emit finished();
+    end(problem.isEmpty() ? JobEnd::done() : JobEnd::failed(problem));
 }
 
 // Only the outcome for the voice in hand stays: older takes' go.
@@ -123,6 +122,14 @@ void VoiceMeasure::keep() const {
 }
 
 void VoiceMeasure::cancel() {
+    if (!isRunning())
+        return;
+    stopRun();
+    end(JobEnd::cancelled());
+}
+
+// The pool's report of the stopped run is not waited for: the measurement is over now.
+void VoiceMeasure::stopRun() {
     const int id = m_taskId;
     m_taskId = 0;
     if (id != 0 && m_pool)

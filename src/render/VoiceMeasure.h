@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/Job.h"
 #include "render/VoiceLevel.h"
 
-#include <QObject>
 #include <QPointer>
 #include <QString>
 
@@ -19,10 +19,10 @@ struct RunResult;
 // outcome is kept in the render's work space under a key of the voice file (size, time, head
 // and tail) and the options, so a render of the same voice does not measure it again.
 //
-// An outcome found in the work space is there at once after start(): isRunning() is false and
-// finished does not come. Otherwise finished comes once, after the last run; a voice that
-// cannot be measured is left as it is, and problem() says why.
-class VoiceMeasure : public QObject {
+// An outcome found in the work space is there at once: ended comes from inside start(). Otherwise
+// it comes after the last run; a voice that cannot be measured is left as it is, and the end
+// (Failed) says why. A cancel ends it at once.
+class VoiceMeasure : public Job {
     Q_OBJECT
 public:
     VoiceMeasure(QString ffmpeg, QString voice, VoiceOptions options, QString folder,
@@ -30,17 +30,13 @@ public:
     ~VoiceMeasure() override;
 
     void start();
-    void cancel();
-    bool isRunning() const { return m_taskId != 0; }
+    void cancel() override;
+    bool isRunning() const override { return m_taskId != 0; }
     VoiceTreatment treatment() const { return m_treatment; }
     bool reused() const { return m_reused; }
-    QString problem() const { return m_problem; }
-    // Where the outcome for this voice and these options is kept.
-    QString keptFile() const { return m_keptFile; }
 
 signals:
     void logLine(const QString& line);
-    void finished();
 
 private:
     enum class Stage { NoiseFloor, Loudness, Limited };
@@ -50,8 +46,9 @@ private:
     // False when the stage's run told nothing. onTarget: false when a run through the limiter
     // found the loudness off and moved the gain.
     bool takeMeasurement(const QString& stderrText, bool& onTarget);
-    void end(const QString& problem);
+    void finish(const QString& problem);
     void keep() const;
+    void stopRun();
 
     QString m_ffmpeg;
     QString m_voice;
@@ -64,7 +61,6 @@ private:
     int m_limitedRuns = 0;
     VoiceTreatment m_treatment;
     bool m_reused = false;
-    QString m_problem;
 };
 
 } // namespace cq

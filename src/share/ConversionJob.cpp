@@ -7,7 +7,7 @@
 
 namespace cq {
 
-ConversionJob::ConversionJob(QObject* parent) : QObject(parent), m_runner(new ToolRunner(this)) {
+ConversionJob::ConversionJob(QObject* parent) : Job(parent), m_runner(new ToolRunner(this)) {
     connect(m_runner, &ToolRunner::errorLine, this, &ConversionJob::onErrorLine);
     connect(m_runner, &ToolRunner::finished, this, &ConversionJob::onRunFinished);
 }
@@ -26,10 +26,9 @@ bool ConversionJob::start(const ToolCommand& command, const QString& outputFileS
     m_running = true;
     m_output = outputFileSpec;
     m_durationMs = -1;
-    m_lastPercent = -1;
     QFile::remove(m_output);
     m_runEnded = false;
-    emit progress(0);
+    restartProgress();
     // ffmpeg's own temporary files stay next to the output and go with the run.
     m_runner->setTemporaryFolderIn(QFileInfo(m_output).absolutePath());
     // An input that is no regular file (ffmpeg would wait for good on a FIFO) ends the run.
@@ -46,23 +45,21 @@ void ConversionJob::onRunFinished(const RunResult& result) {
     m_runEnded = true;
     // Not from inside the process's notification: a listener may do anything, even delete us.
     QMetaObject::invokeMethod(
-        this, [this, result] { end(result); }, Qt::QueuedConnection);
+        this, [this, result] { finish(result); }, Qt::QueuedConnection);
 }
 
-void ConversionJob::end(const RunResult& result) {
+void ConversionJob::finish(const RunResult& result) {
     m_running = false;
     const bool written = result.ok() && QFileInfo(m_output).isFile();
     // A cancelled or failed run may have written part of a file, which would not play.
     if (!written)
         QFile::remove(m_output);
-    if (result.cancelled()) {
-        emit cancelled();
-    } else if (!written) {
-        emit failed(result.errorText.trimmed());
-    } else {
-        emit progress(100);
-        emit converted(m_output);
-    }
+    if (result.cancelled())
+        return end(JobEnd::cancelled());
+    if (!written)
+        return end(JobEnd::failed(result.errorText.trimmed()));
+    setProgress(100);
+    end(JobEnd::done());
 }
 
 void ConversionJob::onErrorLine(const QString& line) {
@@ -76,11 +73,7 @@ void ConversionJob::onErrorLine(const QString& line) {
     const qint64 reached = FfmpegProgressMs(line);
     if (reached < 0)
         return;
-    const int percent = FfmpegProgressPercent(reached, m_durationMs);
-    if (percent != m_lastPercent) {
-        m_lastPercent = percent;
-        emit progress(percent);
-    }
+    setProgress(FfmpegProgressPercent(reached, m_durationMs));
 }
 
 } // namespace cq

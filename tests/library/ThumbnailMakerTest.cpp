@@ -106,13 +106,13 @@ TEST_F(Thumbnails, AreMadeForRealOnlyWhenMissingOrOlderThanThePicture) {
 
     ThumbnailMaker maker(pool, convert, workSpace());
     QList<int> progress;
-    QObject::connect(&maker, &ThumbnailMaker::progress,
-                     [&](int done, int) { progress.append(done); });
+    QObject::connect(&maker, &ThumbnailMaker::progressed,
+                     [&](int percent) { progress.append(percent); });
     ASSERT_TRUE(maker.start(PlanThumbnails(folder, names, thumbs)));
     ASSERT_TRUE(QTest::qWaitFor([&] { return !maker.isRunning(); }, 60000));
-    EXPECT_FALSE(maker.wasCancelled());
+    EXPECT_TRUE(maker.lastEnd().isDone());
     EXPECT_TRUE(maker.failedPictures().isEmpty()) << maker.failures().value(0).reason.toStdString();
-    EXPECT_EQ(progress.size(), 4);
+    EXPECT_EQ(progress, QList<int>({0, 25, 50, 75, 100}));
 
     // Each fits inside 134 x 100 with its proportions, in the format of its name.
     const QSize expected[] = {{133, 100}, {134, 75}, {100, 100}, {25, 100}};
@@ -209,13 +209,13 @@ TEST_F(Thumbnails, CancelStopsTheRunAndLeavesNoHalfThumbnails) {
     const QString thumbs = JoinPath(paths.gstrSmallPicsDirectory, "Holiday 'x'");
     QDir().mkpath(thumbs);
     ThumbnailMaker maker(pool, convert, workSpace());
-    QObject::connect(&maker, &ThumbnailMaker::progress, [&](int done, int) {
-        if (done == 2)
+    QObject::connect(&maker, &ThumbnailMaker::progressed, [&](int percent) {
+        if (percent == 5)
             maker.cancel();
     });
     ASSERT_TRUE(maker.start(PlanThumbnails(folder, names, thumbs)));
     ASSERT_TRUE(QTest::qWaitFor([&] { return !maker.isRunning(); }, 60000));
-    EXPECT_TRUE(maker.wasCancelled());
+    EXPECT_TRUE(maker.lastEnd().isCancelled());
     const QStringList made = QDir(thumbs).entryList(QDir::Files | QDir::Hidden);
     EXPECT_LT(made.size(), 40);
     for (const QString& name : made) {

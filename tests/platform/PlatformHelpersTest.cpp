@@ -1,4 +1,5 @@
 #include "platform/Folders.h"
+#include "platform/Job.h"
 #include "platform/Processes.h"
 #include "platform/TextFiles.h"
 #include "platform/TextHelpers.h"
@@ -8,12 +9,56 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include "support/FileSizeLimit.h"
 
 #include <gtest/gtest.h>
 
 using namespace cq;
+
+namespace {
+
+// A job whose work the test does by hand.
+class HandJob : public Job {
+public:
+    bool isRunning() const override { return m_running; }
+    void cancel() override { finish(JobEnd::cancelled()); }
+    void start(bool refuse) {
+        m_running = true;
+        restartProgress();
+        if (refuse)
+            finish(JobEnd::failed(QStringLiteral("refused")));
+    }
+    void step(int percent) { setProgress(percent); }
+
+private:
+    void finish(const JobEnd& how) {
+        m_running = false;
+        end(how);
+    }
+    bool m_running = false;
+};
+
+} // namespace
+
+// A job may end inside its own start; the caller that waits for its end must not wait for good.
+TEST(Job, RunToEndReturnsAlsoForAnEndInsideStartAndProgressIsToldOncePerChange) {
+    HandJob job;
+    QList<int> told;
+    QObject::connect(&job, &Job::progressed, [&](int percent) { told << percent; });
+    EXPECT_EQ(RunToEnd(job, [&] { job.start(true); }).message, "refused");
+    const JobEnd end = RunToEnd(job, [&] {
+        job.start(false);
+        QTimer::singleShot(0, &job, [&] {
+            for (int percent : {30, 30, 250})
+                job.step(percent);
+            job.cancel();
+        });
+    });
+    EXPECT_TRUE(end.isCancelled());
+    EXPECT_EQ(told, QList<int>({0, 0, 30, 100}));
+}
 
 TEST(TextHelpers, FiltersKeepOnlyWhatTheyName) {
     EXPECT_EQ(CleanFileName("Doh! It's (5) a_b-c+d?.jpg"), "Doh Its (5) a_b-c+djpg");

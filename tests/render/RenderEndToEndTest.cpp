@@ -86,7 +86,7 @@ TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
     using Step = RenderJob::Step;
     EXPECT_EQ(steps, QList<Step>({Step::Probe, Step::Plan, Step::Pieces, Step::Mix, Step::Verify,
                                   Step::Publish}));
-    ASSERT_EQ(report.outcome, RenderReport::Outcome::Rendered) << report.message.toStdString();
+    ASSERT_EQ(report.outcome, RenderReport::Outcome::Done) << report.message.toStdString();
     EXPECT_TRUE(report.ok()) << report.message.toStdString();
     const QString out = paths.gstrFinalMixAVIFileSpec;
     ASSERT_EQ(report.output, out);
@@ -132,7 +132,7 @@ TEST_F(RenderEndToEnd, UnreadableItemTurnsBlackAndChangedPicturesAreRenderedAgai
                   voice);
 
     const RenderReport once = render(in);
-    ASSERT_EQ(once.outcome, RenderReport::Outcome::Rendered) << once.message.toStdString();
+    ASSERT_EQ(once.outcome, RenderReport::Outcome::Done) << once.message.toStdString();
     EXPECT_TRUE(once.lengthOk);
     QStringList failed = once.failedItems;
     failed.sort();
@@ -154,7 +154,7 @@ TEST_F(RenderEndToEnd, UnreadableItemTurnsBlackAndChangedPicturesAreRenderedAgai
     // The same picture file with new content must not show the old piece.
     ASSERT_TRUE(media.solidPicture(first, "green", 320, 240));
     const RenderReport twice = render(in);
-    ASSERT_EQ(twice.outcome, RenderReport::Outcome::Rendered);
+    ASSERT_EQ(twice.outcome, RenderReport::Outcome::Done);
     EXPECT_EQ(twice.reusedPieces, 1); // the blue picture
     expectSequence(paths.gstrFinalMixAVIFileSpec, {{0.0, "green"}, {1.0, "black"}, {2.0, "blue"}});
 }
@@ -186,7 +186,7 @@ TEST_F(RenderEndToEnd, CancelStopsQuicklyAndKeepsThePreviousResult) {
     QList<RenderJob::Step> steps;
     QObject::connect(&job, &RenderJob::stepStarted, [&](RenderJob::Step s) { steps << s; });
     QElapsedTimer sinceCancel;
-    QObject::connect(&job, &RenderJob::progressChanged, &job, [&](int percent) {
+    QObject::connect(&job, &RenderJob::progressed, &job, [&](int percent) {
         if (percent > 0 && !sinceCancel.isValid()) {
             sinceCancel.start();
             job.cancel();

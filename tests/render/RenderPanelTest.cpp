@@ -108,7 +108,7 @@ TEST_F(RenderPanelTest, RenderShowsProgressThenPlayHandsOverTheResult) {
     auto* dialog = panel.findChild<RenderProgressDialog*>();
     ASSERT_NE(dialog, nullptr);
     EXPECT_TRUE(dialog->isVisible());
-    QObject::connect(panel.currentJob(), &RenderJob::progressChanged,
+    QObject::connect(panel.currentJob(), &RenderJob::progressed,
                      [&](int p) { highest = std::max(highest, p); });
     QPointer<RenderProgressDialog> watched(dialog);
     ASSERT_TRUE(done.wait(60000));

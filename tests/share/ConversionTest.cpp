@@ -82,34 +82,19 @@ QString Ffmpeg() {
     return QStandardPaths::findExecutable("ffmpeg");
 }
 
-// How a conversion job ended: "converted", "failed" or "cancelled", with its file or detail.
-struct JobEnd {
-    QString how;
-    QString text;
-    QList<int> progress;
-};
-
-JobEnd RunToEnd(ConversionJob& job, const ToolCommand& command, const QString& output,
-                const std::function<void(JobEnd&)>& whileRunning = {}) {
-    JobEnd end;
+// How a conversion ended; progress, when given, gets what it told on the way.
+JobEnd Convert(ConversionJob& job, const ToolCommand& command, const QString& output,
+               QList<int>* progress = nullptr, const std::function<void()>& whileRunning = {}) {
     QObject watcher;
-    QObject::connect(&job, &ConversionJob::progress, &watcher,
-                     [&](int percent) { end.progress << percent; });
-    QObject::connect(&job, &ConversionJob::converted, &watcher, [&](const QString& file) {
-        end.how = "converted";
-        end.text = file;
-    });
-    QObject::connect(&job, &ConversionJob::failed, &watcher, [&](const QString& detail) {
-        end.how = "failed";
-        end.text = detail;
-    });
-    QObject::connect(&job, &ConversionJob::cancelled, &watcher, [&] { end.how = "cancelled"; });
+    if (progress)
+        QObject::connect(&job, &ConversionJob::progressed, &watcher,
+                         [progress](int percent) { *progress << percent; });
     EXPECT_TRUE(job.start(command, output));
-    EXPECT_TRUE(end.how.isEmpty()) << "ended inside start()";
+    EXPECT_TRUE(job.isRunning()) << "ended inside start()";
     if (whileRunning)
-        whileRunning(end);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !end.how.isEmpty(); }, 60000));
-    return end;
+        whileRunning();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !job.isRunning(); }, 60000));
+    return job.lastEnd();
 }
 
 } // namespace
@@ -176,15 +161,16 @@ TEST(ConversionJob, EveryFormatConvertsAndHoldsTheExpectedStreams) {
     for (const Case& c : cases) {
         SCOPED_TRACE((c.preset + " " + c.format).toStdString());
         const QString output = ConvertedFileSpec(input, c.format);
+        QList<int> progress;
         const JobEnd end =
-            RunToEnd(job,
-                     ConvertFileForCellPhones(Ffmpeg(), input, output, c.preset,
-                                              {c.format, c.frameSize, "", "", "", "", ""}),
-                     output);
-        ASSERT_EQ(end.how, "converted") << end.text.toStdString();
-        EXPECT_EQ(end.text, output);
-        EXPECT_EQ(end.progress.value(0), 0);
-        EXPECT_EQ(end.progress.last(), 100);
+            Convert(job,
+                    ConvertFileForCellPhones(Ffmpeg(), input, output, c.preset,
+                                             {c.format, c.frameSize, "", "", "", "", ""}),
+                    output, &progress);
+        ASSERT_TRUE(end.isDone()) << end.message.toStdString();
+        EXPECT_EQ(job.output(), output);
+        EXPECT_EQ(progress.value(0), 0);
+        EXPECT_EQ(progress.last(), 100);
         const Probe probe = ProbeFile(output);
         EXPECT_TRUE(probe.formatName.split(',').contains(c.container))
             << probe.formatName.toStdString();
@@ -208,11 +194,11 @@ TEST(ConversionJob, CancelStopsFfmpegAndLeavesNoUnfinishedFile) {
     const ToolCommand command{
         Ffmpeg(),
         {"-nostdin", "-re", "-f", "lavfi", "-i", "testsrc=duration=60", "-y", "file:" + output}};
-    const JobEnd end = RunToEnd(job, command, output, [&](JobEnd&) {
+    const JobEnd end = Convert(job, command, output, nullptr, [&] {
         ASSERT_TRUE(QTest::qWaitFor([&] { return QFileInfo(output).size() > 0; }, 20000));
         job.cancel();
     });
-    EXPECT_EQ(end.how, "cancelled");
+    EXPECT_TRUE(end.isCancelled());
     EXPECT_FALSE(job.isRunning());
     EXPECT_FALSE(QFile::exists(output));
     EXPECT_EQ(test::ProcessesMentioning(output.toUtf8(), QCoreApplication::applicationPid()),
@@ -224,26 +210,27 @@ TEST(ConversionJob, AFailedRunOrAMissingToolEndsWithFailedAndNoFile) {
     const QString output = dir.path() + "/FinalMix.MP4";
     test::WriteFile(output, "left by an earlier conversion");
     ConversionJob job;
-    JobEnd end = RunToEnd(job, {Ffmpeg(), {"-nostdin", "-i", "file:/no/such.avi", output}}, output);
-    EXPECT_EQ(end.how, "failed");
-    EXPECT_TRUE(end.text.contains("/no/such.avi")) << end.text.toStdString();
+    JobEnd end = Convert(job, {Ffmpeg(), {"-nostdin", "-i", "file:/no/such.avi", output}}, output);
+    EXPECT_TRUE(end.isFailed());
+    EXPECT_TRUE(end.message.contains("/no/such.avi")) << end.message.toStdString();
     EXPECT_FALSE(QFile::exists(output)); // the earlier file does not pass for this one's
-    end = RunToEnd(job, {dir.path() + "/no-ffmpeg", {}}, output);
-    EXPECT_EQ(end.how, "failed");
+    end = Convert(job, {dir.path() + "/no-ffmpeg", {}}, output);
+    EXPECT_TRUE(end.isFailed());
     // A tool that exits well without writing its file has not converted anything.
-    end = RunToEnd(job, {"/bin/true", {}}, output);
-    EXPECT_EQ(end.how, "failed");
+    end = Convert(job, {"/bin/true", {}}, output);
+    EXPECT_TRUE(end.isFailed());
     // A clip that is a link to a device or a FIFO never reaches ffmpeg, which would read it
     // for good.
     const QString zero = dir.path() + "/FinalMix.avi";
     ASSERT_TRUE(QFile::link("/dev/zero", zero));
-    end = RunToEnd(job, ConvertFileForCellPhones(Ffmpeg(), zero, output, "", {}), output);
-    EXPECT_EQ(end.how, "failed");
-    EXPECT_TRUE(end.text.contains(zero) && end.text.contains("a device")) << end.text.toStdString();
+    end = Convert(job, ConvertFileForCellPhones(Ffmpeg(), zero, output, "", {}), output);
+    EXPECT_TRUE(end.isFailed());
+    EXPECT_TRUE(end.message.contains(zero) && end.message.contains("a device"))
+        << end.message.toStdString();
     const QString fifo = dir.path() + "/Clip.avi";
     ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0644), 0);
-    end = RunToEnd(job, ConvertFileForCellPhones(Ffmpeg(), fifo, output, "", {}), output);
-    EXPECT_EQ(end.how, "failed");
-    EXPECT_TRUE(end.text.contains("a FIFO")) << end.text.toStdString();
+    end = Convert(job, ConvertFileForCellPhones(Ffmpeg(), fifo, output, "", {}), output);
+    EXPECT_TRUE(end.isFailed());
+    EXPECT_TRUE(end.message.contains("a FIFO")) << end.message.toStdString();
     EXPECT_TRUE(QDir(dir.path()).entryList({"cq-run-*"}, QDir::AllEntries).isEmpty());
 }

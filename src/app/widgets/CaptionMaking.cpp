@@ -55,12 +55,7 @@ void CaptionMaking::start() {
                                       LocateFfmpeg(m_paths.gstrFFMPEGFileSpec),
                                       m_paths.gstrTempFilesDirectory, this);
     connect(m_job, &CaptionRecognitionJob::progressed, this, &CaptionMaking::onProgressed);
-    connect(m_job, &CaptionRecognitionJob::finished, this, &CaptionMaking::onFinished);
-    connect(m_job, &CaptionRecognitionJob::failed, this, [this](const QString& message) {
-        ended(QStringLiteral("The captions could not be made: %1").arg(message));
-    });
-    connect(m_job, &CaptionRecognitionJob::cancelled, this,
-            [this] { ended(QStringLiteral("Making the captions was cancelled.")); });
+    connect(m_job, &CaptionRecognitionJob::ended, this, &CaptionMaking::onEnded);
     m_panel.showMaking(true);
     m_panel.showStatus(QStringLiteral("Listening to the voice..."));
     m_job->start();
@@ -80,7 +75,12 @@ void CaptionMaking::onProgressed(int percent) {
     m_panel.showStatus(QStringLiteral("Making the captions: %1%").arg(percent));
 }
 
-void CaptionMaking::onFinished(const CaptionCues& cues) {
+void CaptionMaking::onEnded(const JobEnd& end) {
+    if (end.isCancelled())
+        return ended(QStringLiteral("Making the captions was cancelled."));
+    if (end.isFailed())
+        return ended(QStringLiteral("The captions could not be made: %1").arg(end.message));
+    const CaptionCues cues = m_job->cues();
     const CaptionCues all = VoiceAndTextCues(cues, m_grid.rows(), m_recording.recordingLengthMs);
     m_replacing = true;
     m_captions.replaceCues(all);

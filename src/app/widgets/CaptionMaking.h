@@ -42,7 +42,7 @@ private:
     // Why there is nothing to make captions from; empty when the take has a voice.
     QString whyNoVoice() const;
     void onProgressed(int percent);
-    void onFinished(const CaptionCues& cues);
+    void onEnded(const JobEnd& end);
     // The job ended, one way or another, with this said in the panel.
     void ended(const QString& status);
 

@@ -236,14 +236,13 @@ void frmClipquill::connectRender() {
 
 void frmClipquill::onRenderFinished(const RenderReport& report) {
     const QString file = report.output.isEmpty() ? LatestFinalMix(m_paths) : report.output;
-    if (report.outcome == RenderReport::Outcome::Rendered && QFileInfo(file).isFile()) {
+    if (report.isDone() && QFileInfo(file).isFile()) {
         // Shown, not played: the user starts it, or sees at once where it went.
         showRenderedResult(file, false);
         return;
     }
-    m_lblStatus->setText(report.outcome == RenderReport::Outcome::Cancelled
-                             ? QStringLiteral("The render was cancelled.")
-                             : QStringLiteral("The render failed."));
+    m_lblStatus->setText(report.isCancelled() ? QStringLiteral("The render was cancelled.")
+                                              : QStringLiteral("The render failed."));
 }
 
 void frmClipquill::showRenderedResult(const QString& file, bool play) {

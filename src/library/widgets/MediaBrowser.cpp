@@ -169,10 +169,10 @@ void MediaBrowser::onThumbnailsStarted(int total) {
         m_progress->setAutoReset(false);
         m_progress->setMinimumDuration(400);
         connect(m_progress, &QProgressDialog::canceled, m_pages, &PicturesWebPage::cancel);
-        connect(m_pages, &PicturesWebPage::progress, m_progress, &QProgressDialog::setValue);
+        connect(m_pages, &PicturesWebPage::progressed, m_progress, &QProgressDialog::setValue);
     }
     m_progress->setLabelText(QStringLiteral("Making %1 thumbnails...").arg(total));
-    m_progress->setRange(0, total);
+    m_progress->setRange(0, 100);
     m_progress->setValue(0);
 }
 

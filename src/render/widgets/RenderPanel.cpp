@@ -101,10 +101,10 @@ void RenderPanel::cmdRender_Click() {
     m_job = new RenderJob(request.inputs, m_pool, this);
 
     m_progress = new RenderProgressDialog(this);
-    connect(m_job, &RenderJob::progressChanged, m_progress, &RenderProgressDialog::setPercent);
+    connect(m_job, &RenderJob::progressed, m_progress, &RenderProgressDialog::setPercent);
     connect(m_job, &RenderJob::statusChanged, m_progress, &RenderProgressDialog::setStatus);
     connect(m_progress, &RenderProgressDialog::cancelRequested, m_job, &RenderJob::cancel);
-    connect(m_job, &RenderJob::finished, this, &RenderPanel::onFinished);
+    connect(m_job, &RenderJob::ended, this, [this] { onFinished(m_job->report()); });
     m_cmdRender->setEnabled(false);
     m_progress->show();
     m_job->start();
@@ -125,8 +125,7 @@ void RenderPanel::onFinished(const RenderReport& report) {
 }
 
 void RenderPanel::showOutcome(const RenderReport& report) {
-    if (report.outcome == RenderReport::Outcome::Cancelled ||
-        (report.ok() && report.message.isEmpty()))
+    if (report.isCancelled() || (report.ok() && report.message.isEmpty()))
         return;
     QMessageBox box(
         report.ok() ? QMessageBox::Information : QMessageBox::Warning, QStringLiteral("Render"),

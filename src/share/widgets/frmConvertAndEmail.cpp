@@ -85,10 +85,8 @@ void frmConvertAndEmail::connectControls() {
 }
 
 void frmConvertAndEmail::connectJobs() {
-    connect(m_job, &ConversionJob::progress, m_ui.progress, &QProgressBar::setValue);
-    connect(m_job, &ConversionJob::converted, this, &frmConvertAndEmail::onConverted);
-    connect(m_job, &ConversionJob::failed, this, &frmConvertAndEmail::onConversionFailed);
-    connect(m_job, &ConversionJob::cancelled, this, &frmConvertAndEmail::onConversionCancelled);
+    connect(m_job, &ConversionJob::progressed, m_ui.progress, &QProgressBar::setValue);
+    connect(m_job, &ConversionJob::ended, this, &frmConvertAndEmail::onConversionEnded);
     connect(m_mail, &MailHandOver::finished, this, &frmConvertAndEmail::onMailFinished);
 }
 
@@ -209,15 +207,15 @@ void frmConvertAndEmail::onConverted(const QString& file) {
     m_mail->start(ClipMailMessage(file, recipient));
 }
 
-void frmConvertAndEmail::onConversionFailed(const QString& detail) {
+void frmConvertAndEmail::onConversionEnded(const JobEnd& end) {
+    if (end.isDone())
+        return onConverted(m_job->output());
     setWork(Work::None);
-    if (!closeIfAsked())
-        showMessage(FileNotFoundText(), detail);
-}
-
-void frmConvertAndEmail::onConversionCancelled() {
-    setWork(Work::None);
-    if (!closeIfAsked())
+    if (closeIfAsked())
+        return;
+    if (end.isFailed())
+        showMessage(FileNotFoundText(), end.message);
+    else
         showMessage(QStringLiteral("The conversion was cancelled."));
 }
 

@@ -13,6 +13,7 @@
 namespace cq {
 
 class ConversionJob;
+struct JobEnd;
 class MailHandOver;
 struct MailResult;
 
@@ -59,8 +60,7 @@ private:
     // Starts converting the rendered clip to the selected format (nothing to do for "AVI").
     void ConvertFileToEmail();
     void onConverted(const QString& file);
-    void onConversionFailed(const QString& detail);
-    void onConversionCancelled();
+    void onConversionEnded(const JobEnd& end);
     void onMailFinished(const MailResult& result);
     bool closeIfAsked();
     void showMessage(const QString& text, const QString& detail = QString());
