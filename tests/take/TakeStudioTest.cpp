@@ -104,7 +104,7 @@ TEST(UnsavedTake, RecordOpenAndCloseAskFirstAndCancelKeepsEverything) {
     auto w = restoredStudio(app);
     TimelineStudio& t = w->timeline();
     ASSERT_EQ(t.grid().rowCount(), 2);
-    EXPECT_EQ(t.grid().row(1).fileSpec, work + "/Hello.jpg");
+    EXPECT_EQ(t.grid().row(1).file, work + "/Hello.jpg");
     EXPECT_EQ(w->recordingState().recordingLengthMs, 1000);
 
     QTest::mouseClick(t.recordingPanel()->recordButton(), Qt::LeftButton);
@@ -345,11 +345,11 @@ TEST(TakeStudioChild, DISABLED_RecordsUntilEnded) {
         ASSERT_TRUE(QTest::qWaitFor([&] { return t.recorder().elapsedMs() >= ms; }, 20000));
     };
     until(300);
-    t.logger().LogMediaEvent("Pictures", media + "/red.jpg");
+    t.logger().LogMediaEvent(MediaKind::Pictures, media + "/red.jpg");
     until(700);
-    t.logger().LogMediaEvent("Pictures", media + "/blue.jpg");
+    t.logger().LogMediaEvent(MediaKind::Pictures, media + "/blue.jpg");
     until(1200);
-    t.logger().LogMediaEvent("Pictures", media + "/red.jpg");
+    t.logger().LogMediaEvent(MediaKind::Pictures, media + "/red.jpg");
     until(2000);
     if (mode == "term")
         QTest::mouseClick(t.recordingPanel()->stopButton(), Qt::LeftButton);
@@ -402,9 +402,9 @@ protected:
     void expectTheThreeClicks(frmClipquill& w) {
         const EventGridModel& grid = w.timeline().grid();
         ASSERT_EQ(grid.rowCount(), 3);
-        EXPECT_EQ(grid.row(0).fileSpec, media.filePath("red.jpg"));
-        EXPECT_EQ(grid.row(1).fileSpec, media.filePath("blue.jpg"));
-        EXPECT_GE(grid.row(2).timeMs(), 1200);
+        EXPECT_EQ(grid.row(0).file, media.filePath("red.jpg"));
+        EXPECT_EQ(grid.row(1).file, media.filePath("blue.jpg"));
+        EXPECT_GE(grid.row(2).atMs, 1200);
     }
 
     test::TestAppFolder app;

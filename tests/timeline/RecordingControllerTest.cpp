@@ -1,6 +1,7 @@
 #include "timeline/RecordingController.h"
 #include "FakeMediaDisplay.h"
 #include "studio/StudioSettings.h"
+#include "support/TestRows.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/PictureList.h"
@@ -77,7 +78,7 @@ bool recordUntil(Recorder& recorder, qint64 ms) {
 
 TEST(RecordingController, StopWhileIdleEndsReplaySlideShowAndWaits) {
     Studio s;
-    s.grid.appendRowText("1\tPictures\t50.000\t\t/a.jpg");
+    s.grid.appendRow(test::Event(MediaKind::Pictures, 50000, "/a.jpg"));
     QFile(s.controller->voiceFileSpec()).open(QIODevice::WriteOnly);
     s.controller->cmdPlayVoiceEmail_Click();
     ASSERT_TRUE(s.replay.isRunning());
@@ -139,7 +140,7 @@ TEST(RecordingController, RecordTwiceIsHarmlessAndStopKeepsTheVoiceAndRows) {
     ASSERT_TRUE(old.open(QIODevice::WriteOnly));
     old.write("the last recording");
     old.close();
-    s.grid.appendRowText("1\tPictures\t1.000\t\t/old.jpg");
+    s.grid.appendRow(test::Event(MediaKind::Pictures, 1000, "/old.jpg"));
     s.controller->cmdRecordVoiceEmail_Click();
     ASSERT_TRUE(s.state.gblnRecording) << s.messages.join('\n').toStdString();
     EXPECT_EQ(s.grid.rowCount(), 0); // the grid starts afresh
@@ -147,7 +148,7 @@ TEST(RecordingController, RecordTwiceIsHarmlessAndStopKeepsTheVoiceAndRows) {
     EXPECT_FALSE(s.grid.isEditable());
     ASSERT_TRUE(recordUntil(s.recorder, 600));
     const qint64 before = s.recorder.elapsedMs();
-    s.logger.LogMediaEvent("Pictures", "/p.jpg");
+    s.logger.LogMediaEvent(MediaKind::Pictures, "/p.jpg");
     const qint64 after = s.recorder.elapsedMs();
     s.controller->cmdRecordVoiceEmail_Click(); // again: nothing changes
     EXPECT_EQ(s.grid.rowCount(), 1);
@@ -159,8 +160,8 @@ TEST(RecordingController, RecordTwiceIsHarmlessAndStopKeepsTheVoiceAndRows) {
     EXPECT_EQ((QFileInfo(voice).size() - 44) * 1000 / Recorder::kBytesPerSecond,
               s.state.recordingLengthMs);
     // Timed by the recording's own clock at the moment of logging.
-    EXPECT_GE(s.grid.row(0).timeMs(), before);
-    EXPECT_LE(s.grid.row(0).timeMs(), after);
+    EXPECT_GE(s.grid.row(0).atMs, before);
+    EXPECT_LE(s.grid.row(0).atMs, after);
     EXPECT_TRUE(s.messages.isEmpty()) << s.messages.join('\n').toStdString();
 }
 
@@ -202,8 +203,8 @@ TEST(RecordingController, AFullDiskEndsCaptureWithAMessageAndKeepsTheVoice) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return s.recorder.meter().windowsMeasured() >= windows + 5; },
                                 10000));
     EXPECT_GT(s.recorder.meter().level().rmsDb, -40.0);
-    s.logger.LogMediaEvent("Pictures", "/late.jpg");
-    EXPECT_GE(s.grid.row(0).timeMs(), 500);
+    s.logger.LogMediaEvent(MediaKind::Pictures, "/late.jpg");
+    EXPECT_GE(s.grid.row(0).atMs, 500);
     s.controller->cmdPause_Click();
     EXPECT_EQ(s.state.recordingLengthMs, 500);
     EXPECT_EQ(QFileInfo(s.controller->voiceFileSpec()).size(), 44 + Recorder::kBytesPerSecond / 2);

@@ -18,12 +18,6 @@
 
 namespace cq {
 
-namespace {
-QString seconds(qint64 ms, int decimals) {
-    return QString::number(ms / 1000.0, 'f', decimals);
-}
-} // namespace
-
 StudioDisplay::StudioDisplay(MediaStation& media, StudioSettings& studio, QObject* parent)
     : QObject(parent), m_media(media), m_studio(studio) {}
 
@@ -36,9 +30,8 @@ void StudioDisplay::connectTimeline(TimelineStudio& timeline) {
 
     connect(&browser, &MediaBrowser::fileClicked, clicks, &MediaClickHandler::File1_Click);
     // A thumbnail click shows the picture by itself; only the logging is left to do.
-    connect(
-        &browser, &MediaBrowser::mediaEventRequested, logger,
-        [logger](const QString& type, const QString& file) { logger->LogMediaEvent(type, file); });
+    connect(&browser, &MediaBrowser::mediaEventRequested, logger,
+            [logger](MediaKind type, const QString& file) { logger->LogMediaEvent(type, file); });
     connect(
         m_media.fraText(), &TextFrame::textClicked, clicks,
         [clicks](const QString& text, TextOption option) { clicks->lstText_Click(text, option); });
@@ -49,8 +42,8 @@ void StudioDisplay::connectTimeline(TimelineStudio& timeline) {
     // The user moved the video's play position: the video from there is a new event.
     connect(video, &MediaPlayer::positionChange, logger,
             [logger, video](double, double newPosition) {
-                logger->LogMediaEvent(QStringLiteral("Video"), video->URL(),
-                                      QString::number(qMax(0.0, newPosition), 'f', 3));
+                logger->LogMediaEvent(MediaKind::Video, video->URL(),
+                                      qRound64(qMax(0.0, newPosition) * 1000));
             });
 }
 
@@ -140,12 +133,11 @@ void StudioDisplay::afterDisplaySwitch(DisplaySurface view) {
         return;
     if (view == DisplaySurface::Video) {
         if (!currentVideo().isEmpty())
-            m_timeline->logger().LogMediaEvent(QStringLiteral("Video"), currentVideo(),
-                                               seconds(videoPositionMs(), 2));
+            m_timeline->logger().LogMediaEvent(MediaKind::Video, currentVideo(), videoPositionMs());
     } else if (view == DisplaySurface::Picture) {
         const QString picture = pictureForSwitch();
         if (!picture.isEmpty())
-            m_timeline->logger().LogMediaEvent(QStringLiteral("Pictures"), picture);
+            m_timeline->logger().LogMediaEvent(MediaKind::Pictures, picture);
     } else if (view == DisplaySurface::Text) {
         m_timeline->clicks().lstText_Click(m_studio.gstrCurrentText,
                                            m_media.fraText()->selectedOption(), true);
