@@ -13,18 +13,18 @@ namespace cq::bench {
 namespace {
 
 struct BaselineItem {
-    QString type;
+    bool video = false; // a still otherwise
     QString file;
     qint64 startMs = 0;
     qint64 begMs = -1;
 };
 
-QList<BaselineItem> baselineItems(const QList<EventRow>& rows, const QString& black) {
+QList<BaselineItem> baselineItems(const QList<TimelineEvent>& rows, const QString& black) {
     QList<BaselineItem> items;
-    if (rows.first().timeMs() > 0)
-        items.append({QStringLiteral("Black"), black, 0, -1});
-    for (const EventRow& r : rows)
-        items.append({r.mediaType, r.fileSpec, r.timeMs(), r.begVideoAtMs()});
+    if (rows.first().atMs > 0)
+        items.append({false, black, 0, -1});
+    for (const TimelineEvent& r : rows)
+        items.append({r.kind == MediaKind::Video, r.file, r.atMs, r.startMs.value_or(-1)});
     return items;
 }
 
@@ -53,10 +53,10 @@ QString baselineGraph(const QList<BaselineItem>& items, qint64 voiceMs, const QS
     for (int i = 0; i < items.size(); ++i) {
         const BaselineItem& item = items[i];
         const qint64 frames = framesOf(items, i, voiceMs);
-        if (item.type == "Video" && item.begMs > 0)
+        if (item.video && item.begMs > 0)
             args << "-ss" << QString::number(item.begMs / 1000.0);
         args << "-i" << item.file;
-        graph += item.type == "Video"
+        graph += item.video
                      ? QStringLiteral("[%1:v]fps=30000/1001,%2,tpad=stop=-1:stop_mode=clone,"
                                       "trim=end_frame=%3,setpts=PTS-STARTPTS[v%1];")
                            .arg(i + 1)
@@ -79,11 +79,11 @@ struct MovingItem {
     qint64 frames = 0;
 };
 
-QList<MovingItem> movingItems(const QList<EventRow>& rows, qint64 voiceMs) {
+QList<MovingItem> movingItems(const QList<TimelineEvent>& rows, qint64 voiceMs) {
     const QList<BaselineItem> items = baselineItems(rows, {});
     QList<MovingItem> moving;
     for (int i = 0; i < items.size(); ++i)
-        if (items[i].type == u"Video")
+        if (items[i].video)
             moving.append(
                 {items[i].file, std::max<qint64>(items[i].begMs, 0), framesOf(items, i, voiceMs)});
     return moving;
@@ -122,7 +122,7 @@ QStringList movingArguments(const QList<MovingItem>& items, const QString& fit,
 
 } // namespace
 
-QStringList OnePassArguments(const QList<EventRow>& rows, const QString& voice, qint64 voiceMs,
+QStringList OnePassArguments(const QList<TimelineEvent>& rows, const QString& voice, qint64 voiceMs,
                              const QSize& size, const QString& black, const Encoders& encoders,
                              const QStringList& muxer, const QString& out) {
     QStringList args{"-nostdin", "-v", "error", "-i", voice};
@@ -131,8 +131,9 @@ QStringList OnePassArguments(const QList<EventRow>& rows, const QString& voice, 
     return args + encoders.video + encoders.sound + muxer + QStringList{"-y", out};
 }
 
-double LeastWorkSeconds(const QString& ffmpeg, const QList<EventRow>& rows, const QString& voice,
-                        qint64 voiceMs, const QSize& size, const Encoders& encoders) {
+double LeastWorkSeconds(const QString& ffmpeg, const QList<TimelineEvent>& rows,
+                        const QString& voice, qint64 voiceMs, const QSize& size,
+                        const Encoders& encoders) {
     const QList<MovingItem> items = movingItems(rows, voiceMs);
     ToolRunner moving;
     ToolRunner sound;

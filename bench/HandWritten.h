@@ -1,6 +1,6 @@
 #pragma once
 
-#include "studio/EventRow.h"
+#include "studio/TimelineEvent.h"
 
 #include <QList>
 #include <QSize>
@@ -19,7 +19,7 @@ struct Encoders {
 // The same video as a render makes, from one ffmpeg run: every item decoded once, fitted, held
 // for its frames, concatenated and mixed with the voice. `black` fills the time before the first
 // item; `muxer` closes the output's options.
-QStringList OnePassArguments(const QList<EventRow>& rows, const QString& voice, qint64 voiceMs,
+QStringList OnePassArguments(const QList<TimelineEvent>& rows, const QString& voice, qint64 voiceMs,
                              const QSize& size, const QString& black, const Encoders& encoders,
                              const QStringList& muxer, const QString& out);
 
@@ -27,7 +27,8 @@ QStringList OnePassArguments(const QList<EventRow>& rows, const QString& voice, 
 // per file, fitted and encoded, beside the voice encoded, as two ffmpeg runs side by side writing
 // to ffmpeg's null output. A render's time above this is what its stills, its joining and its
 // checks cost. Negative when a run fails.
-double LeastWorkSeconds(const QString& ffmpeg, const QList<EventRow>& rows, const QString& voice,
-                        qint64 voiceMs, const QSize& size, const Encoders& encoders);
+double LeastWorkSeconds(const QString& ffmpeg, const QList<TimelineEvent>& rows,
+                        const QString& voice, qint64 voiceMs, const QSize& size,
+                        const Encoders& encoders);
 
 } // namespace cq::bench

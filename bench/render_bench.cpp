@@ -35,15 +35,9 @@ bool ffmpeg(const QStringList& args) {
     return bench::RunFfmpeg(g_ffmpeg, args);
 }
 
-EventRow row(int count, const QString& type, double at, const QString& file,
-             const QString& beg = {}) {
-    EventRow r;
-    r.mediaCount = count;
-    r.mediaType = type;
-    r.timeLine = QString::number(at, 'f', 3);
-    r.fileSpec = file;
-    r.begVideoAt = beg;
-    return r;
+TimelineEvent row(MediaKind kind, double atSeconds, const QString& file,
+                  std::optional<qint64> startMs = std::nullopt) {
+    return {kind, qRound64(atSeconds * 1000), startMs, file, {}};
 }
 
 struct Inputs {
@@ -75,25 +69,26 @@ Inputs makeInputs(const QString& dir) {
 }
 
 // Ten events in a minute: six pictures, the video twice, the text.
-QList<EventRow> tenEvents(const Inputs& in) {
-    return {row(1, "Pictures", 0, in.pictures[0]),  row(2, "Pictures", 6, in.pictures[1]),
-            row(3, "Video", 12, in.video),          row(4, "Text", 22, in.text),
-            row(5, "Pictures", 28, in.pictures[2]), row(6, "Pictures", 34, in.pictures[3]),
-            row(7, "Pictures", 40, in.pictures[4]), row(8, "Pictures", 46, in.pictures[5]),
-            row(9, "Video", 52, in.video, "3.000"), row(10, "Text", 56, in.text)};
+QList<TimelineEvent> tenEvents(const Inputs& in) {
+    using enum MediaKind;
+    return {row(Pictures, 0, in.pictures[0]),  row(Pictures, 6, in.pictures[1]),
+            row(Video, 12, in.video),          row(Text, 22, in.text),
+            row(Pictures, 28, in.pictures[2]), row(Pictures, 34, in.pictures[3]),
+            row(Pictures, 40, in.pictures[4]), row(Pictures, 46, in.pictures[5]),
+            row(Video, 52, in.video, 3000),    row(Text, 56, in.text)};
 }
 
 // A 10-minute message of 100 items: pictures, the video, the text, 6 s each.
-QList<EventRow> hundredEvents(const Inputs& in) {
-    QList<EventRow> rows;
+QList<TimelineEvent> hundredEvents(const Inputs& in) {
+    QList<TimelineEvent> rows;
     for (int i = 0; i < 100; ++i) {
         const double at = i * 6.0;
         if (i % 10 == 5)
-            rows << row(i + 1, "Video", at, in.video, QString::number(i % 4));
+            rows << row(MediaKind::Video, at, in.video, (i % 4) * 1000);
         else if (i % 10 == 9)
-            rows << row(i + 1, "Text", at, in.text);
+            rows << row(MediaKind::Text, at, in.text);
         else
-            rows << row(i + 1, "Pictures", at, in.pictures[i % 6]);
+            rows << row(MediaKind::Pictures, at, in.pictures[i % 6]);
     }
     return rows;
 }
@@ -134,7 +129,7 @@ QString suffixOf(const Format& f) {
 }
 
 // Decodes the moving pictures and encodes them and the voice, and nothing else.
-double timeLeastWork(const QList<EventRow>& rows, const QString& voice, const QString& size,
+double timeLeastWork(const QList<TimelineEvent>& rows, const QString& voice, const QString& size,
                      const Format& format) {
     return bench::LeastWorkSeconds(g_ffmpeg, rows, voice, WavDurationMs(voice),
                                    ParseFrameSize(size), format.encoders);
@@ -152,9 +147,9 @@ double childCpuSeconds() {
     return u.ru_utime.tv_sec + u.ru_stime.tv_sec + (u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
 }
 
-RenderInputs inputsFor(const AppPaths& paths, const QList<EventRow>& rows, const QString& voice,
-                       const QString& size, RenderFormat format = RenderFormat::Avi,
-                       bool evenVoice = true) {
+RenderInputs inputsFor(const AppPaths& paths, const QList<TimelineEvent>& rows,
+                       const QString& voice, const QString& size,
+                       RenderFormat format = RenderFormat::Avi, bool evenVoice = true) {
     StudioSettings studio;
     studio.gstrVideoRes = size;
     studio.renderFormat = format;
@@ -162,7 +157,7 @@ RenderInputs inputsFor(const AppPaths& paths, const QList<EventRow>& rows, const
     return StudioRenderRequest(paths, studio, rows, voice, WavDurationMs(voice), {}).inputs;
 }
 
-double timeRender(const AppPaths& paths, const QList<EventRow>& rows, const QString& voice,
+double timeRender(const AppPaths& paths, const QList<TimelineEvent>& rows, const QString& voice,
                   const QString& size, RenderReport* report,
                   RenderFormat format = RenderFormat::Avi, bool evenVoice = true) {
     QDir(paths.gstrTempFilesDirectory).removeRecursively();
@@ -177,7 +172,7 @@ double timeRender(const AppPaths& paths, const QList<EventRow>& rows, const QStr
     return elapsed;
 }
 
-double timeBaseline(const QList<EventRow>& rows, const QString& voice, const QString& size,
+double timeBaseline(const QList<TimelineEvent>& rows, const QString& voice, const QString& size,
                     const QString& black, const Format& format, const QString& out) {
     QElapsedTimer t;
     t.start();
@@ -218,8 +213,8 @@ struct VoiceCost {
     bool ok = true;
 };
 
-VoiceCost measureVoiceCost(const AppPaths& paths, const QList<EventRow>& rows, const QString& voice,
-                           const QString& size, RenderFormat format) {
+VoiceCost measureVoiceCost(const AppPaths& paths, const QList<TimelineEvent>& rows,
+                           const QString& voice, const QString& size, RenderFormat format) {
     VoiceCost c;
     for (int i = 0; i < 3; ++i) {
         for (const bool even : {false, true}) {
@@ -241,7 +236,7 @@ struct SizeResult {
     VoiceCost voice;
 };
 
-SizeResult measureSize(const AppPaths& paths, const Inputs& in, const QList<EventRow>& rows,
+SizeResult measureSize(const AppPaths& paths, const Inputs& in, const QList<TimelineEvent>& rows,
                        const QString& size, const Format& format, const QString& dir) {
     SizeResult r;
     // Warm the page cache and ffmpeg's libraries first.
@@ -314,7 +309,7 @@ AppPaths makeAppFolder(const QString& dir) {
 
 // Captions burned in at 320X240 (a cue of 2.5 s every 5 s) against the same render without
 // them, both from an empty work folder, and again after one cue's text changed.
-void burnedCaptionsFigure(const AppPaths& paths, const QList<EventRow>& rows,
+void burnedCaptionsFigure(const AppPaths& paths, const QList<TimelineEvent>& rows,
                           const QString& voice) {
     RenderInputs in = inputsFor(paths, rows, voice, "320X240");
     for (int i = 0; i < 12; ++i)
@@ -362,7 +357,7 @@ int main(int argc, char** argv) {
     const AppPaths paths = makeAppFolder(dir.path());
     std::printf("Making the inputs (60 s voice, 6 pictures 1920x1080, 10 s 1280x720 video)...\n");
     const Inputs in = makeInputs(dir.path());
-    const QList<EventRow> ten = tenEvents(in);
+    const QList<TimelineEvent> ten = tenEvents(in);
     double load[1] = {0};
     getloadavg(load, 1);
     std::printf("cores: %d, load average at start %.1f (wall times grow with other work)\n\n",

@@ -1,7 +1,7 @@
 // The journal of a take's clicks, read back when the studio restores a take after a crash.
 #include "FuzzSupport.h"
 
-#include "take/TakeFiles.h"
+#include "take/TakeJournal.h"
 
 using namespace cq;
 

@@ -15,5 +15,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         ReadTimelineBytes(TimelineText(read.rows, base).toUtf8(), base);
     fuzz::Check(again.ok(), "a timeline the studio wrote cannot be read back");
     fuzz::Check(again.rows.size() == read.rows.size(), "a timeline written back lost rows");
+    for (qsizetype i = 0; i < read.rows.size(); ++i) {
+        const TimelineEvent& was = read.rows[i];
+        const TimelineEvent& is = again.rows[i];
+        fuzz::Check(was.kind == is.kind && was.atMs == is.atMs && was.startMs == is.startMs,
+                    "a timeline written back reads as other events");
+    }
     return 0;
 }

@@ -18,7 +18,7 @@ void AddCaptions(RenderInputs& inputs, const StudioSettings& studio, const Capti
     inputs.captionNotes = ShortenLongCues(inputs.captions);
 }
 
-CaptionCues VoiceAndTextCues(const CaptionCues& voice, const QList<EventRow>& rows,
+CaptionCues VoiceAndTextCues(const CaptionCues& voice, const QList<TimelineEvent>& rows,
                              qint64 recordingMs) {
     CaptionCues cues = voice + CuesFromTextRows(rows, recordingMs);
     SortCuesByStart(cues);

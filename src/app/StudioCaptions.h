@@ -2,7 +2,7 @@
 
 #include "captions/CaptionCue.h"
 #include "render/RenderInputs.h"
-#include "studio/EventRow.h"
+#include "studio/TimelineEvent.h"
 
 #include <QList>
 
@@ -19,7 +19,7 @@ void AddCaptions(RenderInputs& inputs, const StudioSettings& studio, const Capti
 // The captions made for a message from its voice: the recognised cues and the cues of its typed
 // texts together, in the order of their starts (a text shown at the same time as a spoken cue
 // comes after it).
-CaptionCues VoiceAndTextCues(const CaptionCues& voice, const QList<EventRow>& rows,
+CaptionCues VoiceAndTextCues(const CaptionCues& voice, const QList<TimelineEvent>& rows,
                              qint64 recordingMs);
 
 } // namespace cq

@@ -83,7 +83,7 @@ QString LocateFfprobe(const AppPaths& paths) {
 }
 
 RenderRequest StudioRenderRequest(const AppPaths& paths, const StudioSettings& studio,
-                                  const QList<EventRow>& rows, const QString& voiceFile,
+                                  const QList<TimelineEvent>& rows, const QString& voiceFile,
                                   qint64 recordingMs, const QString& output) {
     RenderRequest request;
     RenderInputs& in = request.inputs;

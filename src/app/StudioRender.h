@@ -1,8 +1,8 @@
 #pragma once
 
 #include "render/RenderInputs.h"
-#include "studio/EventRow.h"
 #include "studio/StudioSettings.h"
+#include "studio/TimelineEvent.h"
 
 #include <QList>
 #include <QSize>
@@ -37,7 +37,7 @@ std::optional<RenderFormat> RenderFormatOfFile(const QString& output);
 // format in the work folder (FinalMix.avi or FinalMix.mp4), or FinalMix.mp3 for a recording
 // without events; a given output picks its format by its extension.
 RenderRequest StudioRenderRequest(const AppPaths& paths, const StudioSettings& studio,
-                                  const QList<EventRow>& rows, const QString& voiceFile,
+                                  const QList<TimelineEvent>& rows, const QString& voiceFile,
                                   qint64 recordingMs, const QString& output);
 
 } // namespace cq

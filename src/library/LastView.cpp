@@ -2,27 +2,23 @@
 
 namespace cq {
 
-DisplaySurface RevertToLastView(const QStringList& mediaTypes) {
+DisplaySurface RevertToLastView(const QList<MediaKind>& mediaTypes) {
     if (mediaTypes.isEmpty())
         return DisplaySurface::Video;
-    const QString video = QStringLiteral("Video");
-    const QString pictures = QStringLiteral("Pictures");
-    const QString text = QStringLiteral("Text");
-    const QString& last = mediaTypes.last();
-    QStringList wanted;
-    if (last == text)
-        wanted = {video, pictures};
-    else if (last == pictures)
-        wanted = {video, text};
-    else
-        wanted = {pictures, text};
+    // The view goes back to another surface than the last row's; after a row that is none of the
+    // three (a Both text, an untyped file) to a picture or a text.
+    const MediaKind last = mediaTypes.last();
+    const MediaKind notWanted =
+        last == MediaKind::Text || last == MediaKind::Pictures ? last : MediaKind::Video;
     for (qsizetype row = mediaTypes.size() - 1; row >= 0; --row) {
-        const QString& type = mediaTypes.at(row);
-        if (type == video && wanted.contains(video))
+        const MediaKind kind = mediaTypes.at(row);
+        if (kind == notWanted)
+            continue;
+        if (kind == MediaKind::Video)
             return DisplaySurface::Video;
-        if (type == pictures && wanted.contains(pictures))
+        if (kind == MediaKind::Pictures)
             return DisplaySurface::Picture;
-        if (type == text && wanted.contains(text))
+        if (kind == MediaKind::Text)
             return DisplaySurface::Text;
     }
     return DisplaySurface::Video;

@@ -9,19 +9,19 @@ QString GetFileExtension(const QString& fileSpec) {
     return dot < 0 ? fileSpec : fileSpec.mid(dot + 1);
 }
 
-QString GetMediaTypeFromFileSpec(const QString& fileSpec) {
+MediaKind GetMediaTypeFromFileSpec(const QString& fileSpec) {
     static const QStringList video{".flv", ".mp4", ".mpg", ".mpeg", ".avi",
                                    ".wmv", ".3gp", ".asf", ".mov",  ".qtm"};
     static const QStringList audio{".mp3", ".wav", ".wma", ".aac", ".qt", ".flac"};
     static const QStringList pictures{".jpg", ".gif", ".bmp", ".png", ".tiff"};
     const QString ext = u'.' + GetFileExtension(fileSpec).toLower();
     if (video.contains(ext))
-        return QStringLiteral("Video");
+        return MediaKind::Video;
     if (audio.contains(ext))
-        return QStringLiteral("Audio");
+        return MediaKind::Audio;
     if (pictures.contains(ext))
-        return QStringLiteral("Pictures");
-    return {};
+        return MediaKind::Pictures;
+    return MediaKind::Untyped;
 }
 
 const QStringList& MediaFilePatterns() {

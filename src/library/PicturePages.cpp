@@ -123,12 +123,12 @@ ThumbnailClick DecideThumbnailClick(const QUrl& url) {
         return click;
     click.fileSpec = FileSpecFromPageUrl(url);
     click.mediaType = GetMediaTypeFromFileSpec(click.fileSpec);
-    if (click.mediaType.isEmpty())
+    if (click.mediaType == MediaKind::Untyped)
         return click;
-    const bool picture = click.mediaType == QStringLiteral("Pictures");
+    const bool picture = click.mediaType == MediaKind::Pictures;
     click.cancel = picture;
     click.showPicture = picture;
-    click.log = click.mediaType != QStringLiteral("Audio");
+    click.log = click.mediaType != MediaKind::Audio;
     return click;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "studio/TimelineEvent.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -59,7 +61,7 @@ QString BuildPicturePage(const QString& fileSpec, const PictureFit& fit);
 // What a click in the thumbnail page does with its link.
 struct ThumbnailClick {
     QString fileSpec;
-    QString mediaType;   // "Video", "Audio", "Pictures" or "" (see GetMediaTypeFromFileSpec)
+    MediaKind mediaType = MediaKind::Untyped; // see GetMediaTypeFromFileSpec
     bool cancel = false; // the viewer must not navigate: the picture is shown instead
     bool showPicture = false;
     bool log = false; // the click is a media event of the recording

@@ -49,7 +49,7 @@ QList<ThumbnailJob> PlanThumbnails(const QString& picturesFolder, const QStringL
                                    const QString& thumbnailFolder) {
     QList<ThumbnailJob> jobs;
     for (const QString& entry : entries) {
-        if (entry.isEmpty() || GetMediaTypeFromFileSpec(entry) != QStringLiteral("Pictures"))
+        if (entry.isEmpty() || GetMediaTypeFromFileSpec(entry) != MediaKind::Pictures)
             continue;
         ThumbnailJob job{JoinPath(picturesFolder, entry), JoinPath(thumbnailFolder, entry)};
         const QFileInfo thumbnail(job.thumbnail);

@@ -81,8 +81,8 @@ QString othersSubtitlesProblem(const RenderInputs& in) {
 
 QStringList RenderReadFiles(const RenderInputs& in) {
     QStringList files{in.voiceFile, in.blackPicture};
-    for (const EventRow& row : in.rows)
-        files << row.fileSpec;
+    for (const TimelineEvent& row : in.rows)
+        files << row.file;
     files << in.sourceFiles;
     files.removeAll(QString());
     files.removeDuplicates();

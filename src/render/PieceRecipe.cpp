@@ -27,11 +27,18 @@ QString kindName(SegmentKind kind) {
 
 } // namespace
 
-std::optional<SegmentKind> SegmentKindOfMediaType(const QString& mediaType) {
-    if (mediaType == u"Video")
+std::optional<SegmentKind> SegmentKindOfMediaType(MediaKind mediaType) {
+    switch (mediaType) {
+    case MediaKind::Video:
         return SegmentKind::Video;
-    if (mediaType == u"Pictures" || mediaType == u"Text" || mediaType == u"Both")
+    case MediaKind::Pictures:
+    case MediaKind::Text:
+    case MediaKind::Both:
         return SegmentKind::Still;
+    case MediaKind::Audio:
+    case MediaKind::Untyped:
+        break;
+    }
     return std::nullopt;
 }
 

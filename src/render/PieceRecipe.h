@@ -1,6 +1,7 @@
 #pragma once
 
 #include "render/FrameRate.h"
+#include "studio/TimelineEvent.h"
 
 #include <QSize>
 #include <QString>
@@ -13,9 +14,9 @@ namespace cq {
 // lead-in and the stand-in for an item that cannot be rendered.
 enum class SegmentKind { Black, Still, Video };
 
-// The kind of segment a row's media type makes; nothing for rows that show nothing ("Audio",
-// an untyped file).
-std::optional<SegmentKind> SegmentKindOfMediaType(const QString& mediaType);
+// The kind of segment an event's kind makes; nothing for events that show nothing (a sound, an
+// untyped file).
+std::optional<SegmentKind> SegmentKindOfMediaType(MediaKind mediaType);
 
 // Everything a piece is made from. Two pieces with equal recipes are the same file, so the key
 // of the recipe names the piece: the same item at the same length finds its piece again in a

@@ -5,7 +5,7 @@
 #include "render/AviContainer.h"
 #include "render/FrameRate.h"
 #include "render/VoiceOptions.h"
-#include "studio/EventRow.h"
+#include "studio/TimelineEvent.h"
 
 #include <QList>
 #include <QSize>
@@ -18,7 +18,7 @@ namespace cq {
 
 // Everything a render reads, handed over whole by whoever starts it; a render never changes it.
 struct RenderInputs {
-    QList<EventRow> rows;
+    QList<TimelineEvent> rows;
     qint64 recordingMs = 0; // the voice's length
     QString voiceFile;      // RecordedAudio.wav
     VoiceOptions voice;     // what the mix does to it

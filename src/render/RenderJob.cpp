@@ -162,10 +162,9 @@ void RenderJob::probe() {
     // What the videos hold is asked of ffmpeg here, in the job: a probe may take a while and the
     // window must not wait for it.
     QStringList videos;
-    for (const EventRow& row : m_in.rows)
-        if (SegmentKindOfMediaType(row.mediaType) == SegmentKind::Video &&
-            !videos.contains(row.fileSpec))
-            videos << row.fileSpec;
+    for (const TimelineEvent& row : m_in.rows)
+        if (SegmentKindOfMediaType(row.kind) == SegmentKind::Video && !videos.contains(row.file))
+            videos << row.file;
     if (videos.isEmpty())
         return stepDone();
     emit statusChanged(QStringLiteral("Looking into the videos"));

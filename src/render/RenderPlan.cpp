@@ -27,7 +27,7 @@ QString validate(const RenderInputs& in) {
 }
 
 struct Item {
-    const EventRow* row;
+    const TimelineEvent* row;
     int rowNumber; // in the grid, from 1
     SegmentKind kind;
     qint64 ms;
@@ -38,11 +38,11 @@ struct Item {
 QList<Item> visualItems(const RenderInputs& in) {
     QList<Item> items;
     int rowNumber = 0;
-    for (const EventRow& row : in.rows) {
+    for (const TimelineEvent& row : in.rows) {
         ++rowNumber;
-        const qint64 ms = row.timeMs();
-        const std::optional<SegmentKind> kind = SegmentKindOfMediaType(row.mediaType);
-        if (!kind || row.fileSpec.isEmpty() || ms < 0 || ms >= in.recordingMs)
+        const qint64 ms = row.atMs;
+        const std::optional<SegmentKind> kind = SegmentKindOfMediaType(row.kind);
+        if (!kind || row.file.isEmpty() || ms < 0 || ms >= in.recordingMs)
             continue;
         items.push_back({&row, rowNumber, *kind, ms});
     }
@@ -121,8 +121,8 @@ QString seconds1(qint64 ms) {
 
 // ffmpeg would make no frame of a video cut from past its end.
 QString startsPastItsEnd(const Item& item, const QHash<QString, qint64>& videoLengths) {
-    const QString& file = item.row->fileSpec;
-    const qint64 startMs = std::max<qint64>(0, item.row->begVideoAtMs());
+    const QString& file = item.row->file;
+    const qint64 startMs = item.row->startMs.value_or(0);
     if (item.kind != SegmentKind::Video || !videoLengths.contains(file) ||
         startMs < videoLengths.value(file))
         return {};
@@ -140,11 +140,10 @@ void addSegments(const RenderInputs& in, const RenderSpace& space, RenderPlan& p
     if (leadInEnd > 0)
         adder.add(SegmentKind::Black, in.blackPicture, 0, leadInEnd, 0);
     for (qsizetype i = 0; i < items.size(); ++i) {
-        const EventRow& row = *items[i].row;
+        const TimelineEvent& row = *items[i].row;
         const qint64 end = i + 1 < items.size() ? items[i + 1].ms : in.recordingMs;
         if (end > items[i].ms)
-            adder.add(items[i].kind, row.fileSpec, items[i].ms, end,
-                      std::max<qint64>(0, row.begVideoAtMs()),
+            adder.add(items[i].kind, row.file, items[i].ms, end, row.startMs.value_or(0),
                       startsPastItsEnd(items[i], videoLengths));
     }
 }

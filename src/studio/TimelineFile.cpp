@@ -2,11 +2,119 @@
 
 #include "platform/OutsideText.h"
 #include "platform/TextFiles.h"
+#include "platform/TextHelpers.h"
+#include "platform/TimeCode.h"
+#include "platform/TimeText.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QStringList>
+
+#include <algorithm>
+#include <array>
+#include <utility>
 
 namespace cq {
+
+namespace {
+
+const std::array<std::pair<MediaKind, const char*>, 6> kKindWords{{
+    {MediaKind::Video, "Video"},
+    {MediaKind::Pictures, "Pictures"},
+    {MediaKind::Text, "Text"},
+    {MediaKind::Both, "Both"},
+    {MediaKind::Audio, "Audio"},
+    {MediaKind::Untyped, ""},
+}};
+
+std::optional<MediaKind> kindOfWord(const QString& word) {
+    for (const auto& [kind, text] : kKindWords)
+        if (word == QLatin1String(text))
+            return kind;
+    return std::nullopt;
+}
+
+QString withoutControls(QString field) {
+    std::replace_if(field.begin(), field.end(), IsControlCharacter,
+                    QChar(QChar::ReplacementCharacter));
+    return field;
+}
+
+// The blanks around a time are left out before it is read, so that a hand-edited file with a
+// form feed beside a time still reads.
+TimeTextRead readSeconds(const QString& field) {
+    return ReadTimeText(field.trimmed(), TimeTextForm::Seconds);
+}
+
+} // namespace
+
+QString MediaKindWord(MediaKind kind) {
+    for (const auto& [k, text] : kKindWords)
+        if (k == kind)
+            return QString::fromLatin1(text);
+    return {};
+}
+
+QString EventSecondsText(qint64 ms) {
+    return SecondsTextFromMs(ms);
+}
+
+bool ControlCharacterIn(const QString& field) {
+    return std::any_of(field.begin(), field.end(), IsControlCharacter);
+}
+
+QString TimelineLine(const TimelineEvent& event, int number, const QString& baseFolder) {
+    const QDir base(baseFolder);
+    QString file = event.file;
+    if (QDir::cleanPath(file).startsWith(QDir::cleanPath(base.absolutePath()) + u'/'))
+        file = base.relativeFilePath(file);
+    QStringList fields{QString::number(number), MediaKindWord(event.kind),
+                       EventSecondsText(event.atMs),
+                       event.startMs ? EventSecondsText(*event.startMs) : QString(), file};
+    if (event.isText() || !event.text.isEmpty())
+        fields << event.text;
+    for (QString& field : fields)
+        field = withoutControls(field);
+    return fields.join(u'\t');
+}
+
+std::optional<TimelineEvent> ParseTimelineLine(const QString& line, const QString& baseFolder,
+                                               QString* error) {
+    auto fail = [error](const QString& why) -> std::optional<TimelineEvent> {
+        if (error)
+            *error = why;
+        return std::nullopt;
+    };
+    const QStringList fields = line.split(u'\t');
+    if (fields.size() < 5 || fields.size() > 6)
+        return fail(
+            QStringLiteral("expected 5 or 6 tab-separated fields, found %1").arg(fields.size()));
+    bool ok = false;
+    // The number is the line's place, which the reader keeps by the order of the lines.
+    if (fields[0].toInt(&ok) < 1 || !ok)
+        return fail(QStringLiteral("the count \"%1\" is not a positive number").arg(fields[0]));
+    TimelineEvent event;
+    const std::optional<MediaKind> kind = kindOfWord(fields[1]);
+    if (!kind)
+        return fail(QStringLiteral("unknown media type \"%1\"").arg(fields[1]));
+    event.kind = *kind;
+    const TimeTextRead time = readSeconds(fields[2]);
+    if (!time.ok())
+        return fail(QStringLiteral("the time %1").arg(time.problem));
+    event.atMs = time.ms;
+    if (!fields[3].trimmed().isEmpty()) {
+        const TimeTextRead start = readSeconds(fields[3]);
+        if (!start.ok())
+            return fail(QStringLiteral("the begin position %1").arg(start.problem));
+        event.startMs = start.ms;
+    }
+    event.file = fields[4];
+    if (!event.file.isEmpty() && QFileInfo(event.file).isRelative())
+        event.file = QDir::cleanPath(QDir(baseFolder).absoluteFilePath(event.file));
+    if (fields.size() == 6)
+        event.text = fields[5];
+    return event;
+}
 
 QString DecodeTimelineBytes(const QByteArray& bytes, QString* error) {
     OutsideText decoded = DecodeOutsideText(bytes);
@@ -15,14 +123,6 @@ QString DecodeTimelineBytes(const QByteArray& bytes, QString* error) {
         return {};
     }
     return decoded.text;
-}
-
-std::optional<EventRow> ParseTimelineLine(const QString& line, const QString& baseFolder,
-                                          QString* error) {
-    std::optional<EventRow> row = EventRow::fromRowText(line, error);
-    if (row && !row->fileSpec.isEmpty() && QFileInfo(row->fileSpec).isRelative())
-        row->fileSpec = QDir::cleanPath(QDir(baseFolder).absoluteFilePath(row->fileSpec));
-    return row;
 }
 
 TimelineReadResult ParseTimelineText(const QString& text, const QString& baseFolder) {
@@ -36,13 +136,13 @@ TimelineReadResult ParseTimelineText(const QString& text, const QString& baseFol
         lines.removeLast();
     for (qsizetype i = 0; i < lines.size(); ++i) {
         QString why;
-        std::optional<EventRow> row = ParseTimelineLine(lines[i], baseFolder, &why);
-        if (!row) {
+        std::optional<TimelineEvent> event = ParseTimelineLine(lines[i], baseFolder, &why);
+        if (!event) {
             result.error = QStringLiteral("line %1: %2").arg(i + 1).arg(why);
             result.rows.clear();
             return result;
         }
-        result.rows << *row;
+        result.rows << *event;
     }
     return result;
 }
@@ -65,19 +165,14 @@ TimelineReadResult ReadTimelineBytes(const QByteArray& bytes, const QString& bas
     return ParseTimelineText(text, baseFolder);
 }
 
-QString TimelineText(const QList<EventRow>& rows, const QString& baseFolder) {
-    const QDir base(baseFolder);
-    const QString basePath = QDir::cleanPath(base.absolutePath()) + u'/';
+QString TimelineText(const QList<TimelineEvent>& rows, const QString& baseFolder) {
     QString text;
-    for (EventRow row : rows) {
-        if (QDir::cleanPath(row.fileSpec).startsWith(basePath))
-            row.fileSpec = base.relativeFilePath(row.fileSpec);
-        text += row.rowText() + QStringLiteral("\r\n");
-    }
+    for (qsizetype i = 0; i < rows.size(); ++i)
+        text += TimelineLine(rows[i], int(i + 1), baseFolder) + QStringLiteral("\r\n");
     return text;
 }
 
-bool WriteTimelineFile(const QList<EventRow>& rows, const QString& fileSpec) {
+bool WriteTimelineFile(const QList<TimelineEvent>& rows, const QString& fileSpec) {
     return WriteWholeFile(TimelineText(rows, QFileInfo(fileSpec).absolutePath()).toUtf8(),
                           fileSpec);
 }

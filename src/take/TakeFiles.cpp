@@ -1,10 +1,9 @@
 #include "take/TakeFiles.h"
 
 #include "captions/CaptionsFile.h"
-#include "platform/OutsideText.h"
 #include "platform/TextFiles.h"
 #include "platform/WavFormat.h"
-#include "studio/TimelineFile.h"
+#include "take/TakeJournal.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,12 +14,12 @@ namespace cq {
 namespace {
 
 // Text pictures are made in the work folder; other media live where the user keeps them.
-QStringList workFolderFileNames(const QString& workFolder, const QList<EventRow>& rows) {
+QStringList workFolderFileNames(const QString& workFolder, const QList<TimelineEvent>& rows) {
     const QString base = QDir::cleanPath(QDir(workFolder).absolutePath());
     QStringList names;
-    for (const EventRow& row : rows) {
-        const QFileInfo file(row.fileSpec);
-        if (!row.fileSpec.isEmpty() && QDir::cleanPath(file.absolutePath()) == base)
+    for (const TimelineEvent& row : rows) {
+        const QFileInfo file(row.file);
+        if (!row.file.isEmpty() && QDir::cleanPath(file.absolutePath()) == base)
             names << file.fileName();
     }
     return names;
@@ -43,30 +42,7 @@ bool TakeFiles::isUnsaved() const {
     return QFileInfo(journalFileSpec()).isFile();
 }
 
-JournalRead ReadJournalBytes(QByteArray bytes, const QString& workFolder) {
-    JournalRead read;
-    // A line without its end was being written when the studio ended.
-    bytes.truncate(bytes.lastIndexOf('\n') + 1);
-    // Each line is decoded by itself: a line spoilt on the disk costs that click alone.
-    const QList<QByteArray> lines = bytes.split('\n');
-    for (qsizetype i = 0; i + 1 < lines.size(); ++i) {
-        const QByteArray& line = lines[i];
-        if (line.isEmpty() || line == "\r")
-            continue;
-        const OutsideText decoded = DecodeOutsideText(line.endsWith('\r') ? line.chopped(1) : line);
-        QString why = QStringLiteral("the line %1").arg(decoded.problem);
-        const std::optional<EventRow> row =
-            decoded.ok() ? ParseTimelineLine(decoded.text, workFolder, &why) : std::nullopt;
-        if (row) {
-            read.rows << *row;
-        } else if (read.unreadable++ == 0) {
-            read.firstProblem = QStringLiteral("line %1: %2").arg(i + 1).arg(why);
-        }
-    }
-    return read;
-}
-
-QList<EventRow> TakeFiles::journalRows() const {
+QList<TimelineEvent> TakeFiles::journalRows() const {
     return ReadJournalBytes(ReadFileToBytes(journalFileSpec()), m_workFolder).rows;
 }
 

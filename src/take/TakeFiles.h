@@ -1,7 +1,7 @@
 #pragma once
 
 #include "captions/CaptionCue.h"
-#include "studio/EventRow.h"
+#include "studio/TimelineEvent.h"
 
 #include <QList>
 #include <QString>
@@ -13,7 +13,7 @@ inline constexpr char kTakeJournalFileName[] = "RecordedEvents.txt";
 
 // What a take left in the work folder, read back for the grid and the replay.
 struct KeptTake {
-    QList<EventRow> rows;
+    QList<TimelineEvent> rows;
     int unreadableRows = 0; // journal lines that could not be read and were left out
     QString rowsProblem;    // the first of them, "line 3: ..."
     qint64 voiceMs = -1;    // -1 when there is no usable voice
@@ -21,16 +21,6 @@ struct KeptTake {
     CaptionCues captions;
     QString captionsProblem; // why some or all of the captions could not be had back
 };
-
-// The rows of a journal's bytes. Every line that can be read is kept; one that cannot (spoilt on
-// the disk, or of another version) is counted and left out, and a last line without its end (cut
-// short by the end of the studio) is dropped. Relative file names are of the work folder.
-struct JournalRead {
-    QList<EventRow> rows;
-    int unreadable = 0;
-    QString firstProblem; // "line 3: ..." for the first unreadable line
-};
-JournalRead ReadJournalBytes(QByteArray bytes, const QString& workFolder);
 
 // The files of the take in the work folder: the voice, the journal of its clicks, the
 // pictures of its text events and its captions. While the journal is there the take was never saved
@@ -56,7 +46,7 @@ public:
 
 private:
     // The journal's readable rows.
-    QList<EventRow> journalRows() const;
+    QList<TimelineEvent> journalRows() const;
 
     QString m_workFolder;
     QString m_voiceFileSpec;

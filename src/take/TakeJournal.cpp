@@ -1,11 +1,35 @@
 #include "take/TakeJournal.h"
 
+#include "platform/OutsideText.h"
 #include "platform/TextFiles.h"
 #include "studio/TimelineFile.h"
 
 #include <QFileInfo>
 
 namespace cq {
+
+JournalRead ReadJournalBytes(QByteArray bytes, const QString& workFolder) {
+    JournalRead read;
+    // A line without its end was being written when the studio ended.
+    bytes.truncate(bytes.lastIndexOf('\n') + 1);
+    // Each line is decoded by itself: a line spoilt on the disk costs that click alone.
+    const QList<QByteArray> lines = bytes.split('\n');
+    for (qsizetype i = 0; i + 1 < lines.size(); ++i) {
+        const QByteArray& line = lines[i];
+        if (line.isEmpty() || line == "\r")
+            continue;
+        const OutsideText decoded = DecodeOutsideText(line.endsWith('\r') ? line.chopped(1) : line);
+        QString why = QStringLiteral("the line %1").arg(decoded.problem);
+        const std::optional<TimelineEvent> event =
+            decoded.ok() ? ParseTimelineLine(decoded.text, workFolder, &why) : std::nullopt;
+        if (event) {
+            read.rows << *event;
+        } else if (read.unreadable++ == 0) {
+            read.firstProblem = QStringLiteral("line %1: %2").arg(i + 1).arg(why);
+        }
+    }
+    return read;
+}
 
 TakeJournal::TakeJournal(QObject* parent) : QObject(parent) {
     m_syncTimer.setInterval(kSyncIntervalMs);
@@ -47,10 +71,11 @@ bool TakeJournal::start(const QString& fileSpec) {
     return true;
 }
 
-bool TakeJournal::append(const EventRow& row) {
+bool TakeJournal::append(const TimelineEvent& event, int number) {
     if (!m_file.isOpen())
         return false;
-    const QByteArray line = (row.rowText() + QStringLiteral("\r\n")).toUtf8();
+    const QString folder = QFileInfo(m_file.fileName()).absolutePath();
+    const QByteArray line = (TimelineLine(event, number, folder) + QStringLiteral("\r\n")).toUtf8();
     if (m_file.write(line) != line.size())
         return fail(m_file.errorString());
     m_unsynced = true;
@@ -67,7 +92,7 @@ void TakeJournal::finish() {
     m_file.close();
 }
 
-bool TakeJournal::rewrite(const QString& fileSpec, const QList<EventRow>& rows) {
+bool TakeJournal::rewrite(const QString& fileSpec, const QList<TimelineEvent>& rows) {
     return WriteWholeFile(TimelineText(rows, QFileInfo(fileSpec).absolutePath()).toUtf8(),
                           fileSpec);
 }

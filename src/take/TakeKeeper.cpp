@@ -41,7 +41,7 @@ void TakeKeeper::onRecordingChanged(bool recording) {
 }
 
 void TakeKeeper::onRowLogged(int row) {
-    m_journal->append(m_logger.grid().row(row));
+    m_journal->append(m_logger.grid().row(row), row + 1);
 }
 
 void TakeKeeper::onRowsCorrected() {

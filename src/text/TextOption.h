@@ -9,7 +9,7 @@ namespace cq {
 enum class TextOption { Text = 0, Speech = 1, Both = 2 };
 inline constexpr int kTextOptionCount = 3;
 
-// The option's caption, which is also the media type a shown text is logged with.
+// The option's caption.
 inline QString TextOptionCaption(TextOption option) {
     switch (option) {
     case TextOption::Text:

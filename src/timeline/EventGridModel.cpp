@@ -1,6 +1,7 @@
 #include "timeline/EventGridModel.h"
 
 #include "platform/TimeCode.h"
+#include "studio/TimelineFile.h"
 
 #include <algorithm>
 
@@ -21,31 +22,31 @@ int EventGridModel::columnCount(const QModelIndex& parent) const {
 QString EventGridModel::text(int row, int column) const {
     if (row < 0 || row >= m_rows.size())
         return {};
-    const EventRow& r = m_rows[row];
+    const TimelineEvent& r = m_rows[row];
     switch (column) {
     case MediaCount:
-        return QString::number(r.mediaCount);
+        return QString::number(row + 1);
     case MediaType:
-        return r.mediaType;
+        return MediaKindWord(r.kind);
     case TimeLine:
-        return r.timeLine;
+        return EventSecondsText(r.atMs);
     case BegVideoAt:
-        return r.begVideoAt;
+        return r.startMs ? EventSecondsText(*r.startMs) : QString();
     case FileSpec:
-        return r.fileSpec;
+        return r.file;
     case TextColumn:
-        return r.text.value_or(QString());
+        return r.text;
     default:
         return {};
     }
 }
 
-QStringList EventGridModel::mediaTypes() const {
-    QStringList types;
-    types.reserve(m_rows.size());
-    for (const EventRow& r : m_rows)
-        types << r.mediaType;
-    return types;
+QList<MediaKind> EventGridModel::mediaTypes() const {
+    QList<MediaKind> kinds;
+    kinds.reserve(m_rows.size());
+    for (const TimelineEvent& r : m_rows)
+        kinds << r.kind;
+    return kinds;
 }
 
 QVariant EventGridModel::data(const QModelIndex& index, int role) const {
@@ -92,15 +93,7 @@ bool EventGridModel::setData(const QModelIndex& index, const QVariant& value, in
     return setRowTime(index.row(), ms);
 }
 
-bool EventGridModel::appendRowText(const QString& rowText) {
-    const std::optional<EventRow> row = EventRow::fromRowText(rowText);
-    if (!row)
-        return false;
-    appendRow(*row);
-    return true;
-}
-
-void EventGridModel::appendRow(const EventRow& row) {
+void EventGridModel::appendRow(const TimelineEvent& row) {
     const int at = static_cast<int>(m_rows.size());
     beginInsertRows({}, at, at);
     m_rows << row;
@@ -113,7 +106,7 @@ void EventGridModel::clear() {
     endResetModel();
 }
 
-void EventGridModel::setRows(const QList<EventRow>& rows) {
+void EventGridModel::setRows(const QList<TimelineEvent>& rows) {
     beginResetModel();
     m_rows = rows;
     endResetModel();
@@ -122,8 +115,8 @@ void EventGridModel::setRows(const QList<EventRow>& rows) {
 bool EventGridModel::setRowTime(int row, qint64 milliseconds) {
     if (!m_editable || row < 0 || row >= m_rows.size() || milliseconds < 0)
         return false;
-    m_rows[row].timeLine = SecondsTextFromMs(milliseconds);
-    sortAndRenumber();
+    m_rows[row].atMs = milliseconds;
+    sortByTime();
     return true;
 }
 
@@ -133,17 +126,16 @@ bool EventGridModel::removeEventRow(int row) {
     beginRemoveRows({}, row, row);
     m_rows.removeAt(row);
     endRemoveRows();
-    sortAndRenumber();
+    sortByTime();
     return true;
 }
 
-void EventGridModel::sortAndRenumber() {
+void EventGridModel::sortByTime() {
     beginResetModel();
     // Stable: rows logged at the same moment keep the order they were clicked in.
-    std::stable_sort(m_rows.begin(), m_rows.end(),
-                     [](const EventRow& a, const EventRow& b) { return a.timeMs() < b.timeMs(); });
-    for (qsizetype i = 0; i < m_rows.size(); ++i)
-        m_rows[i].mediaCount = static_cast<int>(i + 1);
+    std::stable_sort(
+        m_rows.begin(), m_rows.end(),
+        [](const TimelineEvent& a, const TimelineEvent& b) { return a.atMs < b.atMs; });
     endResetModel();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "studio/EventRow.h"
+#include "studio/TimelineEvent.h"
 
 #include <QAbstractTableModel>
 #include <QList>
@@ -8,9 +8,8 @@
 namespace cq {
 
 // The event grid MSFlexGrid1: one row per logged item under a header row of six columns.
-// Rows are appended from their tab-separated row text while recording. While no recording
-// runs the user may correct a row's time or delete a row; the rows are then kept in time
-// order and renumbered, so row numbers and counts always agree.
+// Rows are appended while recording. While no recording runs the user may correct a row's time
+// or delete a row; the rows are then kept in time order. A row's count is its number.
 class EventGridModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -26,19 +25,16 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
 
-    // Appends one row given as its row text; false (and nothing appended) when the text is not
-    // an event row.
-    bool appendRowText(const QString& rowText);
-    void appendRow(const EventRow& row);
+    void appendRow(const TimelineEvent& row);
     // Back to the header row only.
     void clear();
-    void setRows(const QList<EventRow>& rows);
-    const QList<EventRow>& rows() const { return m_rows; }
-    const EventRow& row(int r) const { return m_rows.at(r); }
-    // The grid's cell text by event row (0 = first event) and column.
+    void setRows(const QList<TimelineEvent>& rows);
+    const QList<TimelineEvent>& rows() const { return m_rows; }
+    const TimelineEvent& row(int r) const { return m_rows.at(r); }
+    // The grid's cell text by event row (0 = first event) and column, as the grid shows it.
     QString text(int row, int column) const;
     // The media type column, first event first.
-    QStringList mediaTypes() const;
+    QList<MediaKind> mediaTypes() const;
 
     // Corrections, refused while editing is locked (a recording runs).
     void setEditable(bool editable) { m_editable = editable; }
@@ -47,9 +43,9 @@ public:
     bool removeEventRow(int row);
 
 private:
-    void sortAndRenumber();
+    void sortByTime();
 
-    QList<EventRow> m_rows;
+    QList<TimelineEvent> m_rows;
     bool m_editable = true;
 };
 

@@ -1,8 +1,8 @@
 #include "timeline/EventLogger.h"
 
 #include "platform/TextHelpers.h"
-#include "platform/TimeCode.h"
-#include "studio/EventRow.h"
+#include "platform/TimeText.h"
+#include "studio/TimelineFile.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/RecordingState.h"
 #include "timeline/TimelineClock.h"
@@ -29,11 +29,11 @@ bool EventLogger::isRecording() const {
     return m_state.gblnRecording;
 }
 
-bool EventLogger::LogMediaEvent(const QString& mediaType, const QString& fileSpec,
-                                const QString& begVideoAt, const std::optional<QString>& text) {
+bool EventLogger::LogMediaEvent(MediaKind mediaType, const QString& fileSpec,
+                                std::optional<qint64> begVideoAtMs, const QString& text) {
     if (!m_state.gblnRecording || m_mediaCount >= kMaxEvents)
         return false;
-    if (EventRow::controlCharacterIn(fileSpec) || (text && EventRow::controlCharacterIn(*text))) {
+    if (ControlCharacterIn(fileSpec) || ControlCharacterIn(text)) {
         emit eventRefused(
             QStringLiteral("Recording"),
             QStringLiteral(
@@ -43,17 +43,12 @@ bool EventLogger::LogMediaEvent(const QString& mediaType, const QString& fileSpe
                 .arg(visibleControls(fileSpec)));
         return false;
     }
-    EventRow row;
-    row.mediaCount = ++m_mediaCount;
-    row.mediaType = mediaType;
-    row.timeLine = SecondsTextFromMs(m_clock.elapsedMs());
-    row.begVideoAt = begVideoAt;
-    row.fileSpec = fileSpec;
-    row.text = text;
-    if (!m_grid.appendRowText(row.rowText())) {
-        --m_mediaCount;
+    const qint64 atMs = std::max<qint64>(0, m_clock.elapsedMs());
+    // Past that no timeline could be read back; no voice of a take is that long.
+    if (atMs > kLongestTimeMs)
         return false;
-    }
+    ++m_mediaCount;
+    m_grid.appendRow({mediaType, atMs, begVideoAtMs, fileSpec, text});
     emit eventLogged(m_grid.rowCount() - 1);
     return true;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "studio/TimelineEvent.h"
+
 #include <QObject>
 #include <QString>
 
@@ -22,12 +24,13 @@ public:
     EventLogger(RecordingState& state, EventGridModel& grid, TimelineClock& clock,
                 QObject* parent = nullptr);
 
-    // Appends one row; text is given for text events only. Returns whether a row was logged. A
-    // name or text that no row can hold (see EventRow::controlCharacterIn) is refused with
-    // eventRefused: the item stays shown, it is only not recorded.
-    bool LogMediaEvent(const QString& mediaType, const QString& fileSpec,
-                       const QString& begVideoAt = QString(),
-                       const std::optional<QString>& text = std::nullopt);
+    // Appends one row; begVideoAtMs is where a video plays from, text is given for text events
+    // only. Returns whether a row was logged. A name or text that no line of the recording's
+    // files can keep (see ControlCharacterIn) is refused with eventRefused: the item stays
+    // shown, it is only not recorded.
+    bool LogMediaEvent(MediaKind mediaType, const QString& fileSpec,
+                       std::optional<qint64> begVideoAtMs = std::nullopt,
+                       const QString& text = QString());
     // A new recording: the grid back to its header row, the count to 0.
     void reset();
     int mediaCount() const { return m_mediaCount; }

@@ -4,7 +4,7 @@
 
 namespace cq {
 
-QString TextForEventRow(const QString& text) {
+QString TextForEvent(const QString& text) {
     QString t = RemoveLineBreaks(text);
     t.replace(u'\t', u' ');
     // Any other control character would break the row's line, or the file it is kept in.
@@ -13,7 +13,7 @@ QString TextForEventRow(const QString& text) {
 }
 
 QString TextPictureFileName(const QString& text) {
-    return CleanFileName(TextForEventRow(text).left(50)) + QStringLiteral(".jpg");
+    return CleanFileName(TextForEvent(text).left(50)) + QStringLiteral(".jpg");
 }
 
 } // namespace cq

@@ -9,7 +9,7 @@ QStringList FolderPictureList::entries() const {
     QStringList pictures;
     const QStringList files = ListRegularFiles(m_folder, {QStringLiteral("*")});
     for (const QString& name : files)
-        if (GetMediaTypeFromFileSpec(name) == u"Pictures")
+        if (GetMediaTypeFromFileSpec(name) == MediaKind::Pictures)
             pictures << name;
     return pictures;
 }

@@ -17,17 +17,17 @@ MediaClickHandler::MediaClickHandler(EventGridModel& grid, EventLogger& logger,
       m_workFolder(std::move(workFolder)) {}
 
 void MediaClickHandler::showAndLogFile(MediaTabId tab, const QString& fileSpec) {
-    const QString mediaType = GetMediaTypeFromFileSpec(fileSpec);
-    QString begVideoAt;
-    if (mediaType == u"Pictures") {
+    const MediaKind mediaType = GetMediaTypeFromFileSpec(fileSpec);
+    std::optional<qint64> begVideoAt;
+    if (mediaType == MediaKind::Pictures) {
         m_display.showPicture(fileSpec);
-    } else if (mediaType == u"Audio") {
+    } else if (mediaType == MediaKind::Audio) {
         m_display.playAudio(tab, fileSpec);
         return; // sounds are heard, never logged
-    } else if (mediaType == u"Video") {
+    } else if (mediaType == MediaKind::Video) {
         if (m_display.currentVideo() == fileSpec && m_display.isVideoPlaying()) {
             // Clicked again while it plays: it goes on, and the row notes where it stood.
-            begVideoAt = QString::number(m_display.videoPositionMs() / 1000.0, 'g', 15);
+            begVideoAt = m_display.videoPositionMs();
             m_display.bringVideoToFront();
         } else {
             m_display.showVideo(fileSpec, -1);
@@ -70,11 +70,12 @@ void MediaClickHandler::presentText(const QString& text, TextOption option) {
 }
 
 void MediaClickHandler::logTextEvent(const QString& text, TextOption option) {
-    const QString logged = TextForEventRow(text);
+    const QString logged = TextForEvent(text);
     const QString fileSpec = m_workFolder + u'/' + TextPictureFileName(logged);
     if (!m_display.saveTextPicture(fileSpec))
         emit textPictureFailed(fileSpec);
-    m_logger.LogMediaEvent(TextOptionCaption(option), fileSpec, QString(), logged);
+    const MediaKind kind = option == TextOption::Both ? MediaKind::Both : MediaKind::Text;
+    m_logger.LogMediaEvent(kind, fileSpec, std::nullopt, logged);
 }
 
 } // namespace cq

@@ -59,18 +59,19 @@ namespace {
 // interrupted save left there is named by it), the voice, the text pictures of the work folder
 // and the captions. Returns the names written; *rows point where the files will be once the
 // folder is in place.
-QStringList writeNewProject(const QString& saving, const QString& project, QList<EventRow>* rows,
-                            const QString& voiceFileSpec, const QString& workFolder,
-                            const CaptionCues& captions, ProjectResult* result) {
+QStringList writeNewProject(const QString& saving, const QString& project,
+                            QList<TimelineEvent>* rows, const QString& voiceFileSpec,
+                            const QString& workFolder, const CaptionCues& captions,
+                            ProjectResult* result) {
     const QString voiceName = QString::fromLatin1(kProjectVoiceFileName);
     const QString timelineName = QString::fromLatin1(kProjectTimelineFileName);
     QStringList written{timelineName, voiceName, QString::fromLatin1(kCaptionsFileName)};
     QStringList sources{QString(), voiceFileSpec, QString()};
     // The timeline names the files beside it by their names alone, so it is written with the
     // rows as they are in the folder being made.
-    QList<EventRow> beside = *rows;
+    QList<TimelineEvent> beside = *rows;
     for (qsizetype i = 0; i < rows->size(); ++i) {
-        const QString source = (*rows)[i].fileSpec;
+        const QString source = (*rows)[i].file;
         const QString name = QFileInfo(source).fileName();
         if (isInside(source, workFolder)) {
             if (!QFileInfo(source).isFile()) {
@@ -81,11 +82,10 @@ QStringList writeNewProject(const QString& saving, const QString& project, QList
                 written << name;
                 sources << source;
             }
-            (*rows)[i].fileSpec = QDir(project).filePath(name);
+            (*rows)[i].file = QDir(project).filePath(name);
         }
-        if (isInside((*rows)[i].fileSpec, project))
-            beside[i].fileSpec =
-                QDir(saving).filePath(QDir(project).relativeFilePath((*rows)[i].fileSpec));
+        if (isInside((*rows)[i].file, project))
+            beside[i].file = QDir(saving).filePath(QDir(project).relativeFilePath((*rows)[i].file));
     }
     const QString timeline = QDir(saving).filePath(timelineName);
     if (!WriteTimelineFile(beside, timeline)) {
@@ -105,7 +105,7 @@ QStringList writeNewProject(const QString& saving, const QString& project, QList
 
 } // namespace
 
-ProjectResult SaveProject(const QString& projectFolder, const QList<EventRow>& rows,
+ProjectResult SaveProject(const QString& projectFolder, const QList<TimelineEvent>& rows,
                           const QString& voiceFileSpec, const QString& workFolder,
                           const CaptionCues& captions) {
     ProjectResult result;
@@ -127,7 +127,7 @@ ProjectResult SaveProject(const QString& projectFolder, const QList<EventRow>& r
         result.error = QStringLiteral("The folder \"%1\" could not be made.").arg(saving);
         return result;
     }
-    QList<EventRow> saved = rows;
+    QList<TimelineEvent> saved = rows;
     const QStringList written =
         writeNewProject(saving, project, &saved, voiceFileSpec, workFolder, captions, &result);
     if (!result.ok()) {
@@ -165,17 +165,17 @@ ProjectResult OpenProject(const QString& projectFolder, const QString& voiceFile
         result.voiceMs = WavDurationMs(voiceFileSpec);
     }
     MakeFolderPath(workFolder);
-    for (EventRow& row : read.rows) {
-        if (!QFileInfo(row.fileSpec).isFile()) {
-            result.missingFiles << row.fileSpec;
+    for (TimelineEvent& row : read.rows) {
+        if (!QFileInfo(row.file).isFile()) {
+            result.missingFiles << row.file;
             continue;
         }
         // Text pictures live in the work folder, as after a recording.
-        if (row.isTextEvent() && isInside(row.fileSpec, projectFolder)) {
-            const QString target = QDir(workFolder).filePath(QFileInfo(row.fileSpec).fileName());
-            if (!copyReplacing(row.fileSpec, target, &result.error))
+        if (row.isText() && isInside(row.file, projectFolder)) {
+            const QString target = QDir(workFolder).filePath(QFileInfo(row.file).fileName());
+            if (!copyReplacing(row.file, target, &result.error))
                 return result;
-            row.fileSpec = target;
+            row.file = target;
         }
     }
     result.missingFiles.removeDuplicates();

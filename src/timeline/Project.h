@@ -1,7 +1,7 @@
 #pragma once
 
 #include "captions/CaptionCue.h"
-#include "studio/EventRow.h"
+#include "studio/TimelineEvent.h"
 
 #include <QList>
 #include <QString>
@@ -15,7 +15,7 @@ namespace cq {
 struct ProjectResult {
     QString error;            // empty when the project was saved / opened
     QStringList missingFiles; // media the rows name that are not there
-    QList<EventRow> rows;     // opened: the rows, text pictures pointing into the work folder
+    QList<TimelineEvent> rows; // opened: the rows, text pictures pointing into the work folder
     qint64 voiceMs = -1;      // opened: the recorded voice's length
     CaptionCues captions;     // opened: the project's captions, none when it has no file
     QString captionsProblem;  // opened: why some or all of the captions could not be read
@@ -33,7 +33,7 @@ bool IsProjectFolder(const QString& folder);
 // project folder (made when missing) and writes Timeline.txt and the captions (no captions
 // remove an older project's file). The folder is replaced whole: a save that fails or is
 // interrupted leaves the project as it was before or as it is after, never a mix.
-ProjectResult SaveProject(const QString& projectFolder, const QList<EventRow>& rows,
+ProjectResult SaveProject(const QString& projectFolder, const QList<TimelineEvent>& rows,
                           const QString& voiceFileSpec, const QString& workFolder,
                           const CaptionCues& captions = {});
 

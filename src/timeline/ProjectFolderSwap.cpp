@@ -92,9 +92,9 @@ QStringList StudioFileNamesIn(const QString& projectFolder) {
         return {};
     QStringList names = fixedStudioFileNames();
     const QString base = QDir::cleanPath(QFileInfo(projectFolder).absoluteFilePath());
-    for (const EventRow& row : ReadTimelineFile(timeline).rows)
-        if (row.isTextEvent() && QFileInfo(row.fileSpec).absolutePath() == base)
-            names << QFileInfo(row.fileSpec).fileName();
+    for (const TimelineEvent& row : ReadTimelineFile(timeline).rows)
+        if (row.isText() && QFileInfo(row.file).absolutePath() == base)
+            names << QFileInfo(row.file).fileName();
     names.removeDuplicates();
     return names;
 }

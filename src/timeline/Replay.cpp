@@ -43,8 +43,8 @@ void Replay::tick() {
     if (!m_rowsDone) {
         QList<qint64> times;
         times.reserve(m_grid.rowCount());
-        for (const EventRow& r : m_grid.rows())
-            times << std::max<qint64>(0, r.timeMs());
+        for (const TimelineEvent& r : m_grid.rows())
+            times << r.atMs;
         const ReplayStep step =
             NextReplayStep(times, m_nextRow, m_voice.positionMs(), ended, m_gblnStopAll);
         m_nextRow = step.nextRow;
@@ -61,13 +61,13 @@ void Replay::tick() {
 }
 
 void Replay::showRow(int row) {
-    const EventRow& r = m_grid.row(row);
-    if (r.mediaType == u"Pictures") {
-        m_display.showPicture(r.fileSpec);
-    } else if (r.mediaType == u"Video") {
-        m_display.showVideo(r.fileSpec, r.begVideoAtMs());
-    } else if (r.isTextEvent()) {
-        m_display.showText(r.text.value_or(QString()), false);
+    const TimelineEvent& r = m_grid.row(row);
+    if (r.kind == MediaKind::Pictures) {
+        m_display.showPicture(r.file);
+    } else if (r.kind == MediaKind::Video) {
+        m_display.showVideo(r.file, r.startMs.value_or(-1));
+    } else if (r.isText()) {
+        m_display.showText(r.text, false);
     }
     emit rowShown(row);
 }

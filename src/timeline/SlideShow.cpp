@@ -63,10 +63,10 @@ void SlideShow::step() {
 
 void SlideShow::showEntry(const QString& fileSpec, int listIndex) {
     // An entry that is no picture leaves the previous one on screen for its turn.
-    if (GetMediaTypeFromFileSpec(fileSpec) != u"Pictures")
+    if (GetMediaTypeFromFileSpec(fileSpec) != MediaKind::Pictures)
         return;
     m_display.showPicture(fileSpec);
-    m_logger.LogMediaEvent(QStringLiteral("Pictures"), fileSpec);
+    m_logger.LogMediaEvent(MediaKind::Pictures, fileSpec);
     emit pictureShown(listIndex, fileSpec);
 }
 

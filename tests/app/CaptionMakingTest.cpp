@@ -9,6 +9,7 @@
 #include "support/SpokenVoice.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
+#include "support/TestRows.h"
 #include "timeline/EventGridModel.h"
 
 #include <QDir>
@@ -46,7 +47,8 @@ protected:
     void prepareSpokenTake() {
         ASSERT_TRUE(test::MakeSpokenVoice(kSentence, w->paths().gstrRecordedAudioFileSpec));
         w->recordingState().recordingLengthMs = WavDurationMs(w->paths().gstrRecordedAudioFileSpec);
-        ASSERT_TRUE(w->timeline().grid().appendRowText("1\tText\t0.200\t\tHi.jpg\tOur garden"));
+        w->timeline().grid().appendRow(
+            test::Event(MediaKind::Text, 200, "Hi.jpg", std::nullopt, "Our garden"));
     }
 
     bool makingEnded() { return w->captionMaking().job() == nullptr && make->isVisible(); }

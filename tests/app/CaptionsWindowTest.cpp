@@ -29,8 +29,8 @@ TEST(CaptionsWindow, TheEditorSitsBesideTheGridAndTheOptionsReachTheRender) {
     EXPECT_TRUE(panel->isVisible());
 
     EventGridModel& grid = w->timeline().grid();
-    QList<EventRow> rows{test::Row(1, "Pictures", "0.000", "/p/a.jpg"),
-                         test::Row(2, "Text", "1.500", "/w/Hi.jpg")};
+    QList<TimelineEvent> rows{test::Event(MediaKind::Pictures, 0, "/p/a.jpg"),
+                              test::Event(MediaKind::Text, 1500, "/w/Hi.jpg")};
     rows[1].text = QStringLiteral("Hi");
     grid.setRows(rows);
     w->recordingState().recordingLengthMs = 4000;

@@ -30,7 +30,7 @@ TEST(Mp4Result, RenderWithMp4ChosenShowsTheMp4) {
     test::TestAppFolder app;
     auto w = test::OpenStudio(app);
     const AppPaths& paths = w->paths();
-    ASSERT_NO_FATAL_FAILURE(test::PrepareOnePictureTake(*w, app, Qt::blue, "0.500"));
+    ASSERT_NO_FATAL_FAILURE(test::PrepareOnePictureTake(*w, app, Qt::blue, 500));
 
     auto* format = w->findChild<QComboBox*>("cboVideoFormat");
     ASSERT_NE(format, nullptr);

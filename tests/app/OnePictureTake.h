@@ -4,6 +4,7 @@
 #include "app/widgets/frmClipquill.h"
 #include "studio/AppPaths.h"
 #include "support/TestAppFolder.h"
+#include "support/TestRows.h"
 #include "timeline/EventGridModel.h"
 
 #include <QImage>
@@ -14,9 +15,9 @@
 namespace cq::test {
 
 // A recording of two seconds in the window: the voice a tone, one picture of a colour from a
-// time (such as "1.000") in the grid. Fails the test when the media cannot be made.
+// time in the grid. Fails the test when the media cannot be made.
 inline void PrepareOnePictureTake(frmClipquill& w, const TestAppFolder& app, Qt::GlobalColor colour,
-                                  const QString& time) {
+                                  qint64 atMs) {
     QImage picture(320, 240, QImage::Format_RGB32);
     picture.fill(colour);
     const QString file = app.file("picture.jpg");
@@ -27,7 +28,7 @@ inline void PrepareOnePictureTake(frmClipquill& w, const TestAppFolder& app, Qt:
                             "pcm_s16le", "-y", w.paths().gstrRecordedAudioFileSpec});
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
-    ASSERT_TRUE(w.timeline().grid().appendRowText("1\tPictures\t" + time + "\t\t" + file));
+    w.timeline().grid().appendRow(Event(MediaKind::Pictures, atMs, file));
     w.recordingState().recordingLengthMs = 2000;
 }
 

@@ -59,7 +59,7 @@ TEST(RenderResult, ARenderedVideoTakesTheDisplayPlaceReadyToPlay) {
     test::TestAppFolder app;
     auto w = test::OpenStudio(app);
     const AppPaths& paths = w->paths();
-    ASSERT_NO_FATAL_FAILURE(test::PrepareOnePictureTake(*w, app, Qt::red, "1.000"));
+    ASSERT_NO_FATAL_FAILURE(test::PrepareOnePictureTake(*w, app, Qt::red, 1000));
 
     // Stop, as at the end of the recording, ends the keep-alive.
     button(*w, "cmdPause")->click();
@@ -138,12 +138,13 @@ TEST(RenderResult, HeldPicturesPlayForTheirWholeTime) {
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     StudioSettings studio;
     ToolPool pool;
-    RenderJob job(StudioRenderRequest(paths, studio,
-                                      {test::Row(1, "Pictures", "0.000", app.file("red.jpg")),
-                                       test::Row(2, "Pictures", "1.500", app.file("blue.jpg"))},
-                                      voice, 3000, {})
-                      .inputs,
-                  pool);
+    RenderJob job(
+        StudioRenderRequest(paths, studio,
+                            {test::Event(MediaKind::Pictures, 0, app.file("red.jpg")),
+                             test::Event(MediaKind::Pictures, 1500, app.file("blue.jpg"))},
+                            voice, 3000, {})
+            .inputs,
+        pool);
     const RenderReport report = job.runToEnd();
     ASSERT_TRUE(report.ok()) << report.message.toStdString();
 

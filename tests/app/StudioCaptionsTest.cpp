@@ -26,8 +26,8 @@ namespace {
 
 RenderInputs withATextRow() {
     RenderInputs in;
-    in.rows = {test::Row(1, "Pictures", "0.000", "/p/a.jpg"),
-               test::Row(2, "Text", "1.000", "/w/Hi.jpg")};
+    in.rows = {test::Event(MediaKind::Pictures, 0, "/p/a.jpg"),
+               test::Event(MediaKind::Text, 1000, "/w/Hi.jpg")};
     in.rows[1].text = QStringLiteral("Hi");
     in.recordingMs = 3000;
     return in;

@@ -34,7 +34,7 @@ TEST(StudioRender, RequestCarriesTheTypedValuesOrRefusesABadSize) {
     const AppPaths paths = AppPaths::forFolder("/app");
     StudioSettings studio;
     studio.gstrVideoRes = "640x480";
-    const QList<EventRow> rows{test::Row(1, "Pictures", "0.000", "/p/a.jpg")};
+    const QList<TimelineEvent> rows{test::Event(MediaKind::Pictures, 0, "/p/a.jpg")};
     const RenderRequest request =
         StudioRenderRequest(paths, studio, rows, "/w/voice.wav", 3000, {});
     ASSERT_TRUE(request.ok());

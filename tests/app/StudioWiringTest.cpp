@@ -57,8 +57,8 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     w->recordingState().gblnRecording = true;
     button(*w, "cmdDisplayVideoOrPics_1")->click();
     ASSERT_EQ(grid.rowCount(), 1);
-    EXPECT_EQ(grid.row(0).mediaType, "Pictures");
-    EXPECT_EQ(grid.row(0).fileSpec, media.filePath("green field.jpg"));
+    EXPECT_EQ(grid.row(0).kind, MediaKind::Pictures);
+    EXPECT_EQ(grid.row(0).file, media.filePath("green field.jpg"));
 
     // "Text" with no text chosen yet shows and logs nothing.
     button(*w, "cmdDisplayVideoOrPics_2")->click();
@@ -66,12 +66,11 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     w->studioSettings().gstrCurrentText = "See you soon";
     button(*w, "cmdDisplayVideoOrPics_2")->click();
     ASSERT_EQ(grid.rowCount(), 2);
-    EXPECT_EQ(grid.row(1).mediaType, "Text");
-    ASSERT_TRUE(grid.row(1).text.has_value());
-    EXPECT_EQ(*grid.row(1).text, "See you soon");
+    EXPECT_EQ(grid.row(1).kind, MediaKind::Text);
+    EXPECT_EQ(grid.row(1).text, "See you soon");
     EXPECT_EQ(w->displayPlace().currentSurface(), DisplaySurface::Text);
     EXPECT_FALSE(w->media().picDisplay()->picture().isNull());
-    EXPECT_TRUE(QFile::exists(grid.row(1).fileSpec));
+    EXPECT_TRUE(QFile::exists(grid.row(1).file));
     // The switch never toggles back: a second press logs the text again.
     button(*w, "cmdDisplayVideoOrPics_2")->click();
     EXPECT_EQ(grid.rowCount(), 3);
@@ -128,7 +127,7 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
 
     clickItem(w->findChild<QListWidget*>("File1_0"), "clip.avi");
     ASSERT_EQ(grid.rowCount(), 1);
-    EXPECT_EQ(grid.row(0).mediaType, "Video");
+    EXPECT_EQ(grid.row(0).kind, MediaKind::Video);
     MediaPlayer* video = w->media().videoPlayer();
     ASSERT_TRUE(QTest::qWaitFor(
         [&] { return video->playState() == static_cast<int>(PlayState::Playing); }, 10000));
@@ -136,8 +135,8 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
 
     video->setCurrentPosition(2.5);
     ASSERT_EQ(grid.rowCount(), 2);
-    EXPECT_EQ(grid.row(1).mediaType, "Video");
-    EXPECT_EQ(grid.row(1).begVideoAt, "2.500");
+    EXPECT_EQ(grid.row(1).kind, MediaKind::Video);
+    EXPECT_EQ(grid.row(1).startMs, 2500);
 
     button(*w, "cmdFullScreen")->click();
     EXPECT_TRUE(video->fullScreen());

@@ -30,7 +30,8 @@ TEST(WindowClosedMidRender, TakesEveryToolOfTheRenderWithIt) {
     RenderPanel& panel = window->renderPanel();
     panel.setQuiet(true);
     panel.setRequestProvider([&paths, video] {
-        return StudioRenderRequest(paths, StudioSettings{}, {test::Row(1, "Video", "0.000", video)},
+        return StudioRenderRequest(paths, StudioSettings{},
+                                   {test::Event(MediaKind::Video, 0, video)},
                                    paths.gstrRecordedAudioFileSpec, 300000, {});
     });
     QTest::mouseClick(panel.findChild<QPushButton*>("cmdRender"), Qt::LeftButton);

@@ -29,13 +29,8 @@ QStringList Texts(const CaptionCues& cues) {
     return texts;
 }
 
-EventRow TextRow(const QString& type, const QString& time, const std::optional<QString>& text) {
-    EventRow row;
-    row.mediaType = type;
-    row.timeLine = time;
-    row.fileSpec = QStringLiteral("/work/text.bmp");
-    row.text = text;
-    return row;
+TimelineEvent TextRow(MediaKind kind, qint64 atMs, const QString& text = {}) {
+    return {kind, atMs, std::nullopt, QStringLiteral("/work/text.bmp"), text};
 }
 
 } // namespace
@@ -137,17 +132,16 @@ TEST(ShortenLongCues, OnlyCuesOverTheLimitAreCutAtAWordAndNamed) {
 }
 
 TEST(CuesFromTextRows, EachTextShowsFromItsRowUntilTheNextRow) {
-    const QList<EventRow> rows{
-        TextRow("Video", "0.000", std::nullopt),
-        TextRow("Text", "2.345", QStringLiteral("First slide")),
-        TextRow("Pictures", "5.000", std::nullopt),
-        TextRow("Both", "7.050",
+    const QList<TimelineEvent> rows{
+        TextRow(MediaKind::Video, 0),
+        TextRow(MediaKind::Text, 2345, QStringLiteral("First slide")),
+        TextRow(MediaKind::Pictures, 5000),
+        TextRow(MediaKind::Both, 7050,
                 QStringLiteral("A slide that is read aloud, and it is long enough "
                                "to need a second line")),
-        TextRow("Text", "9.000", QStringLiteral("   ")),       // no words: no cue
-        TextRow("Text", "bad", QStringLiteral("No time")),     // no readable time: no cue
-        TextRow("Text", "12.000", QStringLiteral("Replaced")), // replaced at its own time
-        TextRow("Text", "12.000", QStringLiteral("Last")),
+        TextRow(MediaKind::Text, 9000, QStringLiteral("   ")),       // no words: no cue
+        TextRow(MediaKind::Text, 12000, QStringLiteral("Replaced")), // replaced at its own time
+        TextRow(MediaKind::Text, 12000, QStringLiteral("Last")),
     };
     const CaptionCues cues = CuesFromTextRows(rows, 15500);
     ASSERT_EQ(cues.size(), 3);
@@ -157,7 +151,7 @@ TEST(CuesFromTextRows, EachTextShowsFromItsRowUntilTheNextRow) {
     EXPECT_EQ(cues[1].text.count(u'\n'), 1);
     EXPECT_EQ(cues[2], (CaptionCue{12000, 15500, "Last"}));
     EXPECT_TRUE(
-        CuesFromTextRows({TextRow("Text", "20.000", QStringLiteral("After the end"))}, 15500)
+        CuesFromTextRows({TextRow(MediaKind::Text, 20000, QStringLiteral("After the end"))}, 15500)
             .isEmpty());
 }
 

@@ -184,8 +184,8 @@ TEST_F(LibraryWindow, AVideoThumbnailPlaysInTheDisplayPlaceAndIsLogged) {
     EXPECT_EQ(window->displayPlace().currentSurface(), DisplaySurface::Video);
     const EventGridModel& grid = window->timeline().grid();
     ASSERT_EQ(grid.rowCount(), 1) << "logged once";
-    EXPECT_EQ(grid.row(0).mediaType, "Video");
-    EXPECT_EQ(grid.row(0).fileSpec, clip);
+    EXPECT_EQ(grid.row(0).kind, MediaKind::Video);
+    EXPECT_EQ(grid.row(0).file, clip);
     EXPECT_TRUE(QTest::qWaitFor(
         [&] { return video->playState() == static_cast<int>(PlayState::Playing); }, 10000))
         << "play state " << video->playState();

@@ -5,14 +5,14 @@
 using namespace cq;
 
 TEST(MediaTyping, TypesByTheLastExtensionWithoutRegardToCase) {
-    EXPECT_EQ(GetMediaTypeFromFileSpec("photo.JPG"), "Pictures");
-    EXPECT_EQ(GetMediaTypeFromFileSpec("clip.MPEG"), "Video");
-    EXPECT_EQ(GetMediaTypeFromFileSpec("song.Mid"), "");
-    EXPECT_EQ(GetMediaTypeFromFileSpec("archive.tar.mp3"), "Audio");
-    EXPECT_EQ(GetMediaTypeFromFileSpec("README"), "");
-    EXPECT_EQ(GetMediaTypeFromFileSpec("movie.qt"), "Audio");
-    EXPECT_EQ(GetMediaTypeFromFileSpec("movie.qtm"), "Video");
-    EXPECT_EQ(GetMediaTypeFromFileSpec("scan.tif"), "");
-    EXPECT_EQ(GetMediaTypeFromFileSpec("scan.tiff"), "Pictures");
-    EXPECT_EQ(GetMediaTypeFromFileSpec("/a.b/photo"), "");
+    EXPECT_EQ(GetMediaTypeFromFileSpec("photo.JPG"), MediaKind::Pictures);
+    EXPECT_EQ(GetMediaTypeFromFileSpec("clip.MPEG"), MediaKind::Video);
+    EXPECT_EQ(GetMediaTypeFromFileSpec("song.Mid"), MediaKind::Untyped);
+    EXPECT_EQ(GetMediaTypeFromFileSpec("archive.tar.mp3"), MediaKind::Audio);
+    EXPECT_EQ(GetMediaTypeFromFileSpec("README"), MediaKind::Untyped);
+    EXPECT_EQ(GetMediaTypeFromFileSpec("movie.qt"), MediaKind::Audio);
+    EXPECT_EQ(GetMediaTypeFromFileSpec("movie.qtm"), MediaKind::Video);
+    EXPECT_EQ(GetMediaTypeFromFileSpec("scan.tif"), MediaKind::Untyped);
+    EXPECT_EQ(GetMediaTypeFromFileSpec("scan.tiff"), MediaKind::Pictures);
+    EXPECT_EQ(GetMediaTypeFromFileSpec("/a.b/photo"), MediaKind::Untyped);
 }

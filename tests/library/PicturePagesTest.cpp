@@ -143,7 +143,7 @@ TEST(PicturePages, ThumbnailClicksOnOtherMediaNavigateAndOnlyNonAudioIsLogged) {
     const ThumbnailClick clip = DecideThumbnailClick(QUrl("/m/clip.avi"));
     EXPECT_FALSE(clip.cancel);
     EXPECT_TRUE(clip.log);
-    EXPECT_EQ(clip.mediaType, "Video");
+    EXPECT_EQ(clip.mediaType, MediaKind::Video);
     for (const char* own : {"", "res://ieframe.dll/x", "http:///", "/m/tune.mid"}) {
         const ThumbnailClick click = DecideThumbnailClick(QUrl(own));
         EXPECT_FALSE(click.cancel || click.log || click.showPicture) << own;
@@ -151,15 +151,17 @@ TEST(PicturePages, ThumbnailClicksOnOtherMediaNavigateAndOnlyNonAudioIsLogged) {
 }
 
 TEST(LastView, TheLastRowOfAnotherKindDecides) {
-    EXPECT_EQ(RevertToLastView({"Video", "Pictures", "Text"}), DisplaySurface::Picture);
-    EXPECT_EQ(RevertToLastView({"Pictures", "Video", "Text", "Text"}), DisplaySurface::Video);
-    EXPECT_EQ(RevertToLastView({"Text", "Video", "Pictures"}), DisplaySurface::Video);
-    EXPECT_EQ(RevertToLastView({"Video", "Text", "Pictures", "Pictures"}), DisplaySurface::Text);
-    EXPECT_EQ(RevertToLastView({"Text", "Pictures", "Video"}), DisplaySurface::Picture);
-    EXPECT_EQ(RevertToLastView({"Pictures", "Text", "Both"}), DisplaySurface::Text);
-    EXPECT_EQ(RevertToLastView({"Pictures", "Video", ""}), DisplaySurface::Picture);
+    using enum MediaKind;
+    EXPECT_EQ(RevertToLastView({Video, Pictures, Text}), DisplaySurface::Picture);
+    EXPECT_EQ(RevertToLastView({Pictures, Video, Text, Text}), DisplaySurface::Video);
+    EXPECT_EQ(RevertToLastView({Text, Video, Pictures}), DisplaySurface::Video);
+    EXPECT_EQ(RevertToLastView({Video, Text, Pictures, Pictures}), DisplaySurface::Text);
+    EXPECT_EQ(RevertToLastView({Text, Pictures, Video}), DisplaySurface::Picture);
+    EXPECT_EQ(RevertToLastView({Pictures, Text, Both}), DisplaySurface::Text);
+    // After a row that is no surface's own, a video before it is not gone back to.
+    EXPECT_EQ(RevertToLastView({Pictures, Video, Untyped}), DisplaySurface::Picture);
     // Nothing to go back to: the video surface.
-    EXPECT_EQ(RevertToLastView({"Text", "Text"}), DisplaySurface::Video);
+    EXPECT_EQ(RevertToLastView({Text, Text}), DisplaySurface::Video);
     EXPECT_EQ(RevertToLastView({}), DisplaySurface::Video);
 }
 

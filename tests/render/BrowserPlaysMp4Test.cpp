@@ -16,8 +16,8 @@
 
 using namespace cq;
 using test::ColourName;
+using test::Event;
 using test::RenderEndToEnd;
-using test::Row;
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 using namespace cq;
-using test::Row;
+using test::Event;
 
 namespace {
 
@@ -28,8 +28,8 @@ struct Plan {
     RenderInputs in;
 
     Plan() {
-        in.rows = {Row(1, "Pictures", "0.000", dir.filePath("red.jpg")),
-                   Row(2, "Video", "2.000", dir.filePath("clip.avi"), "1.000")};
+        in.rows = {Event(MediaKind::Pictures, 0, dir.filePath("red.jpg")),
+                   Event(MediaKind::Video, 2000, dir.filePath("clip.avi"), 1000)};
         in.recordingMs = 4000;
         in.frameRate = k25;
         in.workFolder = dir.path();

@@ -15,8 +15,8 @@
 #include <gtest/gtest.h>
 
 using namespace cq;
+using test::Event;
 using test::RenderEndToEnd;
-using test::Row;
 
 namespace {
 
@@ -150,7 +150,7 @@ TEST_F(CaptionsRender, AnUnreadablePictureCutByACueShowsBlackAndIsNamedOnce) {
     const QString broken = mediaFile("broken.jpg");
     ASSERT_TRUE(media.voice(voice, 2.0));
     test::WriteFile(broken, QByteArray("this is no picture"));
-    RenderInputs in = inputsFor({Row(1, "Pictures", "0.000", broken)}, voice);
+    RenderInputs in = inputsFor({Event(MediaKind::Pictures, 0, broken)}, voice);
     in.burnCaptions = true;
     in.captions = {{500, 1000, "Over black"}};
     const RenderReport report = render(in);
@@ -207,7 +207,7 @@ TEST_F(CaptionsRender, AnMp4CarriesTheCuesAsAnEnglishTrackAndBurnedIn) {
 // render, in the track, the burned-in picture and the files beside alike, and the user told.
 TEST_F(CaptionsRender, AHugeCueIsShortenedNamedAndRendered) {
     const QString voice = mediaFile("RecordedAudio.wav");
-    const QList<EventRow> rows = redPictureTake(voice, 3.0, "0.500");
+    const QList<TimelineEvent> rows = redPictureTake(voice, 3.0, 500);
     const QString words = QStringLiteral("word ").repeated(20000);
     studio.renderFormat = RenderFormat::Mp4;
     studio.captions = true;

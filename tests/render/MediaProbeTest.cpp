@@ -7,8 +7,8 @@
 
 using namespace cq;
 using test::ColourName;
+using test::Event;
 using test::RenderEndToEnd;
-using test::Row;
 
 namespace {
 QString fixture(const QString& name) {
@@ -73,7 +73,7 @@ TEST_F(RenderEndToEnd, ASilentVideoNamedLikeASoundStreamRendersWithTheVideosSoun
     ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "color=c=green:s=160x120:d=1.5", "-metadata",
                            "title=Audio: aac (LC), 44100 Hz", "-c:v", "libx264", "-y", silent}));
     studio.keepVideoSound = true;
-    const RenderReport report = render(inputsFor({Row(1, "Video", "0.500", silent)}, voice));
+    const RenderReport report = render(inputsFor({Event(MediaKind::Video, 500, silent)}, voice));
     ASSERT_TRUE(report.ok()) << report.message.toStdString();
     EXPECT_TRUE(report.failedItems.isEmpty());
     EXPECT_EQ(ColourName(media.colourAt(paths.gstrFinalMixAVIFileSpec, 1.0)), "green");
@@ -87,10 +87,10 @@ TEST_F(RenderEndToEnd, AVideoRowStartingPastTheVideosEndIsNamedWithBothTimes) {
     ASSERT_TRUE(media.voice(voice, 3.0));
     ASSERT_TRUE(media.toneVideo(clip, "green", 2.0, 1000));
     ASSERT_TRUE(media.solidPicture(red, "red", 160, 120));
-    const RenderReport report =
-        render(inputsFor({Row(1, "Pictures", "0.000", red), Row(2, "Video", "1.000", clip, "0.500"),
-                          Row(3, "Video", "2.000", clip, "12.000")},
-                         voice));
+    const RenderReport report = render(
+        inputsFor({Event(MediaKind::Pictures, 0, red), Event(MediaKind::Video, 1000, clip, 500),
+                   Event(MediaKind::Video, 2000, clip, 12000)},
+                  voice));
     ASSERT_TRUE(report.ok()) << report.message.toStdString();
     EXPECT_EQ(report.failedItems, QStringList{clip});
     EXPECT_TRUE(report.message.contains(

@@ -16,8 +16,8 @@
 
 using namespace cq;
 using test::ColourName;
+using test::Event;
 using test::RenderEndToEnd;
-using test::Row;
 
 namespace {
 
@@ -109,7 +109,7 @@ TEST_F(Mp4Render, H264AndAacWithTheIndexFirstAndEveryItemAtItsTime) {
 
 TEST_F(Mp4Render, AnAviRenderAfterwardsIsTheLatestResult) {
     const QString voice = mediaFile("RecordedAudio.wav");
-    const QList<EventRow> rows = redPictureTake(voice, 1.0, "0.000");
+    const QList<TimelineEvent> rows = redPictureTake(voice, 1.0, 0);
     ASSERT_TRUE(render(inputsFor(rows, voice)).ok());
     EXPECT_EQ(LatestFinalMix(paths), paths.gstrFinalMixMP4FileSpec);
     studio.renderFormat = RenderFormat::Avi;
@@ -125,7 +125,7 @@ TEST_F(Mp4Render, AnAviRenderAfterwardsIsTheLatestResult) {
 TEST_F(Mp4Render, OutputExtensionPicksTheFormatAndAnyOtherIsRefused) {
     const QString voice = mediaFile("RecordedAudio.wav");
     ASSERT_TRUE(media.voice(voice, 1.0));
-    const QList<EventRow> rows{Row(1, "Pictures", "0.000", mediaFile("red.jpg"))};
+    const QList<TimelineEvent> rows{Event(MediaKind::Pictures, 0, mediaFile("red.jpg"))};
     auto request = [&](const QString& output) {
         return StudioRenderRequest(paths, studio, rows, voice, 1000, output);
     };

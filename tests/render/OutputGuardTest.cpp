@@ -28,8 +28,8 @@ protected:
                                  "project/Timeline.txt", "project/Hi.jpg"})
             EXPECT_TRUE(WriteWholeFile(name, file(name)));
         EXPECT_TRUE(QFile::link(file("project"), file("link")));
-        in.rows = {test::Row(1, "Video", "0.000", file("link/clip.avi")),
-                   test::Row(2, "Text", "1.000", file("project/Hi.jpg"))};
+        in.rows = {test::Event(MediaKind::Video, 0, file("link/clip.avi")),
+                   test::Event(MediaKind::Text, 1000, file("project/Hi.jpg"))};
         in.voiceFile = file("project/RecordedAudio.wav");
         in.sourceFiles = {file("project/Timeline.txt")};
         in.writtenFilesRecord = file("record.txt");
@@ -69,7 +69,7 @@ TEST_F(OutputGuard, TheResultNeverLandsOnAFileTheRenderReadsWhicheverLinkNamesIt
     // A link named like the result is replaced itself, not what it leads to.
     ASSERT_TRUE(QFile::link(file("project/clip.avi"), file("alias.avi")));
     EXPECT_EQ(problemFor(file("alias.avi")), QString());
-    in.rows[0].fileSpec = file("alias.avi");
+    in.rows[0].file = file("alias.avi");
     EXPECT_FALSE(problemFor(file("alias.avi")).isEmpty());
 
     EXPECT_EQ(problemFor(file("project/Result.avi")), QString());

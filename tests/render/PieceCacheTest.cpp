@@ -15,7 +15,7 @@
 #include <gtest/gtest.h>
 
 using namespace cq;
-using test::Row;
+using test::Event;
 
 namespace {
 
@@ -25,7 +25,7 @@ struct MadePiece {
     RenderPlan plan;
 
     MadePiece() {
-        in.rows = {Row(1, "Pictures", "0.000", dir.filePath("pic.jpg"))};
+        in.rows = {Event(MediaKind::Pictures, 0, dir.filePath("pic.jpg"))};
         in.recordingMs = 2000;
         in.workFolder = dir.path();
         in.ffmpeg = LocateTool({}, "ffmpeg", "ffmpeg");

@@ -20,8 +20,8 @@
 
 using namespace cq;
 using test::ColourName;
+using test::Event;
 using test::RenderEndToEnd;
-using test::Row;
 
 namespace {
 
@@ -73,9 +73,9 @@ TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
     // With video sound kept, only videos that have a sound track join the mix.
     studio.keepVideoSound = true;
     const RenderInputs in =
-        inputsFor({Row(1, "Pictures", "0.500", red), Row(2, "Video", "1.500", clip, ".500"),
-                   Row(3, "Text", "2.500", text), Row(4, "Pictures", "3.200", tall),
-                   Row(5, "Video", "3.800", mute)},
+        inputsFor({Event(MediaKind::Pictures, 500, red), Event(MediaKind::Video, 1500, clip, 500),
+                   Event(MediaKind::Text, 2500, text), Event(MediaKind::Pictures, 3200, tall),
+                   Event(MediaKind::Video, 3800, mute)},
                   voice);
     // The probe for sound is the job's: the window does not wait for it.
     RenderJob job(in, pool);
@@ -126,10 +126,10 @@ TEST_F(RenderEndToEnd, UnreadableItemTurnsBlackAndChangedPicturesAreRenderedAgai
     test::WriteFile(broken, QByteArray("this is no picture"));
     const QString soundOnly = mediaFile("sound only.mp4");
     ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "sine=d=1", "-y", soundOnly}));
-    const RenderInputs in =
-        inputsFor({Row(1, "Pictures", "0.000", first), Row(2, "Pictures", "1.000", broken),
-                   Row(3, "Pictures", "2.000", blue), Row(4, "Video", "2.500", soundOnly)},
-                  voice);
+    const RenderInputs in = inputsFor(
+        {Event(MediaKind::Pictures, 0, first), Event(MediaKind::Pictures, 1000, broken),
+         Event(MediaKind::Pictures, 2000, blue), Event(MediaKind::Video, 2500, soundOnly)},
+        voice);
 
     const RenderReport once = render(in);
     ASSERT_EQ(once.outcome, RenderReport::Outcome::Done) << once.message.toStdString();
@@ -172,11 +172,11 @@ TEST_F(RenderEndToEnd, NoEventsGivesTheVoiceAsMp3) {
 TEST_F(RenderEndToEnd, CancelStopsQuicklyAndKeepsThePreviousResult) {
     const QString voice = mediaFile("RecordedAudio.wav");
     ASSERT_TRUE(media.voice(voice, 40.0));
-    QList<EventRow> rows;
+    QList<TimelineEvent> rows;
     for (int i = 0; i < 8; ++i) {
         const QString pic = mediaFile(QStringLiteral("p%1.jpg").arg(i));
         ASSERT_TRUE(media.solidPicture(pic, i % 2 ? "red" : "blue", 1280, 960));
-        rows << Row(i + 1, "Pictures", QString::number(i * 5) + ".000", pic);
+        rows << Event(MediaKind::Pictures, i * 5000, pic);
     }
     const QByteArray previous("the previous render");
     test::WriteFile(paths.gstrFinalMixAVIFileSpec, previous);
@@ -239,13 +239,13 @@ TEST_F(RenderEndToEnd, ManyStillsOfDifferentLengthsShareRunsAndKeepTheirTimes) {
     ASSERT_TRUE(media.voice(voice, 4.0));
     const QStringList colours{"red", "blue", "yellow", "white", "green"};
     const QList<double> times{0.0, 0.9, 1.1, 1.9, 2.2, 2.4, 3.0, 3.1, 3.6};
-    QList<EventRow> rows;
+    QList<TimelineEvent> rows;
     QList<std::pair<double, QString>> expected;
     for (int i = 0; i < times.size(); ++i) {
         const QString colour = colours[i % colours.size()];
         const QString pic = mediaFile(QStringLiteral("still %1.jpg").arg(i));
         ASSERT_TRUE(media.solidPicture(pic, colour, 200 + 40 * i, 150 + 10 * i));
-        rows << Row(i + 1, "Pictures", QString::number(times[i], 'f', 3), pic);
+        rows << Event(MediaKind::Pictures, qRound64(times[i] * 1000), pic);
         expected.append({times[i], colour});
     }
     const RenderReport report = render(inputsFor(rows, voice));
@@ -268,8 +268,8 @@ TEST_F(RenderEndToEnd, PiecesOfOneVideoAreCutFromOneDecodingEachFromItsOwnPositi
                            "color=c=blue:s=160x120:r=30:d=1", "-filter_complex",
                            "concat=n=3:v=1:a=0", "-c:v", "mpeg4", "-g", "1000", clip}));
     const RenderInputs in = inputsFor(
-        {Row(1, "Video", "0.000", clip, ".000"), Row(2, "Pictures", "1.000", yellow),
-         Row(3, "Video", "2.000", clip, "2.000"), Row(4, "Video", "3.000", clip, "1.000")},
+        {Event(MediaKind::Video, 0, clip, 0), Event(MediaKind::Pictures, 1000, yellow),
+         Event(MediaKind::Video, 2000, clip, 2000), Event(MediaKind::Video, 3000, clip, 1000)},
         voice);
     const RenderReport report = render(in);
     ASSERT_TRUE(report.ok()) << report.message.toStdString();
@@ -294,8 +294,8 @@ TEST_F(RenderEndToEnd, AnimatedGifAndPngShowTheirFirstFrame) {
         ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "color=red:s=160x120:r=10:d=0.5", "-f", "lavfi",
                                "-i", "color=blue:s=160x120:r=10:d=1", "-filter_complex",
                                "[0][1]concat=n=2", "-f", format, "-y", file}));
-    const RenderReport report = render(
-        inputsFor({Row(1, "Pictures", "0.500", gif), Row(2, "Pictures", "1.500", png)}, voice));
+    const RenderReport report = render(inputsFor(
+        {Event(MediaKind::Pictures, 500, gif), Event(MediaKind::Pictures, 1500, png)}, voice));
     ASSERT_TRUE(report.ok()) << report.message.toStdString();
     EXPECT_TRUE(report.failedItems.isEmpty()) << report.message.toStdString();
     expectSequence(paths.gstrFinalMixAVIFileSpec, {{0.0, "black"}, {0.5, "red"}, {1.5, "red"}});

@@ -30,7 +30,7 @@ protected:
 
     QString mediaFile(const QString& name) const { return app.file("media/" + name); }
 
-    RenderInputs inputsFor(const QList<EventRow>& rows, const QString& voice) const {
+    RenderInputs inputsFor(const QList<TimelineEvent>& rows, const QString& voice) const {
         const RenderRequest request =
             StudioRenderRequest(paths, studio, rows, voice, WavDurationMs(voice), {});
         EXPECT_TRUE(request.ok()) << request.problem.toStdString();
@@ -53,17 +53,18 @@ protected:
         EXPECT_TRUE(media.solidPicture(red, "red", 640, 480));
         EXPECT_TRUE(media.solidPicture(blue, "blue", 300, 600));
         EXPECT_TRUE(media.toneVideo(clip, "green", 3.0, 1000));
-        return inputsFor({Row(1, "Pictures", "0.500", red), Row(2, "Video", "1.500", clip, ".500"),
-                          Row(3, "Pictures", "2.500", blue)},
+        return inputsFor({Event(MediaKind::Pictures, 500, red),
+                          Event(MediaKind::Video, 1500, clip, 500),
+                          Event(MediaKind::Pictures, 2500, blue)},
                          voice);
     }
 
     // A voice of this length under one red picture shown from the given time.
-    QList<EventRow> redPictureTake(const QString& voice, double seconds, const QString& at) {
+    QList<TimelineEvent> redPictureTake(const QString& voice, double seconds, qint64 atMs) {
         const QString red = mediaFile("red.jpg");
         EXPECT_TRUE(media.voice(voice, seconds));
         EXPECT_TRUE(media.solidPicture(red, "red", 320, 240));
-        return {Row(1, "Pictures", at, red)};
+        return {Event(MediaKind::Pictures, atMs, red)};
     }
 
     // The item on screen just after each time, and the one just before it.

@@ -28,15 +28,15 @@ void expectRefusedAtOnce(RenderJob& job, const QString& named) {
 
 TEST_F(RenderEndToEnd, TheWindowsRenderRefusesToWriteOverAnItemOrIntoAnUnwritableFolder) {
     const QString voice = mediaFile("RecordedAudio.wav");
-    RenderInputs in = inputsFor(redPictureTake(voice, 1.0, "0.000"), voice);
+    RenderInputs in = inputsFor(redPictureTake(voice, 1.0, 0), voice);
     // The result named like the item, as a row may name the last result itself.
     const QByteArray picture = ReadFileToBytes(mediaFile("red.jpg"));
-    in.rows[0].fileSpec = mediaFile("red.avi");
-    ASSERT_TRUE(WriteWholeFile(picture, in.rows[0].fileSpec));
-    in.output = in.rows[0].fileSpec;
+    in.rows[0].file = mediaFile("red.avi");
+    ASSERT_TRUE(WriteWholeFile(picture, in.rows[0].file));
+    in.output = in.rows[0].file;
     RenderJob overItem(in, pool);
     expectRefusedAtOnce(overItem, "red.avi");
-    EXPECT_EQ(ReadFileToBytes(in.rows[0].fileSpec), picture);
+    EXPECT_EQ(ReadFileToBytes(in.rows[0].file), picture);
 
     in.output = "/proc/clipquill-none/Result.avi";
     RenderJob unwritable(in, pool);
@@ -45,7 +45,7 @@ TEST_F(RenderEndToEnd, TheWindowsRenderRefusesToWriteOverAnItemOrIntoAnUnwritabl
 
 TEST_F(RenderEndToEnd, SubtitlesBesideTheResultThatTheStudioDidNotWriteStay) {
     const QString voice = mediaFile("RecordedAudio.wav");
-    RenderInputs in = inputsFor(redPictureTake(voice, 1.0, "0.000"), voice);
+    RenderInputs in = inputsFor(redPictureTake(voice, 1.0, 0), voice);
     QDir().mkpath(app.file("out"));
     in.output = app.file("out/b.avi");
     const QByteArray srt("1\n00:00:00,000 --> 00:00:01,000\nHand made\n");

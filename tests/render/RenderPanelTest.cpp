@@ -39,7 +39,7 @@ protected:
         const QString pic = app.file("red.jpg");
         ASSERT_TRUE(media.solidPicture(pic, "red", 320, 240));
         panel.setRequestProvider([this, pic, seconds] {
-            return StudioRenderRequest(paths, studio, {test::Row(1, "Pictures", "1.000", pic)},
+            return StudioRenderRequest(paths, studio, {test::Event(MediaKind::Pictures, 1000, pic)},
                                        paths.gstrRecordedAudioFileSpec, qRound64(seconds * 1000),
                                        {});
         });

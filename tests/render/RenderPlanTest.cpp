@@ -10,11 +10,11 @@
 #include <cmath>
 
 using namespace cq;
-using test::Row;
+using test::Event;
 
 namespace {
 
-RenderInputs inputs(qint64 recordingMs, QList<EventRow> rows) {
+RenderInputs inputs(qint64 recordingMs, QList<TimelineEvent> rows) {
     RenderInputs in;
     in.rows = std::move(rows);
     in.recordingMs = recordingMs;
@@ -44,8 +44,8 @@ qint64 frameAt(double seconds) {
 } // namespace
 
 TEST(RenderPlan, BlackLeadInPictureAndVideoEachFromTheirTime) {
-    const RenderPlan p = plan(inputs(
-        10000, {Row(1, "Pictures", "2.000", "/p/red.jpg"), Row(2, "Video", "6.000", "/v/a.avi")}));
+    const RenderPlan p = plan(inputs(10000, {Event(MediaKind::Pictures, 2000, "/p/red.jpg"),
+                                             Event(MediaKind::Video, 6000, "/v/a.avi")}));
     ASSERT_TRUE(p.ok());
     ASSERT_EQ(p.segments.size(), 3);
     EXPECT_EQ(p.segments[0].kind, SegmentKind::Black);
@@ -67,9 +67,9 @@ TEST(RenderPlan, BlackLeadInPictureAndVideoEachFromTheirTime) {
 }
 
 TEST(RenderPlan, ManyShortItemsNeverDriftByMoreThanHalfAFrame) {
-    QList<EventRow> rows;
+    QList<TimelineEvent> rows;
     for (int i = 0; i < 200; ++i)
-        rows << Row(i + 1, "Pictures", QString::number(i * 0.317, 'f', 3), "/p/x.jpg");
+        rows << Event(MediaKind::Pictures, i * 317, "/p/x.jpg");
     const RenderPlan p = plan(inputs(70000, rows));
     ASSERT_EQ(p.segments.size(), 200);
     for (const RenderSegment& s : p.segments) {
@@ -81,14 +81,15 @@ TEST(RenderPlan, ManyShortItemsNeverDriftByMoreThanHalfAFrame) {
 
 TEST(RenderPlan, PiecesAreNamedByWhatTheyShowSoTheyAreFoundAgain) {
     // The same picture at the same length shares one piece; an inserted item moves no name.
-    const RenderPlan before = plan(inputs(6000, {Row(1, "Pictures", "0.000", "/p/a.jpg"),
-                                                 Row(2, "Pictures", "2.000", "/p/b.jpg"),
-                                                 Row(3, "Pictures", "4.000", "/p/a.jpg")}));
+    const RenderPlan before = plan(inputs(6000, {Event(MediaKind::Pictures, 0, "/p/a.jpg"),
+                                                 Event(MediaKind::Pictures, 2000, "/p/b.jpg"),
+                                                 Event(MediaKind::Pictures, 4000, "/p/a.jpg")}));
     EXPECT_EQ(before.segments[0].piece, before.segments[2].piece);
     EXPECT_EQ(before.distinctPieces().size(), 2);
-    const RenderPlan after = plan(inputs(
-        8000, {Row(1, "Pictures", "0.000", "/p/new.jpg"), Row(2, "Pictures", "2.000", "/p/a.jpg"),
-               Row(3, "Pictures", "4.000", "/p/b.jpg"), Row(4, "Pictures", "6.000", "/p/a.jpg")}));
+    const RenderPlan after = plan(inputs(8000, {Event(MediaKind::Pictures, 0, "/p/new.jpg"),
+                                                Event(MediaKind::Pictures, 2000, "/p/a.jpg"),
+                                                Event(MediaKind::Pictures, 4000, "/p/b.jpg"),
+                                                Event(MediaKind::Pictures, 6000, "/p/a.jpg")}));
     EXPECT_EQ(after.segments[2].piece, before.segments[1].piece);
     EXPECT_NE(after.segments[0].piece, before.segments[0].piece);
 }
@@ -154,10 +155,11 @@ TEST(PieceRecipe, KeyChangesWithEveryInputThatMattersAndNothingElse) {
 TEST(RenderPlan, RowsThatShowNothingLeaveThePreviousItemOnScreen) {
     const RenderPlan p = plan(inputs(
         10000,
-        {Row(1, "Pictures", "1.000", "/p/a.jpg"), Row(2, "", "3.000", "/m/song.mid"),
-         Row(3, "Audio", "4.000", "/m/a.mp3"), Row(4, "Pictures", "5.000", ""),
-         Row(5, "Text", "6.000", "/w/Hello.jpg"), Row(6, "Pictures", "6.000", "/p/b.jpg"),
-         Row(7, "Both", "8.000", "/w/Bye.jpg"), Row(8, "Pictures", "12.000", "/p/late.jpg")}));
+        {Event(MediaKind::Pictures, 1000, "/p/a.jpg"),
+         Event(MediaKind::Untyped, 3000, "/m/song.mid"), Event(MediaKind::Audio, 4000, "/m/a.mp3"),
+         Event(MediaKind::Pictures, 5000, ""), Event(MediaKind::Text, 6000, "/w/Hello.jpg"),
+         Event(MediaKind::Pictures, 6000, "/p/b.jpg"), Event(MediaKind::Both, 8000, "/w/Bye.jpg"),
+         Event(MediaKind::Pictures, 12000, "/p/late.jpg")}));
     ASSERT_EQ(p.segments.size(), 4);
     EXPECT_EQ(p.segments[1].source, "/p/a.jpg");
     EXPECT_EQ(p.segments[1].lengthMs, 5000);
@@ -169,9 +171,9 @@ TEST(RenderPlan, RowsThatShowNothingLeaveThePreviousItemOnScreen) {
 }
 
 TEST(RenderPlan, AVideoIsCutFromTheTimeItsRowStartsIt) {
-    const RenderInputs in = inputs(10000, {Row(1, "Video", "0.000", "/v/a.avi", "12.5"),
-                                           Row(2, "Video", "4.000", "/v/b.avi", ".500"),
-                                           Row(3, "Pictures", "7.000", "/p/a.jpg")});
+    const RenderInputs in = inputs(10000, {Event(MediaKind::Video, 0, "/v/a.avi", 12500),
+                                           Event(MediaKind::Video, 4000, "/v/b.avi", 500),
+                                           Event(MediaKind::Pictures, 7000, "/p/a.jpg")});
     EXPECT_EQ(plan(in).segments[0].sourceStartMs, 12500);
     EXPECT_EQ(plan(in).segments[1].sourceStartMs, 500);
 }
@@ -183,8 +185,9 @@ TEST(RenderPlan, NoEventsGivesTheVoiceAloneAndBadInputsAreRefused) {
     EXPECT_TRUE(voice.audioOnly);
     EXPECT_TRUE(voice.segments.isEmpty());
 
-    EXPECT_FALSE(plan(inputs(0, {Row(1, "Pictures", "0.000", "/p/a.jpg")})).ok());
-    RenderInputs noSize = inputs(3000, {Row(1, "Pictures", "0.000", "/p/a.jpg")});
+    EXPECT_FALSE(plan(inputs(0, {Event(MediaKind::Pictures, 0, "/p/a.jpg")})).ok());
+    RenderInputs noSize = inputs(3000, {Event(MediaKind::Pictures, 0, "/p/a.jpg")});
     noSize.frameSize = {};
     EXPECT_FALSE(plan(noSize).ok());
 }
+

@@ -21,8 +21,8 @@
 
 using namespace cq;
 using test::ColourName;
+using test::Event;
 using test::RenderEndToEnd;
-using test::Row;
 
 namespace {
 
@@ -62,7 +62,7 @@ TEST_F(RenderEndToEnd, AFullDiskLeavesNoPieceThatCountsAndKeepsThePreviousResult
     studio.gstrVideoRes = QStringLiteral("640X480");
     const QByteArray previous("the previous render");
     test::WriteFile(paths.gstrFinalMixAVIFileSpec, previous);
-    const RenderInputs in = inputsFor({Row(1, "Pictures", "0.000", busy)}, voice);
+    const RenderInputs in = inputsFor({Event(MediaKind::Pictures, 0, busy)}, voice);
 
     RenderReport full;
     {
@@ -118,7 +118,7 @@ TEST_F(RenderEndToEnd, AFileSizeLimitOnTheStudioIsReportedAsLackOfSpace) {
 // trailer: File too large"); the sound is read back, and the user learns that space ran out.
 TEST_F(RenderEndToEnd, AVoiceSoundCutShortByAFileSizeLimitIsReportedAsLackOfSpace) {
     const QString voice = mediaFile("RecordedAudio.wav");
-    const QList<EventRow> rows = redPictureTake(voice, 12.0, "0.000");
+    const QList<TimelineEvent> rows = redPictureTake(voice, 12.0, 0);
     studio.renderFormat = RenderFormat::Mp4;
     const RenderInputs in = inputsFor(rows, voice);
     RenderReport limited;
@@ -142,7 +142,7 @@ TEST_F(RenderEndToEnd, AVoiceSoundCutShortByAFileSizeLimitIsReportedAsLackOfSpac
 // pieces, kept from a render before, are there already.
 TEST_F(RenderEndToEnd, AResultCutShortByAFileSizeLimitIsReportedAsLackOfSpace) {
     const QString voice = mediaFile("RecordedAudio.wav");
-    const QList<EventRow> rows = redPictureTake(voice, 6.0, "0.000");
+    const QList<TimelineEvent> rows = redPictureTake(voice, 6.0, 0);
     studio.renderFormat = RenderFormat::Mp4;
     const RenderInputs in = inputsFor(rows, voice);
     const RenderReport roomy = render(in);
@@ -167,11 +167,11 @@ TEST_F(RenderEndToEnd, AResultCutShortByAFileSizeLimitIsReportedAsLackOfSpace) {
 TEST_F(RenderEndToEnd, APieceDamagedAfterItWasMadeIsMadeAgain) {
     const QString voice = mediaFile("RecordedAudio.wav");
     ASSERT_TRUE(media.voice(voice, 3.0));
-    QList<EventRow> rows;
+    QList<TimelineEvent> rows;
     for (int i = 0; i < 3; ++i) {
         const QString pic = mediaFile(QStringLiteral("p%1.jpg").arg(i));
         ASSERT_TRUE(media.solidPicture(pic, i == 1 ? "blue" : "red", 320, 240));
-        rows << Row(i + 1, "Pictures", QString::number(i) + ".000", pic);
+        rows << Event(MediaKind::Pictures, i * 1000, pic);
     }
     const RenderInputs in = inputsFor(rows, voice);
     RenderJob first(in, pool);
@@ -192,14 +192,14 @@ TEST_F(RenderEndToEnd, APieceDamagedAfterItWasMadeIsMadeAgain) {
 TEST_F(RenderEndToEnd, TwoRendersAtOnceInOneFolderBothComeOutRight) {
     const QString voice = mediaFile("RecordedAudio.wav");
     ASSERT_TRUE(media.voice(voice, 3.0));
-    QList<EventRow> redRows, blueRows;
+    QList<TimelineEvent> redRows, blueRows;
     for (int i = 0; i < 3; ++i) {
         const QString red = mediaFile(QStringLiteral("red%1.jpg").arg(i));
         const QString blue = mediaFile(QStringLiteral("blue%1.jpg").arg(i));
         ASSERT_TRUE(media.solidPicture(red, "red", 320 + 2 * i, 240));
         ASSERT_TRUE(media.solidPicture(blue, "blue", 320 + 2 * i, 240));
-        redRows << Row(i + 1, "Pictures", QString::number(i) + ".000", red);
-        blueRows << Row(i + 1, "Pictures", QString::number(i) + ".000", blue);
+        redRows << Event(MediaKind::Pictures, i * 1000, red);
+        blueRows << Event(MediaKind::Pictures, i * 1000, blue);
     }
     // The same output too: each result is complete, whichever lands last.
     RenderJob red(inputsFor(redRows, voice), pool);
@@ -232,7 +232,7 @@ TEST_F(RenderEndToEnd, AResultOfTheWrongLengthNeverReplacesThePreviousOne) {
     const QByteArray previous("the previous render");
     test::WriteFile(paths.gstrFinalMixAVIFileSpec, previous);
     // The recording says 4 s, the voice holds 2 s: the result cannot match.
-    RenderInputs in = inputsFor({Row(1, "Pictures", "0.000", red)}, voice);
+    RenderInputs in = inputsFor({Event(MediaKind::Pictures, 0, red)}, voice);
     in.recordingMs = 4000;
     RenderJob job(in, pool);
     QList<RenderJob::Step> steps;
@@ -251,11 +251,11 @@ TEST_F(RenderEndToEnd, PiecesOfOlderTimelinesGoAfterASuccessfulRender) {
     const QString voice = mediaFile("RecordedAudio.wav");
     ASSERT_TRUE(media.voice(voice, 3.0));
     auto timeline = [&](const QString& colour) {
-        QList<EventRow> rows;
+        QList<TimelineEvent> rows;
         for (int i = 0; i < 3; ++i) {
             const QString pic = mediaFile(colour + QString::number(i) + ".jpg");
             EXPECT_TRUE(media.solidPicture(pic, colour, 300 + 2 * i, 200));
-            rows << Row(i + 1, "Pictures", QString::number(i) + ".000", pic);
+            rows << Event(MediaKind::Pictures, i * 1000, pic);
         }
         return rows;
     };
@@ -276,7 +276,7 @@ TEST_F(RenderEndToEnd, WidePicturesKeepTheirShapeAtAWideSize) {
     ASSERT_TRUE(media.voice(voice, 2.0));
     ASSERT_TRUE(media.solidPicture(wide, "red", 1920, 1080));
     studio.gstrVideoRes = QStringLiteral("320X180");
-    ASSERT_TRUE(render(inputsFor({Row(1, "Pictures", "0.000", wide)}, voice)).ok());
+    ASSERT_TRUE(render(inputsFor({Event(MediaKind::Pictures, 0, wide)}, voice)).ok());
     // A 4:3 canvas stretched to 16:9 would leave black bands at the top and the bottom.
     EXPECT_EQ(ColourName(media.colourAtPoint(paths.gstrFinalMixAVIFileSpec, 1.0, 160, 4)), "red");
     EXPECT_EQ(ColourName(media.colourAtPoint(paths.gstrFinalMixAVIFileSpec, 1.0, 160, 172)), "red");
@@ -340,8 +340,8 @@ TEST_F(RenderEndToEnd, SourcesThatAreNoRegularFilesShowBlackAtOnce) {
     ASSERT_TRUE(QDir().mkpath(folder));
     studio.keepVideoSound = true;
     const RenderInputs in =
-        inputsFor({Row(1, "Pictures", "0.000", red), Row(2, "Pictures", "1.000", fifo),
-                   Row(3, "Video", "2.000", fifoVideo), Row(4, "Video", "3.000", folder)},
+        inputsFor({Event(MediaKind::Pictures, 0, red), Event(MediaKind::Pictures, 1000, fifo),
+                   Event(MediaKind::Video, 2000, fifoVideo), Event(MediaKind::Video, 3000, folder)},
                   voice);
     QElapsedTimer clock;
     clock.start();
@@ -364,8 +364,8 @@ TEST_F(RenderEndToEnd, AWorkFolderWithALineEndInItsNameRenders) {
     ASSERT_TRUE(media.voice(voice, 2.0));
     ASSERT_TRUE(media.solidPicture(red, "red", 320, 240));
     ASSERT_TRUE(media.solidPicture(blue, "blue", 320, 240));
-    RenderInputs in =
-        inputsFor({Row(1, "Pictures", "0.000", red), Row(2, "Pictures", "1.000", blue)}, voice);
+    RenderInputs in = inputsFor(
+        {Event(MediaKind::Pictures, 0, red), Event(MediaKind::Pictures, 1000, blue)}, voice);
     in.workFolder = app.file("Clip\nquill 'x'/ClipquillTempFiles");
     in.output = in.workFolder + "/FinalMix.avi";
     const RenderReport report = render(in);

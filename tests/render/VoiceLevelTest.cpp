@@ -12,8 +12,8 @@
 #include <gtest/gtest.h>
 
 using namespace cq;
+using test::Event;
 using test::RenderEndToEnd;
-using test::Row;
 
 namespace {
 
@@ -54,11 +54,11 @@ protected:
 
     // The voice as AVI under one picture, or alone as MP3.
     RenderReport renderAs(const QString& voice, bool video) {
-        QList<EventRow> rows;
+        QList<TimelineEvent> rows;
         if (video) {
             const QString red = mediaFile("red.jpg");
             EXPECT_TRUE(media.solidPicture(red, "red", 320, 240));
-            rows << Row(1, "Pictures", "0.500", red);
+            rows << Event(MediaKind::Pictures, 500, red);
         }
         const RenderReport report = render(inputsFor(rows, voice));
         EXPECT_TRUE(report.ok()) << report.message.toStdString();

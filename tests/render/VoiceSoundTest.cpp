@@ -11,8 +11,8 @@
 #include <cstdlib>
 
 using namespace cq;
+using test::Event;
 using test::RenderEndToEnd;
-using test::Row;
 
 namespace {
 
@@ -27,7 +27,7 @@ protected:
         QStringList keptSounds; // in the work space
     };
 
-    Made renderRows(const QList<EventRow>& rows, const QString& voice) {
+    Made renderRows(const QList<TimelineEvent>& rows, const QString& voice) {
         Made made;
         made.report = render(inputsFor(rows, voice));
         EXPECT_TRUE(made.report.ok()) << made.report.message.toStdString();
@@ -46,7 +46,7 @@ protected:
 
 TEST_F(VoiceSoundRender, IsEncodedOnceBesideThePiecesAndCopiedByTheJoinUntilItsTreatmentChanges) {
     const QString voice = mediaFile("RecordedAudio.wav");
-    const QList<EventRow> rows = redPictureTake(voice, 2.0, "0.500");
+    const QList<TimelineEvent> rows = redPictureTake(voice, 2.0, 500);
 
     const Made first = renderRows(rows, voice);
     EXPECT_TRUE(first.log.contains("voice sound: "));
@@ -72,7 +72,7 @@ TEST_F(VoiceSoundRender, IsEncodedOnceBesideThePiecesAndCopiedByTheJoinUntilItsT
     const QString clip = mediaFile("green.avi");
     ASSERT_TRUE(media.toneVideo(clip, "green", 1.0, 1000));
     studio.keepVideoSound = true;
-    const Made mixed = renderRows({Row(1, "Video", "0.500", clip)}, voice);
+    const Made mixed = renderRows({Event(MediaKind::Video, 500, clip)}, voice);
     EXPECT_FALSE(mixed.log.contains("voice sound: "));
     EXPECT_TRUE(mixed.finalLine.contains("amix")) << mixed.finalLine.toStdString();
     EXPECT_TRUE(mixed.finalLine.contains("-c:a aac")) << mixed.finalLine.toStdString();
@@ -82,7 +82,7 @@ TEST_F(VoiceSoundRender, IsEncodedOnceBesideThePiecesAndCopiedByTheJoinUntilItsT
 // copies it, and made again: the render that finds it comes out whole.
 TEST_F(VoiceSoundRender, AKeptSoundCutShortIsMadeAgainInEitherFormat) {
     const QString voice = mediaFile("RecordedAudio.wav");
-    const QList<EventRow> rows = redPictureTake(voice, 4.0, "0.500");
+    const QList<TimelineEvent> rows = redPictureTake(voice, 4.0, 500);
     for (const RenderFormat format : {RenderFormat::Avi, RenderFormat::Mp4}) {
         studio.renderFormat = format;
         const char* name = format == RenderFormat::Avi ? "AVI" : "MP4";

@@ -7,19 +7,7 @@
 #include <gtest/gtest.h>
 
 using namespace cq;
-
-TEST(EventRow, RowTextIsTabSeparatedWithTheTextOnlyForTextEvents) {
-    EventRow video{1, "Video", "2.000", "", "/m/clip.mp4", std::nullopt};
-    EXPECT_EQ(video.rowText(), "1\tVideo\t2.000\t\t/m/clip.mp4");
-    EventRow text{3, "Both", "12.500", "", "/w/Doh.jpg", QString("Doh!")};
-    EXPECT_EQ(text.rowText(), "3\tBoth\t12.500\t\t/w/Doh.jpg\tDoh!");
-    const auto back = EventRow::fromRowText(text.rowText());
-    ASSERT_TRUE(back.has_value());
-    EXPECT_EQ(back->text, QString("Doh!"));
-    EXPECT_EQ(back->timeMs(), 12500);
-    // A begin position is read as a time is: digits past the millisecond are cut.
-    EXPECT_EQ(EventRow::fromRowText("2\tVideo\t7.000\t12.3456789\t/v.avi")->begVideoAtMs(), 12345);
-}
+using enum MediaKind;
 
 TEST(TimelineFile, BadLinesAreRejectedWithTheirLineNumber) {
     const QString good = "1\tPictures\t2.000\t\t/p.jpg\r\n";
@@ -29,28 +17,29 @@ TEST(TimelineFile, BadLinesAreRejectedWithTheirLineNumber) {
               "line 3:");
     EXPECT_EQ(ParseTimelineText("1\tMovie\t2.000\t\t/p.jpg\r\n", "/").error,
               "line 1: unknown media type \"Movie\"");
+    EXPECT_EQ(ParseTimelineText("0\tVideo\t2.000\t\t/v.mp4\r\n", "/").error,
+              "line 1: the count \"0\" is not a positive number");
     EXPECT_TRUE(ParseTimelineText("", "/").ok());
 }
 
 TEST(TimelineFile, RoundTripWithPathsRelativeToTheFileFolder) {
     QTemporaryDir dir;
     const QString project = dir.filePath("My 'Project'");
-    const QList<EventRow> rows{
-        {1, "Video", "0.000", "", "/media/clip one.mp4", std::nullopt},
-        {2, "Text", "3.250", "", project + "/Hello there.jpg", QString("Hello there")},
-        {3, "Pictures", "7.000", "", project + "/pics/a.jpg", std::nullopt}};
+    const QList<TimelineEvent> rows{
+        {Video, 0, 500, "/media/clip one.mp4", {}},
+        {Text, 3250, std::nullopt, project + "/Hello there.jpg", "Hello there"},
+        {Pictures, 7000, std::nullopt, project + "/pics/a.jpg", {}},
+        {Untyped, 65000, std::nullopt, "/media/tune.mid", {}}};
     const QString file = project + "/Timeline.txt";
     QDir().mkpath(project);
     ASSERT_TRUE(WriteTimelineFile(rows, file));
-    EXPECT_EQ(ReadFileToBytes(file), "1\tVideo\t0.000\t\t/media/clip one.mp4\r\n"
+    EXPECT_EQ(ReadFileToBytes(file), "1\tVideo\t0.000\t0.500\t/media/clip one.mp4\r\n"
                                      "2\tText\t3.250\t\tHello there.jpg\tHello there\r\n"
-                                     "3\tPictures\t7.000\t\tpics/a.jpg\r\n");
+                                     "3\tPictures\t7.000\t\tpics/a.jpg\r\n"
+                                     "4\t\t65.000\t\t/media/tune.mid\r\n");
     const TimelineReadResult back = ReadTimelineFile(file);
     ASSERT_TRUE(back.ok()) << back.error.toStdString();
-    ASSERT_EQ(back.rows.size(), 3);
-    EXPECT_EQ(back.rows[1].fileSpec, project + "/Hello there.jpg");
-    EXPECT_EQ(back.rows[2].fileSpec, project + "/pics/a.jpg");
-    EXPECT_EQ(back.rows[1].text, QString("Hello there"));
+    EXPECT_EQ(back.rows, rows);
 }
 
 // Timeline files edited by hand come with other line ends and encodings than the studio writes.
@@ -68,8 +57,7 @@ TEST(TimelineFile, HandEditedFilesReadOrSayWhatIsWrong) {
         const TimelineReadResult r = read(bytes);
         ASSERT_TRUE(r.ok()) << r.error.toStdString();
         ASSERT_EQ(r.rows.size(), 2);
-        EXPECT_EQ(r.rows[0].mediaCount, 1);
-        EXPECT_EQ(r.rows[1].fileSpec, "/p.jpg");
+        EXPECT_EQ(r.rows[1], (TimelineEvent{Pictures, 3250, std::nullopt, "/p.jpg", {}}));
     }
     // UTF-16 (with a mark or without) and Windows-1252 read as the same rows.
     const QString text = QString::fromUtf8(rows).replace("/p.jpg", "/caf\u00E9.jpg");
@@ -80,8 +68,18 @@ TEST(TimelineFile, HandEditedFilesReadOrSayWhatIsWrong) {
         const TimelineReadResult r = read(bytes);
         ASSERT_TRUE(r.ok()) << r.error.toStdString();
         ASSERT_EQ(r.rows.size(), 2);
-        EXPECT_EQ(r.rows[1].fileSpec, QStringLiteral("/caf\u00E9.jpg"));
+        EXPECT_EQ(r.rows[1].file, QStringLiteral("/caf\u00E9.jpg"));
     }
+    // Begin positions as older studios wrote them: every digit, two decimals, no leading zero.
+    const TimelineReadResult starts =
+        ParseTimelineText("1\tVideo\t7.\t12.3456789\t/v.avi\n2\tVideo\t8\t.5\t/v.avi\n"
+                          "3\tVideo\t9.0\t\f2.25 \t/v.avi",
+                          "/");
+    ASSERT_EQ(starts.rows.size(), 3) << starts.error.toStdString();
+    EXPECT_EQ(starts.rows[0].atMs, 7000);
+    EXPECT_EQ(starts.rows[0].startMs, 12345); // digits past the millisecond are cut
+    EXPECT_EQ(starts.rows[1].startMs, 500);
+    EXPECT_EQ(starts.rows[2].startMs, 2250);
     EXPECT_TRUE(read(QByteArray("\x89PNG\r\n\x1A\n\0\0\0\rIHDR", 16)).error.contains("zero bytes"));
 }
 
@@ -100,14 +98,14 @@ TEST(TimelineFile, TimesPastADayAreRefusedNamingTheLine) {
 }
 
 // Whatever a row holds, its line reads back as one row: a saved project always opens again.
-TEST(EventRow, ControlCharactersCannotBreakTheLine) {
-    EventRow row{1, "Text", "2.000", "", "/w/a\nb\tc\rd\x01.jpg", QString("x\ty\nz")};
-    EXPECT_TRUE(EventRow::controlCharacterIn(row.fileSpec));
-    EXPECT_TRUE(EventRow::controlCharacterIn(QStringLiteral("a\u0085b"))); // a C1 line end
-    EXPECT_FALSE(EventRow::controlCharacterIn(QStringLiteral("/m/caf\u00E9 (1).jpg")));
+TEST(TimelineFile, ControlCharactersCannotBreakTheLine) {
+    const TimelineEvent row{Text, 2000, std::nullopt, "/w/a\nb\tc\rd\x01.jpg", "x\ty\nz"};
+    EXPECT_TRUE(ControlCharacterIn(row.file));
+    EXPECT_TRUE(ControlCharacterIn(QStringLiteral("a\u0085b"))); // a C1 line end
+    EXPECT_FALSE(ControlCharacterIn(QStringLiteral("/m/caf\u00E9 (1).jpg")));
     const TimelineReadResult back = ParseTimelineText(TimelineText({row, row}, "/"), "/");
     ASSERT_TRUE(back.ok()) << back.error.toStdString();
     ASSERT_EQ(back.rows.size(), 2);
-    EXPECT_EQ(back.rows[0].fileSpec, QStringLiteral("/w/a\uFFFDb\uFFFDc\uFFFDd\uFFFD.jpg"));
+    EXPECT_EQ(back.rows[0].file, QStringLiteral("/w/a\uFFFDb\uFFFDc\uFFFDd\uFFFD.jpg"));
     EXPECT_EQ(back.rows[0].text, QStringLiteral("x\uFFFDy\uFFFDz"));
 }

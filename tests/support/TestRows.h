@@ -1,19 +1,14 @@
 #pragma once
 
-#include "studio/EventRow.h"
+#include "studio/TimelineEvent.h"
 
 namespace cq::test {
 
-// An event row as the grid logs it, for timelines built in tests.
-inline EventRow Row(int count, const QString& type, const QString& time, const QString& file,
-                    const QString& beg = {}) {
-    EventRow r;
-    r.mediaCount = count;
-    r.mediaType = type;
-    r.timeLine = time;
-    r.fileSpec = file;
-    r.begVideoAt = beg;
-    return r;
+// An event as the grid logs it, for timelines built in tests.
+inline TimelineEvent Event(MediaKind kind, qint64 atMs, const QString& file,
+                           std::optional<qint64> startMs = std::nullopt,
+                           const QString& text = QString()) {
+    return {kind, atMs, startMs, file, text};
 }
 
 } // namespace cq::test

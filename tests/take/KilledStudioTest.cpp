@@ -50,11 +50,11 @@ TEST(TakeStudioChild, DISABLED_RecordsUntilEnded) {
         ASSERT_TRUE(QTest::qWaitFor([&] { return t.recorder().elapsedMs() >= ms; }, 20000));
     };
     until(300);
-    t.logger().LogMediaEvent("Pictures", media + "/red.jpg");
+    t.logger().LogMediaEvent(MediaKind::Pictures, media + "/red.jpg");
     until(700);
-    t.logger().LogMediaEvent("Pictures", media + "/blue.jpg");
+    t.logger().LogMediaEvent(MediaKind::Pictures, media + "/blue.jpg");
     until(1200);
-    t.logger().LogMediaEvent("Pictures", media + "/red.jpg");
+    t.logger().LogMediaEvent(MediaKind::Pictures, media + "/red.jpg");
     until(2000);
     if (mode == "term")
         QTest::mouseClick(t.recordingPanel()->stopButton(), Qt::LeftButton);
@@ -107,8 +107,8 @@ protected:
     void expectTheThreeClicks(frmClipquill& w) {
         const EventGridModel& grid = w.timeline().grid();
         ASSERT_EQ(grid.rowCount(), 3);
-        EXPECT_EQ(grid.row(0).fileSpec, media.filePath("red.jpg"));
-        EXPECT_EQ(grid.row(1).fileSpec, media.filePath("blue.jpg"));
+        EXPECT_EQ(grid.row(0).file, media.filePath("red.jpg"));
+        EXPECT_EQ(grid.row(1).file, media.filePath("blue.jpg"));
         EXPECT_GE(grid.row(2).timeMs(), 1200);
     }
 

@@ -2,6 +2,10 @@
 #include "../timeline/FakeMediaDisplay.h"
 #include "support/FileSizeLimit.h"
 #include "take/Recorder.h"
+#include "timeline/RecordingController.h"
+#include "FakeMediaDisplay.h"
+#include "studio/StudioSettings.h"
+#include "support/TestRows.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/PictureList.h"
@@ -73,7 +77,7 @@ bool recordUntil(Recorder& recorder, qint64 ms) {
 
 TEST(RecordingController, StopWhileIdleEndsReplaySlideShowAndWaits) {
     Studio s;
-    s.grid.appendRowText("1\tPictures\t50.000\t\t/a.jpg");
+    s.grid.appendRow(test::Event(MediaKind::Pictures, 50000, "/a.jpg"));
     QFile(s.controller->voiceFileSpec()).open(QIODevice::WriteOnly);
     s.controller->replay();
     ASSERT_TRUE(s.replay.isRunning());
@@ -134,7 +138,7 @@ TEST(RecordingController, RecordTwiceIsHarmlessAndStopKeepsTheVoiceAndRows) {
     ASSERT_TRUE(old.open(QIODevice::WriteOnly));
     old.write("the last recording");
     old.close();
-    s.grid.appendRowText("1\tPictures\t1.000\t\t/old.jpg");
+    s.grid.appendRow(test::Event(MediaKind::Pictures, 1000, "/old.jpg"));
     s.controller->record();
     ASSERT_TRUE(s.state.gblnRecording) << s.messages.join('\n').toStdString();
     EXPECT_EQ(s.grid.rowCount(), 0); // the grid starts afresh
@@ -142,7 +146,7 @@ TEST(RecordingController, RecordTwiceIsHarmlessAndStopKeepsTheVoiceAndRows) {
     EXPECT_FALSE(s.grid.isEditable());
     ASSERT_TRUE(recordUntil(s.recorder, 600));
     const qint64 before = s.recorder.elapsedMs();
-    s.logger.LogMediaEvent("Pictures", "/p.jpg");
+    s.logger.LogMediaEvent(MediaKind::Pictures, "/p.jpg");
     const qint64 after = s.recorder.elapsedMs();
     s.controller->record(); // again: nothing changes
     EXPECT_EQ(s.grid.rowCount(), 1);
@@ -154,8 +158,8 @@ TEST(RecordingController, RecordTwiceIsHarmlessAndStopKeepsTheVoiceAndRows) {
     EXPECT_EQ((QFileInfo(voice).size() - 44) * 1000 / Recorder::kBytesPerSecond,
               s.state.recordingLengthMs);
     // Timed by the recording's own clock at the moment of logging.
-    EXPECT_GE(s.grid.row(0).timeMs(), before);
-    EXPECT_LE(s.grid.row(0).timeMs(), after);
+    EXPECT_GE(s.grid.row(0).atMs, before);
+    EXPECT_LE(s.grid.row(0).atMs, after);
     EXPECT_TRUE(s.messages.isEmpty()) << s.messages.join('\n').toStdString();
 }
 
@@ -193,8 +197,8 @@ TEST(RecordingController, AFullDiskEndsCaptureWithAMessageAndKeepsTheVoice) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return s.recorder.meter().windowsMeasured() >= windows + 5; },
                                 10000));
     EXPECT_GT(s.recorder.meter().level().rmsDb, -40.0);
-    s.logger.LogMediaEvent("Pictures", "/late.jpg");
-    EXPECT_GE(s.grid.row(0).timeMs(), 500);
+    s.logger.LogMediaEvent(MediaKind::Pictures, "/late.jpg");
+    EXPECT_GE(s.grid.row(0).atMs, 500);
     s.controller->stop();
     EXPECT_EQ(s.state.recordingLengthMs, 500);
     EXPECT_EQ(QFileInfo(s.controller->voiceFileSpec()).size(), 44 + Recorder::kBytesPerSecond / 2);

@@ -1,6 +1,7 @@
 #include "take/TakeFiles.h"
 #include "platform/TextFiles.h"
 #include "platform/WavFormat.h"
+#include "studio/TimelineFile.h"
 #include "support/FileSizeLimit.h"
 #include "support/HeldSync.h"
 #include "take/StudioFolderLock.h"
@@ -28,13 +29,16 @@ QString startHelper(QProcess& helper, const QStringList& args) {
     return QString::fromUtf8(helper.readLine()).trimmed();
 }
 
-EventRow pictureRow(int count) {
-    return {count,
-            "Pictures",
-            QString::number(count) + ".000",
-            "",
+TimelineEvent pictureRow(int count) {
+    return {MediaKind::Pictures,
+            count * 1000,
+            std::nullopt,
             QStringLiteral("/media/p%1.jpg").arg(count),
-            std::nullopt};
+            {}};
+}
+
+QByteArray pictureLine(int count) {
+    return TimelineLine(pictureRow(count), count, "/").toUtf8() + "\r\n";
 }
 
 } // namespace
@@ -57,7 +61,8 @@ TEST(KeptTake, AKilledTakeComesBackWithEveryClickAndItsWholeVoice) {
     const QByteArray voice = ReadFileToBytes(files.voiceFileSpec());
     EXPECT_EQ(voice.mid(40, 4), QByteArray("\x80\xBB\0\0", 4)); // 48000 in the header now
     ASSERT_EQ(take.rows.size(), 3);
-    EXPECT_EQ(take.rows[2].rowText(), "3\tPictures\t2.500\t\t/media/picture 2.jpg");
+    EXPECT_EQ(take.rows[2],
+              (TimelineEvent{MediaKind::Pictures, 2500, std::nullopt, "/media/picture 2.jpg", {}}));
     EXPECT_EQ(files.keptFileNames(),
               QStringList({"RecordedAudio.wav", QString::fromLatin1(kTakeJournalFileName)}));
     files.discard();
@@ -68,14 +73,12 @@ TEST(KeptTake, AKilledTakeComesBackWithEveryClickAndItsWholeVoice) {
 TEST(KeptTake, ACutShortRowAndATornFrameAreDroppedOnRestore) {
     QTemporaryDir work;
     const TakeFiles files(work.path(), work.filePath("RecordedAudio.wav"));
-    WriteWholeFile(pictureRow(1).rowText().toUtf8() + "\r\n" + pictureRow(2).rowText().toUtf8() +
-                       "\r\n3\tPict",
-                   files.journalFileSpec());
+    WriteWholeFile(pictureLine(1) + pictureLine(2) + "3\tPict", files.journalFileSpec());
     // 16-bit stereo: 4 bytes a frame; the last frame lost its last byte.
     WriteWholeFile(WavHeader(8000, 2, 16, 0) + QByteArray(32003, '\1'), files.voiceFileSpec());
     const KeptTake take = files.restore();
     ASSERT_EQ(take.rows.size(), 2);
-    EXPECT_EQ(take.rows[1].fileSpec, "/media/p2.jpg");
+    EXPECT_EQ(take.rows[1].file, "/media/p2.jpg");
     EXPECT_EQ(take.voiceMs, 1000);
     EXPECT_EQ(QFileInfo(files.voiceFileSpec()).size(), 44 + 32000);
     const WavInfo repaired = ReadWavInfo(files.voiceFileSpec());
@@ -94,7 +97,7 @@ TEST(KeptTake, ACutShortRowAndATornFrameAreDroppedOnRestore) {
 TEST(KeptTake, EveryReadableClickComesBackAndTheUnreadableAreCounted) {
     QByteArray five;
     for (int i = 1; i <= 5; ++i)
-        five += pictureRow(i).rowText().toUtf8() + "\r\n";
+        five += pictureLine(i);
     const qsizetype third = five.indexOf("3\tPictures");
     auto spoil = [&](const QByteArray& from, const QByteArray& to) {
         return QByteArray(five).replace(five.indexOf(from, third), from.size(), to);
@@ -113,14 +116,14 @@ TEST(KeptTake, EveryReadableClickComesBackAndTheUnreadableAreCounted) {
     for (const Case& c : cases) {
         const JournalRead read = ReadJournalBytes(c.journal, "/work");
         ASSERT_EQ(read.rows.size(), 4) << c.problem;
-        EXPECT_EQ(read.rows[2].fileSpec, "/media/p4.jpg");
+        EXPECT_EQ(read.rows[2].file, "/media/p4.jpg");
         EXPECT_EQ(read.unreadable, 1);
         EXPECT_EQ(read.firstProblem, QString::fromUtf8(c.problem));
     }
     // A name the journal holds in another encoding is read, not lost.
     const JournalRead latin = ReadJournalBytes(spoil("p3.jpg", "caf\xE9.jpg") + "6\tPict", "/work");
     ASSERT_EQ(latin.rows.size(), 5);
-    EXPECT_EQ(latin.rows[2].fileSpec, QStringLiteral("/media/caf\u00E9.jpg"));
+    EXPECT_EQ(latin.rows[2].file, QStringLiteral("/media/caf\u00E9.jpg"));
     EXPECT_EQ(latin.unreadable, 0);
 
     QTemporaryDir work;
@@ -143,7 +146,7 @@ TEST(KeptTake, AFullDiskStopsTheJournalWithAReasonAndKeepsWhatWasWritten) {
     test::FileSizeLimit limit(100);
     ASSERT_TRUE(limit.isSet());
     int written = 0;
-    while (written < 20 && journal.append(pictureRow(written + 1)))
+    while (written < 20 && journal.append(pictureRow(written + 1), written + 1))
         ++written;
     limit.lift();
     EXPECT_GE(written, 2);
@@ -151,7 +154,7 @@ TEST(KeptTake, AFullDiskStopsTheJournalWithAReasonAndKeepsWhatWasWritten) {
     ASSERT_EQ(failed.size(), 1);
     EXPECT_FALSE(failed.first().first().toString().isEmpty());
     EXPECT_FALSE(journal.isOpen());
-    EXPECT_FALSE(journal.append(pictureRow(99))); // stays stopped, no second report
+    EXPECT_FALSE(journal.append(pictureRow(99), 99)); // stays stopped, no second report
     EXPECT_EQ(failed.size(), 1);
     EXPECT_EQ(files.restore().rows.size(), written);
 }
@@ -167,7 +170,7 @@ TEST(KeptTake, TheJournalWaitsForNoSyncAndASyncFailureStopsIt) {
         ASSERT_TRUE(held.waitEntered(1));
         // The disk has not answered the first sync: every click still goes to the file at once.
         for (int i = 1; i <= 5; ++i)
-            ASSERT_TRUE(journal.append(pictureRow(i)));
+            ASSERT_TRUE(journal.append(pictureRow(i), i));
         EXPECT_EQ(files.restore().rows.size(), 5);
         journal.finish();
         EXPECT_FALSE(journal.isOpen());
@@ -183,12 +186,12 @@ TEST(KeptTake, TheJournalWaitsForNoSyncAndASyncFailureStopsIt) {
         return -1;
     });
     ASSERT_TRUE(journal.start(files.journalFileSpec()));
-    ASSERT_TRUE(journal.append(pictureRow(1)));
+    ASSERT_TRUE(journal.append(pictureRow(1), 1));
     ASSERT_TRUE(failed.wait(30000));
     EXPECT_TRUE(failed.first().first().toString().contains("synced"))
         << failed.first().first().toString().toStdString();
     EXPECT_FALSE(journal.isOpen());
-    EXPECT_FALSE(journal.append(pictureRow(2)));
+    EXPECT_FALSE(journal.append(pictureRow(2), 2));
     // The last sync, at the close, fails too: the take was reported once.
     EXPECT_TRUE(QTest::qWaitFor([&] { return !journal.syncer().isBusy(); }, 30000));
     QCoreApplication::processEvents();

@@ -27,13 +27,12 @@ int recordTake(const QString& workFolder) {
         QByteArray samples(16000, char(second + 1));
         if (!voice.append(samples))
             return 1;
-        EventRow row{second + 1,
-                     "Pictures",
-                     QString::number(second) + ".500",
-                     "",
-                     QStringLiteral("/media/picture %1.jpg").arg(second),
-                     std::nullopt};
-        if (!journal.append(row))
+        const TimelineEvent row{MediaKind::Pictures,
+                                second * 1000 + 500,
+                                std::nullopt,
+                                QStringLiteral("/media/picture %1.jpg").arg(second),
+                                {}};
+        if (!journal.append(row, second + 1))
             return 1;
     }
     std::printf("recorded 3 rows and 48000 bytes\n");

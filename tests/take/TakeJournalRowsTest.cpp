@@ -1,5 +1,5 @@
 // A long take journal read back after a crash: every line is read once, however many are damaged.
-#include "take/TakeFiles.h"
+#include "take/TakeJournal.h"
 
 #include <QElapsedTimer>
 
@@ -20,6 +20,6 @@ TEST(TakeJournalRows, ADamagedRowEarlyInALongJournalDoesNotSlowTheRestore) {
     // damaged one took minutes.
     EXPECT_LT(timer.elapsed(), 10000);
     ASSERT_EQ(read.rows.size(), 20001);
-    EXPECT_EQ(read.rows[0].fileSpec, "/work/clip.mp4");
+    EXPECT_EQ(read.rows[0].file, "/work/clip.mp4");
     EXPECT_EQ(read.unreadable, 1);
 }

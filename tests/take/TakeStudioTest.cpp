@@ -59,7 +59,7 @@ TEST(UnsavedTake, RecordOpenAndCloseAskFirstAndCancelKeepsEverything) {
     auto w = restoredStudio(app);
     TimelineStudio& t = w->timeline();
     ASSERT_EQ(t.grid().rowCount(), 2);
-    EXPECT_EQ(t.grid().row(1).fileSpec, work + "/Hello.jpg");
+    EXPECT_EQ(t.grid().row(1).file, work + "/Hello.jpg");
     EXPECT_EQ(w->recordingState().recordingLengthMs, 1000);
 
     QTest::mouseClick(t.recordingPanel()->recordButton(), Qt::LeftButton);

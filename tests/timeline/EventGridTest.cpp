@@ -1,4 +1,6 @@
 #include "FakeMediaDisplay.h"
+#include "studio/StudioSettings.h"
+#include "support/TestRows.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/EventLogic.h"
@@ -30,41 +32,40 @@ struct Bench {
     FakeMediaDisplay display;
     EventLogger logger{state, grid, clock};
     MediaClickHandler clicks{grid, logger, display, work.path()};
-
-    QStringList rowTexts() const {
-        QStringList texts;
-        for (const EventRow& r : grid.rows())
-            texts << r.rowText();
-        return texts;
-    }
 };
+
+using test::Event;
+using enum MediaKind;
 
 } // namespace
 
-TEST(EventGrid, ABadRowIsRefusedAndTheCellUnderTheMouseIsTheTooltip) {
+TEST(EventGrid, TheCellsShowTheRowAndTheCellUnderTheMouseIsTheTooltip) {
     EventGridModel grid;
-    ASSERT_TRUE(grid.appendRowText("1\tText\t2.500\t\t/w/Hi.jpg\tHi there"));
-    EXPECT_FALSE(grid.appendRowText("not a row"));
-    EXPECT_EQ(grid.rowCount(), 1);
-    EXPECT_EQ(grid.data(grid.index(0, 5), Qt::ToolTipRole).toString(), "Hi there");
-    EXPECT_EQ(grid.data(grid.index(0, 2), Qt::ToolTipRole).toString(), "2.500");
+    grid.appendRow(Event(Pictures, 500, "/p.jpg"));
+    grid.appendRow(Event(Video, 2500, "/v.mp4", 12345));
+    grid.appendRow(Event(Both, 65000, "/w/Hi.jpg", std::nullopt, "Hi there"));
+    QStringList cells;
+    for (int r = 0; r < grid.rowCount(); ++r)
+        for (int c = 0; c < grid.columnCount(); ++c)
+            cells << grid.data(grid.index(r, c), Qt::ToolTipRole).toString();
+    EXPECT_EQ(cells, QStringList({"1", "Pictures", "0.500", "", "/p.jpg", "",    //
+                                  "2", "Video", "2.500", "12.345", "/v.mp4", "", //
+                                  "3", "Both", "65.000", "", "/w/Hi.jpg", "Hi there"}));
 }
 
 TEST(EventGrid, CorrectionsKeepTimeOrderAndCountsButNotWhileRecording) {
     EventGridModel grid;
-    grid.appendRowText("1\tVideo\t2.000\t\t/v.mp4");
-    grid.appendRowText("2\tPictures\t7.000\t\t/p.jpg");
-    grid.appendRowText("3\tText\t12.000\t\t/w/t.jpg\tt");
+    grid.appendRow(Event(Video, 2000, "/v.mp4"));
+    grid.appendRow(Event(Pictures, 7000, "/p.jpg"));
+    grid.appendRow(Event(Text, 12000, "/w/t.jpg", std::nullopt, "t"));
     // Typing a time moves the row to its place and renumbers.
     EXPECT_TRUE(grid.setData(grid.index(2, EventGridModel::TimeLine), "1.25"));
-    EXPECT_EQ(grid.text(0, 1), "Text");
-    EXPECT_EQ(grid.text(0, 2), "1.250");
-    EXPECT_EQ(grid.text(0, 0), "1");
+    EXPECT_EQ(grid.row(0), Event(Text, 1250, "/w/t.jpg", std::nullopt, "t"));
     EXPECT_EQ(grid.text(2, 0), "3");
     EXPECT_FALSE(grid.setData(grid.index(1, EventGridModel::TimeLine), "soon"));
     EXPECT_FALSE(grid.setData(grid.index(1, EventGridModel::FileSpec), "/x"));
     EXPECT_TRUE(grid.removeEventRow(0));
-    EXPECT_EQ(grid.mediaTypes(), QStringList({"Video", "Pictures"}));
+    EXPECT_EQ(grid.mediaTypes(), QList<MediaKind>({Video, Pictures}));
     EXPECT_EQ(grid.text(1, 0), "2");
 
     grid.setEditable(false);
@@ -77,7 +78,7 @@ TEST(EventGrid, CorrectionsKeepTimeOrderAndCountsButNotWhileRecording) {
 TEST(EventGrid, TextPictureNameIsTheFirstFiftyCleanCharacters) {
     const QString eighty = "Hello, world!\r\nThis line (one) has 50+ chars_and-more; yes "
                            "indeed it goes on and on";
-    const QString logged = TextForEventRow(eighty);
+    const QString logged = TextForEvent(eighty);
     EXPECT_FALSE(logged.contains('\r'));
     EXPECT_FALSE(logged.contains('\n'));
     EXPECT_EQ(logged, "Hello, world!This line (one) has 50+ chars_and-more; yes indeed it goes "
@@ -97,9 +98,9 @@ TEST(MediaClicks, VideoPictureAndTheSameVideoAgainGiveTheRowsOfARecording) {
     b.clock.ms = 9481;
     b.display.positionMs = 7481; // the clip has played on
     b.clicks.showAndLogFile(MediaTabId::Video, "/m/clip.mp4");
-    EXPECT_EQ(b.rowTexts(),
-              QStringList({"1\tVideo\t2.000\t\t/m/clip.mp4", "2\tPictures\t7.000\t\t/p/a.jpg",
-                           "3\tVideo\t9.481\t7.481\t/m/clip.mp4"}));
+    EXPECT_EQ(b.grid.rows(), QList<TimelineEvent>({Event(Video, 2000, "/m/clip.mp4"),
+                                                   Event(Pictures, 7000, "/p/a.jpg"),
+                                                   Event(Video, 9481, "/m/clip.mp4", 7481)}));
     // The second click did not restart the clip.
     EXPECT_EQ(b.display.calls.count("video /m/clip.mp4 @-1"), 1);
     EXPECT_TRUE(b.display.calls.contains("video front"));
@@ -118,7 +119,7 @@ TEST(MediaClicks, SoundsPlayUnloggedUntypedFilesLogEmptyTypeNothingLoggedWhenIdl
     EXPECT_TRUE(b.display.calls.contains("audio 1 /music/song.MP3"));
     EXPECT_EQ(b.logger.mediaCount(), 0);
     b.clicks.showAndLogFile(MediaTabId::Audio, "/music/tune.mid");
-    EXPECT_EQ(b.rowTexts(), QStringList({"1\t\t1.500\t\t/music/tune.mid"}));
+    EXPECT_EQ(b.grid.rows(), QList<TimelineEvent>({Event(Untyped, 1500, "/music/tune.mid")}));
 }
 
 TEST(MediaClicks, TextClicksSavePicturesToggleBackAndSpeechIsNotLogged) {
@@ -130,7 +131,7 @@ TEST(MediaClicks, TextClicksSavePicturesToggleBackAndSpeechIsNotLogged) {
     b.clicks.showAndLogText("Doh!\r\nReally?", TextOption::Text);
     const QString picture = b.work.filePath("DohReally.jpg");
     EXPECT_TRUE(QFileInfo(picture).isFile());
-    EXPECT_EQ(b.rowTexts().last(), "2\tText\t3.000\t\t" + picture + "\tDoh!Really?");
+    EXPECT_EQ(b.grid.rows().last(), Event(Text, 3000, picture, std::nullopt, "Doh!Really?"));
 
     // The same text again goes back to the picture and logs nothing itself.
     b.clicks.showAndLogText("Doh!\r\nReally?", TextOption::Text);
@@ -141,7 +142,7 @@ TEST(MediaClicks, TextClicksSavePicturesToggleBackAndSpeechIsNotLogged) {
     b.clicks.showAndLogText("Say it", TextOption::Speech);
     EXPECT_EQ(b.display.calls.last(), "speak Say it");
     b.clicks.showAndLogText("Both ways", TextOption::Both);
-    EXPECT_EQ(b.rowTexts().last().section('\t', 1, 1), "Both");
+    EXPECT_EQ(b.grid.rows().last().kind, Both);
     // The display switch's own call never toggles.
     b.clicks.showAndLogText("Both ways", TextOption::Both, true);
     EXPECT_EQ(b.grid.rowCount(), 4);
@@ -169,7 +170,7 @@ TEST(MediaClicks, NamesWithLineBreaksTabsOrControlsAreShownButRefused) {
     b.clicks.showAndLogFile(MediaTabId::Video, "/m/new\nclip.mp4");
     EXPECT_EQ(b.display.calls.size(), 6); // every item is still shown
     EXPECT_EQ(b.display.calls[1], "picture /p/two\nlines.jpg");
-    EXPECT_EQ(b.rowTexts(), QStringList({"1\tPictures\t0.000\t\t/p/a.jpg"}));
+    EXPECT_EQ(b.grid.rows(), QList<TimelineEvent>({Event(Pictures, 0, "/p/a.jpg")}));
     ASSERT_EQ(refused.size(), 5);
     EXPECT_TRUE(
         refused[0].startsWith(QStringLiteral("\"/p/two\u2426lines.jpg\" is shown but was not "
@@ -177,11 +178,11 @@ TEST(MediaClicks, NamesWithLineBreaksTabsOrControlsAreShownButRefused) {
         << refused[0].toStdString();
     EXPECT_EQ(b.logger.mediaCount(), 1); // the next click is still number 2
     b.clicks.showAndLogFile(MediaTabId::Pictures, "/p/b.jpg");
-    EXPECT_EQ(b.rowTexts().last(), "2\tPictures\t0.000\t\t/p/b.jpg");
+    EXPECT_EQ(b.grid.rows().last(), Event(Pictures, 0, "/p/b.jpg"));
 
     // A text's controls are dropped from its row: it is logged, one field of one line.
     b.clicks.showAndLogText(QString::fromLatin1("Bell\a and\x1b escape\tend"), TextOption::Text);
-    EXPECT_EQ(b.rowTexts().last().section(u'\t', 5), "Bell and escape end");
+    EXPECT_EQ(b.grid.rows().last().text, "Bell and escape end");
     EXPECT_EQ(refused.size(), 5);
 }
 
@@ -195,7 +196,7 @@ TEST(MediaClicks, FiveHundredFastClicksAreAllLoggedInOrderAndRecordEmptiesTheGri
     ASSERT_EQ(b.grid.rowCount(), 500);
     for (int r = 0; r < 500; ++r) {
         ASSERT_EQ(b.grid.text(r, 0).toInt(), r + 1);
-        ASSERT_EQ(b.grid.row(r).timeMs(), r * 3);
+        ASSERT_EQ(b.grid.row(r).atMs, r * 3);
     }
     b.logger.reset();
     EXPECT_EQ(b.grid.rowCount(), 0);
@@ -207,7 +208,7 @@ TEST(MediaClicks, TheCountStopsAtItsSixteenBitLimit) {
     Bench b;
     b.state.gblnRecording = true;
     for (int i = 0; i < EventLogger::kMaxEvents; ++i)
-        b.logger.LogMediaEvent("Pictures", "/p.png");
-    EXPECT_FALSE(b.logger.LogMediaEvent("Pictures", "/p.png"));
+        b.logger.LogMediaEvent(Pictures, "/p.png");
+    EXPECT_FALSE(b.logger.LogMediaEvent(Pictures, "/p.png"));
     EXPECT_EQ(b.grid.rowCount(), EventLogger::kMaxEvents);
 }

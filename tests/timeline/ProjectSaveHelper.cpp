@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
             std::raise(SIGKILL);
     };
     const int version = args[5].toInt();
-    const QList<EventRow> rows = test::PrepareVersion(version, args[3], args[4]);
+    const QList<TimelineEvent> rows = test::PrepareVersion(version, args[3], args[4]);
     const ProjectResult saved = SaveProject(args[2], rows, args[3] + "/RecordedAudio.wav", args[3],
                                             test::VersionCaptions(version));
     if (!saved.ok()) {

@@ -32,7 +32,7 @@ struct SavedProject {
     SavedProject() {
         QDir().mkpath(QFileInfo(media).absolutePath());
         WriteWholeFile("video", media);
-        const QList<EventRow> rows = test::PrepareVersion(1, work, media);
+        const QList<TimelineEvent> rows = test::PrepareVersion(1, work, media);
         EXPECT_TRUE(
             SaveProject(project, rows, work + "/RecordedAudio.wav", work, test::VersionCaptions(1))
                 .ok());
@@ -51,7 +51,7 @@ struct SavedProject {
         const bool rowsMatch =
             opened.rows.size() == version + 1 && opened.missingFiles.isEmpty() &&
             opened.rows[0].text == QString("Version %1").arg(version) &&
-            ReadFileToBytes(opened.rows[0].fileSpec) == test::VersionPicture(version);
+            ReadFileToBytes(opened.rows[0].file) == test::VersionPicture(version);
         const bool captionsMatch = opened.captions == test::VersionCaptions(version);
         EXPECT_TRUE(rowsMatch && captionsMatch)
             << "a mix of versions in " << folder.toStdString() << ": voice " << opened.voiceMs
@@ -72,7 +72,7 @@ struct SavedProject {
     }
 
     ProjectResult saveSecondVersion() {
-        const QList<EventRow> rows = test::PrepareVersion(2, work, media);
+        const QList<TimelineEvent> rows = test::PrepareVersion(2, work, media);
         return SaveProject(project, rows, work + "/RecordedAudio.wav", work,
                            test::VersionCaptions(2));
     }
@@ -89,7 +89,7 @@ TEST(ProjectSave, ReplacesTheFolderWholeKeepingTheUsersFilesWithOrWithoutAnExcha
         ProjectSaveSeamsForTests().refuseExchange = false;
         ASSERT_TRUE(result.ok()) << result.error.toStdString();
         EXPECT_EQ(result.notice, "");
-        EXPECT_EQ(result.rows[0].fileSpec, saved.project + "/Two.jpg");
+        EXPECT_EQ(result.rows[0].file, saved.project + "/Two.jpg");
         EXPECT_EQ(saved.openedVersion(saved.project), 2);
         saved.expectUserFilesKept();
         // The first version's picture was the studio's: it goes with the version.
@@ -101,8 +101,8 @@ TEST(ProjectSave, ReplacesTheFolderWholeKeepingTheUsersFilesWithOrWithoutAnExcha
 TEST(ProjectSave, AFailedWriteLeavesTheOldProjectAndNothingBesideIt) {
     SavedProject saved;
     // The new voice fits on the disk, the new text picture no longer does.
-    const QList<EventRow> rows = test::PrepareVersion(2, saved.work, saved.media);
-    WriteWholeFile(QByteArray(200000, 'p'), rows[0].fileSpec);
+    const QList<TimelineEvent> rows = test::PrepareVersion(2, saved.work, saved.media);
+    WriteWholeFile(QByteArray(200000, 'p'), rows[0].file);
     test::FileSizeLimit limit(static_cast<rlim_t>(test::VersionVoice(2).size() + 10));
     ASSERT_TRUE(limit.isSet());
     const ProjectResult result = SaveProject(saved.project, rows, saved.work + "/RecordedAudio.wav",

@@ -6,7 +6,7 @@
 #include "captions/CaptionCue.h"
 #include "platform/TextFiles.h"
 #include "platform/WavFormat.h"
-#include "studio/EventRow.h"
+#include "studio/TimelineEvent.h"
 
 #include <QDir>
 #include <QList>
@@ -32,14 +32,15 @@ inline CaptionCues VersionCaptions(int version) {
 }
 
 // The voice and the text picture in the work folder, and the rows that name them.
-inline QList<EventRow> PrepareVersion(int version, const QString& work, const QString& media) {
+inline QList<TimelineEvent> PrepareVersion(int version, const QString& work, const QString& media) {
     QDir().mkpath(work);
     WriteWholeFile(VersionVoice(version), work + "/RecordedAudio.wav");
     const QString picture = work + u'/' + VersionPictureName(version);
     WriteWholeFile(VersionPicture(version), picture);
-    QList<EventRow> rows{{1, "Text", "0.100", "", picture, QString("Version %1").arg(version)}};
+    QList<TimelineEvent> rows{
+        {MediaKind::Text, 100, std::nullopt, picture, QString("Version %1").arg(version)}};
     for (int i = 0; i < version; ++i)
-        rows << EventRow{i + 2, "Video", QString("0.%100").arg(i + 2), "", media, std::nullopt};
+        rows << TimelineEvent{MediaKind::Video, (i + 2) * 100, std::nullopt, media, {}};
     return rows;
 }
 

@@ -1,5 +1,7 @@
 #include "timeline/Replay.h"
 #include "FakeMediaDisplay.h"
+#include "studio/StudioSettings.h"
+#include "support/TestRows.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/ReplaySchedule.h"
 
@@ -51,10 +53,10 @@ struct ReplayBench {
 
 TEST(Replay, EachRowIsShownWhenTheVoicePassesItsTime) {
     ReplayBench b;
-    b.grid.appendRowText("1\tVideo\t2.000\t12.5\t/v.mp4");
-    b.grid.appendRowText("2\tPictures\t7.000\t\t/p.jpg");
-    b.grid.appendRowText("3\tBoth\t12.000\t\t/w/Hi.jpg\tHi");
-    b.grid.appendRowText("4\tVideo\t13.000\t\t/w.mp4");
+    b.grid.appendRow(test::Event(MediaKind::Video, 2000, "/v.mp4", 12500));
+    b.grid.appendRow(test::Event(MediaKind::Pictures, 7000, "/p.jpg"));
+    b.grid.appendRow(test::Event(MediaKind::Both, 12000, "/w/Hi.jpg", std::nullopt, "Hi"));
+    b.grid.appendRow(test::Event(MediaKind::Video, 13000, "/w.mp4"));
     ASSERT_TRUE(b.replay.start("/work/RecordedAudio.wav"));
     EXPECT_EQ(b.voice.file, "/work/RecordedAudio.wav");
     EXPECT_TRUE(b.display.muted);
@@ -81,8 +83,8 @@ TEST(Replay, EachRowIsShownWhenTheVoicePassesItsTime) {
 
 TEST(Replay, StopEndsItAndNoFurtherRowIsShown) {
     ReplayBench b;
-    b.grid.appendRowText("1\tPictures\t1.000\t\t/a.jpg");
-    b.grid.appendRowText("2\tPictures\t5.000\t\t/b.jpg");
+    b.grid.appendRow(test::Event(MediaKind::Pictures, 1000, "/a.jpg"));
+    b.grid.appendRow(test::Event(MediaKind::Pictures, 5000, "/b.jpg"));
     int finished = 0;
     QObject::connect(&b.replay, &Replay::finished, [&] { ++finished; });
     b.replay.start("/v.wav");
@@ -99,8 +101,8 @@ TEST(Replay, StopEndsItAndNoFurtherRowIsShown) {
 
 TEST(Replay, TheTimerDrivesItWhileTheEventLoopStaysFree) {
     ReplayBench b;
-    b.grid.appendRowText("1\tPictures\t0.000\t\t/a.jpg");
-    b.grid.appendRowText("2\tPictures\t0.100\t\t/b.jpg");
+    b.grid.appendRow(test::Event(MediaKind::Pictures, 0, "/a.jpg"));
+    b.grid.appendRow(test::Event(MediaKind::Pictures, 100, "/b.jpg"));
     QElapsedTimer clock;
     clock.start();
     // The "voice" follows real time; other timers keep firing meanwhile.

@@ -1,5 +1,6 @@
 #include "timeline/SlideShow.h"
 #include "FakeMediaDisplay.h"
+#include "support/TestRows.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/PictureList.h"
@@ -115,7 +116,7 @@ TEST(SlideShow, ClickReturnsAtOnceAndEveryPictureStaysItsWholeWait) {
     EXPECT_GE(b.shownAtNs[1] - b.shownAtNs[0], 600 * kMs - kMs);
     EXPECT_GE(b.shownAtNs[2] - b.shownAtNs[1], 300 * kMs - kMs);
     EXPECT_EQ(b.grid.rowCount(), b.display.calls.size());
-    EXPECT_EQ(b.grid.rows().first().rowText(), "1\tPictures\t4.000\t\t/pics/b.png");
+    EXPECT_EQ(b.grid.rows().first(), test::Event(MediaKind::Pictures, 4000, "/pics/b.png"));
 }
 
 TEST(SlideShow, StopEndsTheShowBeforeItsNextPictureAndAStartBeginsAgain) {

@@ -6,6 +6,7 @@
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
 #include "take/Recorder.h"
+#include "support/TestRows.h"
 #include "take/widgets/LevelBar.h"
 #include "take/widgets/MicrophoneMeter.h"
 #include "take/widgets/RecordingPanel.h"
@@ -47,8 +48,8 @@ TEST(TimelineWidgets, TheEventsButtonShowsAndHidesTheGrid) {
 
 TEST(TimelineWidgets, GridRowsCanBeDeletedWithTheKeyboardOnlyWhenNotRecording) {
     EventGridModel model;
-    model.appendRowText("1\tPictures\t1.000\t\t/a.jpg");
-    model.appendRowText("2\tPictures\t2.000\t\t/b.jpg");
+    model.appendRow(test::Event(MediaKind::Pictures, 1000, "/a.jpg"));
+    model.appendRow(test::Event(MediaKind::Pictures, 2000, "/b.jpg"));
     EventGridView view(model);
     view.show();
     view.setCurrentIndex(model.index(0, 0));
@@ -58,7 +59,7 @@ TEST(TimelineWidgets, GridRowsCanBeDeletedWithTheKeyboardOnlyWhenNotRecording) {
     model.setEditable(true);
     QTest::keyClick(&view, Qt::Key_Delete);
     ASSERT_EQ(model.rowCount(), 1);
-    EXPECT_EQ(model.row(0).rowText(), "1\tPictures\t2.000\t\t/b.jpg");
+    EXPECT_EQ(model.row(0), test::Event(MediaKind::Pictures, 2000, "/b.jpg"));
 }
 
 namespace {
@@ -121,16 +122,17 @@ void recordFourClicks(frmClipquill& w, const QString& mediaFolder, QList<ClickTi
 void expectTheFourRows(frmClipquill& w, const QString& red, const QList<ClickTime>& clicks) {
     const EventGridModel& grid = w.timeline().grid();
     ASSERT_EQ(grid.rowCount(), 4);
-    EXPECT_EQ(grid.mediaTypes(), QStringList({"Pictures", "Text", "Pictures", "Pictures"}));
-    EXPECT_EQ(grid.row(2).fileSpec, red);
+    using enum MediaKind;
+    EXPECT_EQ(grid.mediaTypes(), QList<MediaKind>({Pictures, Text, Pictures, Pictures}));
+    EXPECT_EQ(grid.row(2).file, red);
     ASSERT_EQ(clicks.size(), 4);
     for (int row = 0; row < 4; ++row) {
-        EXPECT_GE(grid.row(row).timeMs(), clicks[row].from) << row;
-        EXPECT_LE(grid.row(row).timeMs(), clicks[row].to) << row;
+        EXPECT_GE(grid.row(row).atMs, clicks[row].from) << row;
+        EXPECT_LE(grid.row(row).atMs, clicks[row].to) << row;
     }
-    const QString textPicture = w.paths().gstrTempFilesDirectory + u'/' +
-                                TextPictureFileName(grid.row(1).text.value_or(QString()));
-    EXPECT_EQ(grid.row(1).fileSpec, textPicture);
+    const QString textPicture =
+        w.paths().gstrTempFilesDirectory + u'/' + TextPictureFileName(grid.row(1).text);
+    EXPECT_EQ(grid.row(1).file, textPicture);
     QFile bmp(textPicture);
     ASSERT_TRUE(bmp.open(QIODevice::ReadOnly));
     EXPECT_EQ(bmp.read(2), "BM");
@@ -181,7 +183,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     };
     t.projectPanel()->chooseFolderAndOpen();
     ASSERT_EQ(t.grid().rowCount(), 4);
-    EXPECT_TRUE(QFile::exists(t.grid().row(1).fileSpec));
+    EXPECT_TRUE(QFile::exists(t.grid().row(1).file));
     EXPECT_NEAR(w->recordingState().recordingLengthMs, 1900, 300);
 
     QList<int> shown;
@@ -196,9 +198,9 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
 
 TEST(TimelineWidgets, ATimeTypedIntoTheGridMovesItsRow) {
     EventGridModel model;
-    model.appendRowText("1\tPictures\t1.000\t\t/a.jpg");
-    model.appendRowText("2\tPictures\t2.000\t\t/b.jpg");
-    model.appendRowText("3\tPictures\t3.000\t\t/c.jpg");
+    model.appendRow(test::Event(MediaKind::Pictures, 1000, "/a.jpg"));
+    model.appendRow(test::Event(MediaKind::Pictures, 2000, "/b.jpg"));
+    model.appendRow(test::Event(MediaKind::Pictures, 3000, "/c.jpg"));
     EventGridView view(model);
     view.show();
     const QModelIndex time = model.index(2, EventGridModel::TimeLine);
@@ -209,8 +211,7 @@ TEST(TimelineWidgets, ATimeTypedIntoTheGridMovesItsRow) {
     QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClicks(editor, "0.5");
     QTest::keyClick(editor, Qt::Key_Return);
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return model.row(0).rowText() == "1\tPictures\t0.500\t\t/c.jpg"; }, 5000))
-        << model.row(0).rowText().toStdString();
-    EXPECT_EQ(model.row(2).rowText(), "3\tPictures\t2.000\t\t/b.jpg");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return model.row(0).file == "/c.jpg"; }, 5000));
+    EXPECT_EQ(model.row(0), test::Event(MediaKind::Pictures, 500, "/c.jpg"));
+    EXPECT_EQ(model.row(2), test::Event(MediaKind::Pictures, 2000, "/b.jpg"));
 }

@@ -17,12 +17,6 @@
 
 namespace cq {
 
-namespace {
-QString seconds(qint64 ms, int decimals) {
-    return QString::number(ms / 1000.0, 'f', decimals);
-}
-} // namespace
-
 StudioDisplay::StudioDisplay(MediaStation& media, StudioSettings& studio, QObject* parent)
     : QObject(parent), m_media(media), m_studio(studio) {}
 
@@ -35,9 +29,8 @@ void StudioDisplay::connectTimeline(MediaClickHandler& clicks, EventLogger& even
 
     connect(&browser, &MediaBrowser::fileClicked, this, &StudioDisplay::File1_Click);
     // A thumbnail click shows the picture by itself; only the logging is left to do.
-    connect(
-        &browser, &MediaBrowser::mediaEventRequested, logger,
-        [logger](const QString& type, const QString& file) { logger->LogMediaEvent(type, file); });
+    connect(&browser, &MediaBrowser::mediaEventRequested, logger,
+            [logger](MediaKind type, const QString& file) { logger->LogMediaEvent(type, file); });
     connect(m_media.fraText(), &TextFrame::textClicked, this, &StudioDisplay::lstText_Click);
     connect(m_media.fraText(), &TextFrame::textEdited, this,
             [this](const QString& text) { m_studio.gstrCurrentText = text; });
@@ -48,8 +41,8 @@ void StudioDisplay::connectTimeline(MediaClickHandler& clicks, EventLogger& even
     // The user moved the video's play position: the video from there is a new event.
     connect(video, &MediaPlayer::positionChange, logger,
             [logger, video](double, double newPosition) {
-                logger->LogMediaEvent(QStringLiteral("Video"), video->URL(),
-                                      QString::number(qMax(0.0, newPosition), 'f', 3));
+                logger->LogMediaEvent(MediaKind::Video, video->URL(),
+                                      qRound64(qMax(0.0, newPosition) * 1000));
             });
 }
 
@@ -141,12 +134,11 @@ void StudioDisplay::afterDisplaySwitch(DisplaySurface view) {
         return;
     if (view == DisplaySurface::Video) {
         if (!currentVideo().isEmpty())
-            m_logger->LogMediaEvent(QStringLiteral("Video"), currentVideo(),
-                                    seconds(videoPositionMs(), 2));
+            m_logger->LogMediaEvent(MediaKind::Video, currentVideo(), videoPositionMs());
     } else if (view == DisplaySurface::Picture) {
         const QString picture = pictureForSwitch();
         if (!picture.isEmpty())
-            m_logger->LogMediaEvent(QStringLiteral("Pictures"), picture);
+            m_logger->LogMediaEvent(MediaKind::Pictures, picture);
     } else if (view == DisplaySurface::Text) {
         m_clicks->showAndLogText(m_studio.gstrCurrentText, m_media.fraText()->selectedOption(),
                                  true);

@@ -210,7 +210,7 @@ qint64 frmClipquill::captionTimeMs() const {
     const QModelIndex current = grid->currentIndex();
     if (grid->isHidden() || !current.isValid())
         return -1;
-    return m_timeline->grid().row(current.row()).timeMs();
+    return m_timeline->grid().row(current.row()).atMs;
 }
 
 RenderRequest frmClipquill::renderRequest() const {

@@ -151,7 +151,7 @@ void MediaBrowser::onThumbnailAnchor(const QUrl& url) {
         emit pictureClicked(click.fileSpec);
     // A video or a sound among the pictures plays as a click on it in a file list would; a
     // video logged without being seen would surprise the user in the render.
-    if (click.mediaType == u"Video" || click.mediaType == u"Audio")
+    if (click.mediaType == MediaKind::Video || click.mediaType == MediaKind::Audio)
         emit fileClicked(MediaTabId::Pictures, click.fileSpec);
     else if (click.log)
         emit mediaEventRequested(click.mediaType, click.fileSpec);

@@ -4,6 +4,7 @@
 #include "platform/ToolLocator.h"
 #include "studio/AppPaths.h"
 #include "studio/DirectorySettings.h"
+#include "studio/TimelineEvent.h"
 
 #include <QString>
 #include <QWidget>
@@ -51,7 +52,7 @@ signals:
     // A thumbnail of a picture was clicked: the picture is to be shown.
     void pictureClicked(const QString& fileSpec);
     // A picture thumbnail click, which a running recording logs.
-    void mediaEventRequested(const QString& mediaType, const QString& fileSpec);
+    void mediaEventRequested(MediaKind mediaType, const QString& fileSpec);
 
 private:
     void onFolderChanged(MediaTabId tab, const QString& path);
