@@ -29,10 +29,8 @@ TEST(CaptionsWindow, TheEditorSitsBesideTheGridAndTheOptionsReachTheRender) {
     EXPECT_TRUE(panel->isVisible());
 
     EventGridModel& grid = w->timeline().grid();
-    QList<TimelineEvent> rows{test::Event(MediaKind::Pictures, 0, "/p/a.jpg"),
-                              test::Event(MediaKind::Text, 1500, "/w/Hi.jpg")};
-    rows[1].text = QStringLiteral("Hi");
-    grid.setRows(rows);
+    grid.setRows({test::Event(MediaKind::Pictures, 0, "/p/a.jpg"),
+                  test::Event(MediaKind::Text, 1500, "/w/Hi.jpg", std::nullopt, "Hi")});
     w->recordingState().recordingLengthMs = 4000;
     EXPECT_FALSE(w->renderRequest().inputs.writeCaptions);
     for (const char* name : {"chkCaptions", "chkBurnCaptions"}) {

@@ -27,8 +27,7 @@ namespace {
 RenderInputs withATextRow() {
     RenderInputs in;
     in.rows = {test::Event(MediaKind::Pictures, 0, "/p/a.jpg"),
-               test::Event(MediaKind::Text, 1000, "/w/Hi.jpg")};
-    in.rows[1].text = QStringLiteral("Hi");
+               test::Event(MediaKind::Text, 1000, "/w/Hi.jpg", std::nullopt, "Hi")};
     in.recordingMs = 3000;
     return in;
 }

@@ -2,8 +2,6 @@
 #include "../timeline/FakeMediaDisplay.h"
 #include "support/FileSizeLimit.h"
 #include "take/Recorder.h"
-#include "timeline/RecordingController.h"
-#include "FakeMediaDisplay.h"
 #include "studio/StudioSettings.h"
 #include "support/TestRows.h"
 #include "timeline/EventGridModel.h"
