@@ -43,7 +43,6 @@ public:
                                       // taskFinished still comes, with a Cancelled result
     bool isBusy() const;              // anything queued, running or still to be reported
     int maxRunning() const { return m_maxRunning; }
-    int runningCount() const { return static_cast<int>(m_running.size()); }
 
     // "name" is a FIFO (not a regular file): the reason a task's input was refused; empty when
     // every file may go to a tool.

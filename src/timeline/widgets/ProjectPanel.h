@@ -32,7 +32,6 @@ public:
     void cmdOpenProject_Click();
 
 signals:
-    void projectOpened(const QString& folder);
     void projectSaved(const QString& folder);
 
 private:
