@@ -62,7 +62,10 @@ CheckFinding checkSpeech() {
     if (speech.state() != QTextToSpeech::Ready) {
         QEventLoop loop;
         QObject::connect(&speech, &QTextToSpeech::stateChanged, &loop, &QEventLoop::quit);
-        QTimer::singleShot(3000, &loop, &QEventLoop::quit);
+        // An engine still loading its voices is given a moment; one that is not ready by then
+        // would keep the texts silent too.
+        constexpr int kSpeechReadyWaitMs = 3000;
+        QTimer::singleShot(kSpeechReadyWaitMs, &loop, &QEventLoop::quit);
         loop.exec();
     }
     const QList<QVoice> voices = speech.availableVoices();

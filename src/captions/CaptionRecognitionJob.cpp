@@ -16,6 +16,8 @@ namespace {
 // A voice shorter than this is not worth a second decoder: loading the model costs more.
 constexpr qint64 kMinSamplesToCut = 20LL * kSpeechSamplesPerSecond;
 constexpr int kProgressIntervalMs = 100;
+// The decoders go up to here: the last percent waits until their words are cues.
+constexpr qint64 kDecodedPercent = 99;
 
 } // namespace
 
@@ -141,7 +143,7 @@ void CaptionRecognitionJob::startDecoding(qint64 samples) {
 void CaptionRecognitionJob::reportProgress() {
     if (!m_progress || m_totalSamples <= 0)
         return;
-    setProgress(int(qMin<qint64>(99, m_progress->samplesDone * 100 / m_totalSamples)));
+    setProgress(int(qMin(kDecodedPercent, m_progress->samplesDone * 100 / m_totalSamples)));
 }
 
 void CaptionRecognitionJob::onThreadFinished() {

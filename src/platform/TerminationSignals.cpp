@@ -66,7 +66,6 @@ void TerminationSignals::onReadable() {
     if (::read(m_pipe[0], &byte, 1) != 1 || m_received != 0)
         return;
     m_received = byte;
-    emit terminationRequested(m_received);
     // Ends the main loop of the window and any local loop a headless command waits in; loops
     // started later return at once.
     QCoreApplication::exit(exitCode());

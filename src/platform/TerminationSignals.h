@@ -26,9 +26,6 @@ public:
     // The exit code a shell expects of a program ended by the signal: 128 + its number.
     int exitCode() const { return m_received ? 128 + m_received : 0; }
 
-signals:
-    void terminationRequested(int signalNumber);
-
 private:
     void onReadable();
 

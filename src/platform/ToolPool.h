@@ -42,7 +42,6 @@ public:
                                       // taskFinished still comes, with a Cancelled result
     bool isBusy() const;              // anything queued, running or still to be reported
     int maxRunning() const { return m_maxRunning; }
-    int runningCount() const { return static_cast<int>(m_running.size()); }
 
 signals:
     void taskStarted(int id);

@@ -46,8 +46,6 @@ public:
     // the run ends, however it ends (finished, failed, cancelled, the runner destroyed, the
     // studio killed). Empty: runs use the common temporary folder.
     void setTemporaryFolderIn(const QString& workSpace) { m_workSpace = workSpace; }
-    // The current run's private temporary folder; empty when there is none.
-    QString temporaryFolder() const { return m_temporaryFolder; }
     // Every private temporary folder's name begins with this, followed by the studio's process
     // id; what a killed studio left behind is found by it.
     static QString temporaryFolderPrefix() { return QStringLiteral("cq-run-"); }

@@ -13,7 +13,6 @@ struct FrameRate {
 
     static FrameRate ntsc() { return {30000, 1001}; }
     bool isValid() const { return num > 0 && den > 0; }
-    double perSecond() const { return double(num) / double(den); }
     // "30000/1001", or "25" for a whole rate: what ffmpeg's -r and fps= take.
     QString ffmpegText() const;
     // The frame of a stream at this rate that is shown at a time, rounded to the nearest.

@@ -38,9 +38,15 @@ QString itemProblem(const RunResult& r, const QString& pieceCheck) {
     return runProblem(r);
 }
 
-// Far past any honest run time a run is stopped, and its pieces count as failed.
+// Far past any honest run time a run is stopped, and its pieces count as failed: a minute to
+// start ffmpeg and open the inputs, then 50 ms a frame, many times what an encoder needs for a
+// frame even on a slow, busy machine; and no run of pieces gets more than an hour.
+constexpr qint64 kRunStartAllowanceMs = 60000;
+constexpr qint64 kFrameAllowanceMs = 50;
+constexpr qint64 kLongestRunMs = 3600000;
+
 int timeLimitMs(qint64 frames) {
-    return int(std::min<qint64>(60000 + frames * 50, 3600000));
+    return int(std::min(kRunStartAllowanceMs + frames * kFrameAllowanceMs, kLongestRunMs));
 }
 
 } // namespace

@@ -38,6 +38,8 @@ constexpr std::array kSteps{RenderJob::Step::Probe,  RenderJob::Step::Plan,
                             RenderJob::Step::Verify, RenderJob::Step::Publish};
 
 constexpr int kPiecesShare = 60; // percent of the progress bar for the pieces
+// The mix goes up to here: the last percent waits until the result is checked and in place.
+constexpr int kMixedPercent = 99;
 
 QString cancelledText() {
     return QStringLiteral("The render was cancelled.");
@@ -296,7 +298,7 @@ void RenderJob::startMix() {
     m_mix = new MixStep(m_plan.finalCommand, m_space.partialOutput, this);
     connect(m_mix, &MixStep::progressed, this, [this](qint64 ms) {
         const int base = m_plan.audioOnly ? 0 : kPiecesShare;
-        setProgress(base + int((99 - base) * ms / std::max<qint64>(1, m_plan.targetMs)));
+        setProgress(base + int((kMixedPercent - base) * ms / std::max<qint64>(1, m_plan.targetMs)));
     });
     connect(m_mix, &MixStep::finished, this, [this](const QString& problem) {
         if (!problem.isEmpty() && !m_cancelling)

@@ -20,7 +20,8 @@ bool RenderWorkspace::acquire() {
         auto lock =
             std::make_unique<QLockFile>(m_workFolder + QStringLiteral("/Render%1.lock").arg(n));
         // A lock whose owner died is taken over at once; a living owner keeps it for a day.
-        lock->setStaleLockTime(24 * 3600 * 1000);
+        constexpr int kLivingOwnersHoldMs = 24 * 3600 * 1000;
+        lock->setStaleLockTime(kLivingOwnersHoldMs);
         if (!lock->tryLock(0))
             continue;
         const QString folder = m_workFolder + QStringLiteral("/Render%1").arg(n);

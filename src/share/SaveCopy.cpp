@@ -19,7 +19,9 @@ QString SaveNameProblem(const QString& name) {
         return QStringLiteral("\"%1\" cannot be used as a file name.").arg(trimmed);
     if (trimmed.contains(QChar(0)) || trimmed.contains(u'\n') || trimmed.contains(u'\r'))
         return QStringLiteral("A file name cannot contain line breaks.");
-    if (trimmed.toUtf8().size() > 250)
+    // A file name holds 255 bytes, and the copy's name gets an extension (".mp4", ".srt").
+    constexpr qsizetype kLongestNameBytes = 250;
+    if (trimmed.toUtf8().size() > kLongestNameBytes)
         return QStringLiteral("The name is too long for a file name.");
     return {};
 }

@@ -60,20 +60,17 @@ TEST(PicturePages, NamesThatNeedEscapingSurviveThePageAndComeBackFromAClick) {
     }
 }
 
-TEST(PicturePages, ThumbnailPageHasTheLiteralPiecesAndAtMostAThousandAnchors) {
+TEST(PicturePages, ThumbnailPageLinksEachPictureToItsThumbnailAndAtMostAThousand) {
     QStringList entries;
     for (int i = 0; i < 1500; ++i)
         entries.append(QStringLiteral("p%1.jpg").arg(i));
     entries[3].clear(); // an empty entry gives no anchor
     const QString page = BuildThumbnailPage("/pics/Trip", entries, "/app/SmallPics/Trip");
-    EXPECT_TRUE(page.startsWith(QStringLiteral("<HTML><BODY BGCOLOR = \"Black\"><a href=\"")));
-    EXPECT_TRUE(page.endsWith(QStringLiteral("\"></a></BODY></HTML>")));
-    EXPECT_EQ(page.count(QStringLiteral("<a href=\"")), 999);
-    EXPECT_TRUE(page.contains(QStringLiteral(
-        "<a href=\"/pics/Trip/p0.jpg\"><IMG src=\"/app/SmallPics/Trip/p0.jpg\" "
-        "style=\"border-style: none\" alt=\"p\"></a><a href=\"/pics/Trip/p1.jpg\"")));
-    EXPECT_TRUE(page.contains(QStringLiteral("p999.jpg")));
-    EXPECT_FALSE(page.contains(QStringLiteral("p1000.jpg")));
+    const QStringList hrefs = Hrefs(page);
+    ASSERT_EQ(hrefs.size(), 999);
+    EXPECT_EQ(hrefs.first(), "/pics/Trip/p0.jpg");
+    EXPECT_EQ(hrefs.last(), "/pics/Trip/p999.jpg");
+    EXPECT_TRUE(page.contains(QStringLiteral("src=\"/app/SmallPics/Trip/p0.jpg\"")));
 }
 
 TEST(PicturePages, TheNoteOfPicturesWithoutThumbnailStaysOneShortLine) {
@@ -127,9 +124,8 @@ TEST(PicturePages, FittingFillsTheWidthLessAMarginAndKeepsProportions) {
 
 TEST(PicturePages, PicturePageCarriesTheSizeAsStyleAndAttributes) {
     const QString page = BuildPicturePage("/p/a&b.jpg", {333, 1332});
-    EXPECT_EQ(page, QStringLiteral("<HTML><BODY BGCOLOR = \"Black\"><Center><IMG style=\"WIDTH: "
-                                   "333px; HEIGHT: 1332px\" alt=\"\" src=\"/p/a&amp;b.jpg\" "
-                                   "WIDTH=\"333\" HEIGHT=\"1332\"></Center></BODY></HTML>"));
+    EXPECT_TRUE(page.contains("src=\"/p/a&amp;b.jpg\"")) << page.toStdString();
+    EXPECT_TRUE(page.contains("WIDTH=\"333\" HEIGHT=\"1332\"")) << page.toStdString();
     EXPECT_TRUE(HasPicturePageExtension("scan.TIF"));
     EXPECT_TRUE(HasPicturePageExtension("x.Png"));
     EXPECT_FALSE(HasPicturePageExtension("scan.tiff"));

@@ -64,7 +64,6 @@ bool LocalHttpServer::answer(QTcpSocket* socket, QByteArray& buffer) {
     if (requestLine.value(0) == "POST" && path == u"/report") {
         m_report = body;
         send(socket, "200 OK", "Content-Type: text/plain\r\n", "thanks");
-        emit reported();
     } else if (m_resources.contains(path)) {
         const QRegularExpressionMatch range = rangeRe.match(headText);
         sendResource(socket, m_resources.value(path),

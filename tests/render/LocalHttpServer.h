@@ -26,9 +26,6 @@ public:
     QByteArray report() const { return m_report; }
     int rangeAnswers() const { return m_rangeAnswers; }
 
-signals:
-    void reported();
-
 private:
     struct Resource {
         QByteArray type;

@@ -3,10 +3,8 @@
 #include "share/ConversionCommand.h"
 #include "share/ConversionJob.h"
 #include "share/ConversionPresets.h"
-#include "support/LiveProcesses.h"
 #include "support/TestAppFolder.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -15,8 +13,6 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <functional>
 
 #include <gtest/gtest.h>
 
@@ -84,15 +80,13 @@ QString Ffmpeg() {
 
 // How a conversion ended; progress, when given, gets what it told on the way.
 JobEnd Convert(ConversionJob& job, const ToolCommand& command, const QString& output,
-               QList<int>* progress = nullptr, const std::function<void()>& whileRunning = {}) {
+               QList<int>* progress = nullptr) {
     QObject watcher;
     if (progress)
         QObject::connect(&job, &ConversionJob::progressed, &watcher,
                          [progress](int percent) { *progress << percent; });
     EXPECT_TRUE(job.start(command, output));
     EXPECT_TRUE(job.isRunning()) << "ended inside start()";
-    if (whileRunning)
-        whileRunning();
     EXPECT_TRUE(QTest::qWaitFor([&] { return !job.isRunning(); }, 60000));
     return job.lastEnd();
 }
@@ -183,26 +177,6 @@ TEST(ConversionJob, EveryFormatConvertsAndHoldsTheExpectedStreams) {
     EXPECT_FALSE(QFile::exists(dir.path() + "/pwned"));
     EXPECT_FALSE(QFile::exists(QDir::currentPath() + "/pwned"));
     EXPECT_FALSE(QFile::exists(QDir::currentPath() + "/pwned2"));
-}
-
-TEST(ConversionJob, CancelStopsFfmpegAndLeavesNoUnfinishedFile) {
-    ASSERT_FALSE(Ffmpeg().isEmpty());
-    QTemporaryDir dir;
-    const QString output = dir.path() + "/FinalMix.MPG";
-    ConversionJob job;
-    // A real-time source that would run for a minute, written to a real file.
-    const ToolCommand command{
-        Ffmpeg(),
-        {"-nostdin", "-re", "-f", "lavfi", "-i", "testsrc=duration=60", "-y", "file:" + output}};
-    const JobEnd end = Convert(job, command, output, nullptr, [&] {
-        ASSERT_TRUE(QTest::qWaitFor([&] { return QFileInfo(output).size() > 0; }, 20000));
-        job.cancel();
-    });
-    EXPECT_TRUE(end.isCancelled());
-    EXPECT_FALSE(job.isRunning());
-    EXPECT_FALSE(QFile::exists(output));
-    EXPECT_EQ(test::ProcessesMentioning(output.toUtf8(), QCoreApplication::applicationPid()),
-              QList<qint64>());
 }
 
 TEST(ConversionJob, AFailedRunOrAMissingToolEndsWithFailedAndNoFile) {

@@ -8,7 +8,7 @@ namespace cq {
 
 KeepAwake::KeepAwake(QObject* parent) : QObject(parent), m_runner(new ToolRunner(this)) {
     m_timer.setObjectName(QStringLiteral("tmrMoveMouseToPreventScreenSaver"));
-    m_timer.setInterval(50000);
+    m_timer.setInterval(kResetIntervalMs);
     connect(&m_timer, &QTimer::timeout, this, &KeepAwake::tmrMoveMouseToPreventScreenSaver_Timer);
     m_timer.start();
 }

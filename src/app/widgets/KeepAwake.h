@@ -17,6 +17,9 @@ public:
     QTimer& tmrMoveMouseToPreventScreenSaver() { return m_timer; }
 
 private:
+    // Under the shortest delay a screen saver can be set to: a minute.
+    static constexpr int kResetIntervalMs = 50000;
+
     // Named after the mouse nudge that kept screen savers away on older desktops.
     void tmrMoveMouseToPreventScreenSaver_Timer();
     void resetScreenSaver();

@@ -37,7 +37,6 @@ public:
 
     MediaBrowser& mediaBrowser() const { return *m_browser; }
     DisplayPlace& displayPlace() const { return *m_display; }
-    VolumeLevelsPanel* volumeLevels() const { return m_volumeLevels; }
     SpeechVoice* vox() const { return m_vox; }
     TextFrame* fraText() const { return m_fraText; }
     TextDisplaySurface* picDisplay() const { return m_picDisplay; }

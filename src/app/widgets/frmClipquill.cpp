@@ -247,7 +247,7 @@ void frmClipquill::onRenderFinished(const RenderReport& report) {
 
 void frmClipquill::showRenderedResult(const QString& file, bool play) {
     // Watching the result is like recording: the screen saver stays away again (Stop ended it).
-    m_keepAwake->tmrMoveMouseToPreventScreenSaver().start(50000);
+    m_keepAwake->tmrMoveMouseToPreventScreenSaver().start();
     MediaPlayer* player = m_media->videoPlayer();
     player->setVolume(90);
     if (play)

@@ -53,7 +53,6 @@ public:
     RenderPanel& renderPanel() { return *m_renderPanel; }
     QLabel* statusText() const { return m_lblStatus; }
     TimelineStudio& timeline() { return *m_timeline; }
-    CaptionPanel& captionPanel() { return *m_captionPanel; }
     CaptionMaking& captionMaking() { return *m_captionMaking; }
     // What "Render" renders: the grid, the voice, the settings and the captions.
     RenderRequest renderRequest() const;

@@ -167,7 +167,9 @@ void MediaBrowser::onThumbnailsStarted(int total) {
         m_progress->setCancelButtonText(QStringLiteral("Cancel"));
         m_progress->setAutoClose(false);
         m_progress->setAutoReset(false);
-        m_progress->setMinimumDuration(400);
+        // Thumbnails that are made at once never flash a dialog.
+        constexpr int kShowProgressAfterMs = 400;
+        m_progress->setMinimumDuration(kShowProgressAfterMs);
         connect(m_progress, &QProgressDialog::canceled, m_pages, &PicturesWebPage::cancel);
         connect(m_pages, &PicturesWebPage::progressed, m_progress, &QProgressDialog::setValue);
     }

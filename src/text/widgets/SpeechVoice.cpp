@@ -48,7 +48,10 @@ void SpeechVoice::SpeakText(const QString& text) {
 }
 
 int SpeechVoice::synthesisMilliseconds(const QString& text) {
-    return 200 + 3 * static_cast<int>(text.size());
+    // A generous bound: a start, then a little for every character of the text.
+    constexpr int kSynthesisStartMs = 200;
+    constexpr int kSynthesisMsPerCharacter = 3;
+    return kSynthesisStartMs + kSynthesisMsPerCharacter * static_cast<int>(text.size());
 }
 
 void SpeechVoice::StopSpeaking() {

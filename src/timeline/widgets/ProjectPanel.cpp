@@ -124,7 +124,6 @@ void ProjectPanel::openProject(const QString& folder) {
     m_grid.setRows(result.rows);
     m_state.recordingLengthMs = qMax<qint64>(result.voiceMs, 0);
     m_captions.loadCues(result.captions);
-    emit projectOpened(folder);
     QStringList problems;
     if (!result.missingFiles.isEmpty())
         problems << QStringLiteral("These files are missing and will show nothing:\n%1")

@@ -34,7 +34,6 @@ public:
     void chooseFolderAndOpen();
 
 signals:
-    void projectOpened(const QString& folder);
     void projectSaved(const QString& folder);
 
 private:
