@@ -109,7 +109,7 @@ protected:
         ASSERT_EQ(grid.rowCount(), 3);
         EXPECT_EQ(grid.row(0).file, media.filePath("red.jpg"));
         EXPECT_EQ(grid.row(1).file, media.filePath("blue.jpg"));
-        EXPECT_GE(grid.row(2).timeMs(), 1200);
+        EXPECT_GE(grid.row(2).atMs, 1200);
     }
 
     test::TestAppFolder app;
