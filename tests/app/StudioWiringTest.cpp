@@ -46,7 +46,7 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     picture.fill(Qt::green);
     ASSERT_TRUE(picture.save(media.filePath("green field.jpg")));
     auto w = test::OpenStudio(app);
-    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Pictures, media.path()));
+    ASSERT_TRUE(w->mediaBrowser().showFolder(MediaTabId::Pictures, media.path()));
     const EventGridModel& grid = w->timeline().grid();
 
     clickItem(w->findChild<QListWidget*>("File1_2"), "green field.jpg");
@@ -117,8 +117,8 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
     QTemporaryDir media;
     ASSERT_NO_FATAL_FAILURE(makeClipAndBeep(media.path()));
     auto w = test::OpenStudio(app);
-    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Video, media.path()));
-    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Audio, media.path()));
+    ASSERT_TRUE(w->mediaBrowser().showFolder(MediaTabId::Video, media.path()));
+    ASSERT_TRUE(w->mediaBrowser().showFolder(MediaTabId::Audio, media.path()));
     const EventGridModel& grid = w->timeline().grid();
     w->recordingState().gblnRecording = true;
 

@@ -97,7 +97,7 @@ void recordFourClicks(frmClipquill& w, const QString& mediaFolder, QList<ClickTi
     QTest::mouseClick(t.recordingPanel()->recordButton(), Qt::LeftButton);
     ASSERT_TRUE(w.recordingState().gblnRecording);
     EXPECT_TRUE(t.recordingPanel()->tmrRecording().isActive());
-    ASSERT_TRUE(w.mediaBrowser().Dir1_Change(MediaTabId::Pictures, mediaFolder));
+    ASSERT_TRUE(w.mediaBrowser().showFolder(MediaTabId::Pictures, mediaFolder));
     auto* pictures = w.findChild<QListWidget*>("File1_2");
     auto* texts = w.findChild<QListWidget*>("lstText");
     ASSERT_TRUE(pictures && texts);

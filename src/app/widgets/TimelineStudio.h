@@ -30,7 +30,6 @@ class TakeQuestions;
 struct AppPaths;
 struct DirectorySettings;
 struct RecordingState;
-struct StudioSettings;
 
 // Everything of the recording and its timeline, put together for the main window: the
 // recorder, the event grid and its logging, the media clicks, replay, slide show, projects and
@@ -40,7 +39,6 @@ class TimelineStudio : public QObject {
 public:
     struct Context {
         RecordingState& recording;
-        StudioSettings& studio;
         const AppPaths& paths;
         const DirectorySettings& directories;
         QWidget* window;
@@ -67,8 +65,6 @@ public:
     RecordingController& controller() { return *m_controller; }
     Recorder& recorder() { return *m_recorder; }
     Replay& replay() { return *m_replay; }
-    SlideShow& slideShow() { return *m_slideShow; }
-    MediaDisplay& display() { return m_display; }
     TakeKeeper& takeKeeper() { return *m_takeKeeper; }
     TakeQuestions& takeQuestions() { return *m_takeQuestions; }
 

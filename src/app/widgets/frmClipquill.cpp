@@ -167,10 +167,9 @@ void frmClipquill::buildStatusBar() {
 QLayout* frmClipquill::buildTimeline(QWidget* central) {
     m_pictureList =
         std::make_unique<TabPictureList>(*m_media->mediaBrowser().tab(MediaTabId::Pictures));
-    m_timeline =
-        new TimelineStudio({m_recording, m_studio, m_paths, m_settings, central, *m_display,
-                            m_media->RecordedAudioPlayBackWMP(), m_pictureList.get()},
-                           this);
+    m_timeline = new TimelineStudio({m_recording, m_paths, m_settings, central, *m_display,
+                                     m_media->RecordedAudioPlayBackWMP(), m_pictureList.get()},
+                                    this);
     connect(m_timeline, &TimelineStudio::stopPressed, this,
             [this] { m_keepAwake->tmrMoveMouseToPreventScreenSaver().stop(); });
     m_cmdCaptions =
