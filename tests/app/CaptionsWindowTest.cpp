@@ -6,6 +6,7 @@
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
 #include "support/TestRows.h"
+#include "take/RecordingController.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/widgets/EventGridView.h"
 
@@ -33,7 +34,7 @@ TEST(CaptionsWindow, TheEditorSitsBesideTheGridAndTheOptionsReachTheRender) {
                          test::Row(2, "Text", "1.500", "/w/Hi.jpg")};
     rows[1].text = QStringLiteral("Hi");
     grid.setRows(rows);
-    w->recordingState().recordingLengthMs = 4000;
+    w->timeline().controller().setRecordingLengthMs(4000);
     EXPECT_FALSE(w->renderRequest().inputs.writeCaptions);
     for (const char* name : {"chkCaptions", "chkBurnCaptions"}) {
         auto* box = w->findChild<QCheckBox*>(name);

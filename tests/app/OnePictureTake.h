@@ -4,6 +4,7 @@
 #include "app/widgets/frmClipquill.h"
 #include "studio/AppPaths.h"
 #include "support/TestAppFolder.h"
+#include "take/RecordingController.h"
 #include "timeline/EventGridModel.h"
 
 #include <QImage>
@@ -28,7 +29,7 @@ inline void PrepareOnePictureTake(frmClipquill& w, const TestAppFolder& app, Qt:
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
     ASSERT_TRUE(w.timeline().grid().appendRowText("1\tPictures\t" + time + "\t\t" + file));
-    w.recordingState().recordingLengthMs = 2000;
+    w.timeline().controller().setRecordingLengthMs(2000);
 }
 
 } // namespace cq::test

@@ -6,8 +6,10 @@
 #include "library/widgets/MediaBrowser.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
+#include "take/RecordingController.h"
 #include "text/widgets/TextDisplaySurface.h"
 #include "timeline/EventGridModel.h"
+#include "timeline/EventLogger.h"
 
 #include <QFileInfo>
 #include <QImage>
@@ -54,7 +56,7 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     EXPECT_TRUE(QTest::qWaitFor(
         [&] { return w->displayPlace().currentSurface() == DisplaySurface::Picture; }, 2000));
 
-    w->recordingState().gblnRecording = true;
+    w->timeline().logger().setRecording(true);
     button(*w, "cmdDisplayVideoOrPics_1")->click();
     ASSERT_EQ(grid.rowCount(), 1);
     EXPECT_EQ(grid.row(0).mediaType, "Pictures");
@@ -75,7 +77,7 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     // The switch never toggles back: a second press logs the text again.
     button(*w, "cmdDisplayVideoOrPics_2")->click();
     EXPECT_EQ(grid.rowCount(), 3);
-    w->recordingState().gblnRecording = false;
+    w->timeline().logger().setRecording(false);
 }
 
 namespace {
@@ -120,7 +122,7 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
     ASSERT_TRUE(w->mediaBrowser().showFolder(MediaTabId::Video, media.path()));
     ASSERT_TRUE(w->mediaBrowser().showFolder(MediaTabId::Audio, media.path()));
     const EventGridModel& grid = w->timeline().grid();
-    w->recordingState().gblnRecording = true;
+    w->timeline().logger().setRecording(true);
 
     clickItem(w->findChild<QListWidget*>("File1_1"), "beep.wav");
     EXPECT_EQ(w->media().WMPAudio(MediaTabId::Audio)->URL(), media.filePath("beep.wav"));
@@ -148,7 +150,7 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
         [&] { return video->playState() == static_cast<int>(PlayState::Paused); }, 5000));
     button(*w, "cmdFullScreen")->click();
     EXPECT_FALSE(video->fullScreen()) << "full screen only while the video plays";
-    w->recordingState().gblnRecording = false;
+    w->timeline().logger().setRecording(false);
 }
 
 // A desktop whose sound server has speakers but no input at all. The sound system is set up
@@ -165,7 +167,7 @@ TEST(StudioWiring, WithoutAnySoundInputStartUpSaysNoMicrophoneWasFound) {
         EXPECT_FALSE(box->text().contains("You may still record sound"));
         box->close();
         button(*w, "cmdRecordVoiceEmail")->click();
-        EXPECT_FALSE(w->recordingState().gblnRecording) << "record refuses";
+        EXPECT_FALSE(w->timeline().controller().gblnRecording()) << "record refuses";
         return;
     }
     const QString pulseaudio = QStandardPaths::findExecutable("pulseaudio");

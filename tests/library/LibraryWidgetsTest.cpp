@@ -9,6 +9,7 @@
 #include "library/widgets/PageViewer.h"
 #include "support/TestAppFolder.h"
 #include "timeline/EventGridModel.h"
+#include "timeline/EventLogger.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -176,9 +177,9 @@ TEST_F(LibraryWindow, AVideoThumbnailPlaysInTheDisplayPlaceAndIsLogged) {
     const QPoint at = AnchorPoint(thumbs, "surf clip.avi");
     ASSERT_TRUE(thumbs->anchorAt(at).endsWith("surf clip.avi"));
 
-    window->recordingState().gblnRecording = true;
+    window->timeline().logger().setRecording(true);
     QTest::mouseClick(thumbs->viewport(), Qt::LeftButton, {}, at);
-    window->recordingState().gblnRecording = false;
+    window->timeline().logger().setRecording(false);
     MediaPlayer* video = window->media().videoPlayer();
     EXPECT_EQ(video->URL(), clip);
     EXPECT_EQ(window->displayPlace().currentSurface(), DisplaySurface::Video);

@@ -3,7 +3,6 @@
 #include "timeline/EventLogger.h"
 #include "timeline/EventLogic.h"
 #include "timeline/MediaClickHandler.h"
-#include "timeline/RecordingState.h"
 #include "timeline/TimelineClock.h"
 
 #include <QFileInfo>
@@ -24,11 +23,10 @@ struct ManualClock : TimelineClock {
 // One recording's worth of parts around a fake screen.
 struct Bench {
     QTemporaryDir work;
-    RecordingState state;
     EventGridModel grid;
     ManualClock clock;
     FakeMediaDisplay display;
-    EventLogger logger{state, grid, clock};
+    EventLogger logger{grid, clock};
     MediaClickHandler clicks{grid, logger, display, work.path()};
 
     QStringList rowTexts() const {
@@ -89,7 +87,7 @@ TEST(EventGrid, TextPictureNameIsTheFirstFiftyCleanCharacters) {
 
 TEST(MediaClicks, VideoPictureAndTheSameVideoAgainGiveTheRowsOfARecording) {
     Bench b;
-    b.state.gblnRecording = true;
+    b.logger.setRecording(true);
     b.clock.ms = 2000;
     b.clicks.showAndLogFile(MediaTabId::Video, "/m/clip.mp4");
     b.clock.ms = 7000;
@@ -112,7 +110,7 @@ TEST(MediaClicks, SoundsPlayUnloggedUntypedFilesLogEmptyTypeNothingLoggedWhenIdl
     EXPECT_EQ(b.grid.rowCount(), 0);
     EXPECT_EQ(b.display.calls.first(), "video /m/clip.mp4 @-1");
 
-    b.state.gblnRecording = true;
+    b.logger.setRecording(true);
     b.clock.ms = 1500;
     b.clicks.showAndLogFile(MediaTabId::Audio, "/music/song.MP3");
     EXPECT_TRUE(b.display.calls.contains("audio 1 /music/song.MP3"));
@@ -123,7 +121,7 @@ TEST(MediaClicks, SoundsPlayUnloggedUntypedFilesLogEmptyTypeNothingLoggedWhenIdl
 
 TEST(MediaClicks, TextClicksSavePicturesToggleBackAndSpeechIsNotLogged) {
     Bench b;
-    b.state.gblnRecording = true;
+    b.logger.setRecording(true);
     b.clock.ms = 1000;
     b.clicks.showAndLogFile(MediaTabId::Pictures, "/p/a.jpg");
     b.clock.ms = 3000;
@@ -158,7 +156,7 @@ TEST(MediaClicks, TextClicksSavePicturesToggleBackAndSpeechIsNotLogged) {
 // journal and the project.
 TEST(MediaClicks, NamesWithLineBreaksTabsOrControlsAreShownButRefused) {
     Bench b;
-    b.state.gblnRecording = true;
+    b.logger.setRecording(true);
     QStringList refused;
     QObject::connect(&b.logger, &EventLogger::eventRefused,
                      [&](const QString&, const QString& text) { refused << text; });
@@ -187,7 +185,7 @@ TEST(MediaClicks, NamesWithLineBreaksTabsOrControlsAreShownButRefused) {
 
 TEST(MediaClicks, FiveHundredFastClicksAreAllLoggedInOrderAndRecordEmptiesTheGrid) {
     Bench b;
-    b.state.gblnRecording = true;
+    b.logger.setRecording(true);
     for (int i = 0; i < 500; ++i) {
         b.clock.ms = i * 3; // faster than anyone clicks
         b.clicks.showAndLogFile(MediaTabId::Pictures, QStringLiteral("/p/%1.png").arg(i));
@@ -205,7 +203,7 @@ TEST(MediaClicks, FiveHundredFastClicksAreAllLoggedInOrderAndRecordEmptiesTheGri
 
 TEST(MediaClicks, TheCountStopsAtItsSixteenBitLimit) {
     Bench b;
-    b.state.gblnRecording = true;
+    b.logger.setRecording(true);
     for (int i = 0; i < EventLogger::kMaxEvents; ++i)
         b.logger.LogMediaEvent("Pictures", "/p.png");
     EXPECT_FALSE(b.logger.LogMediaEvent("Pictures", "/p.png"));

@@ -6,6 +6,7 @@
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
 #include "take/Recorder.h"
+#include "take/RecordingController.h"
 #include "take/widgets/LevelBar.h"
 #include "take/widgets/MicrophoneMeter.h"
 #include "take/widgets/RecordingPanel.h"
@@ -95,7 +96,7 @@ void recordFourClicks(frmClipquill& w, const QString& mediaFolder, QList<ClickTi
     TimelineStudio& t = w.timeline();
     w.keepAwake().tmrMoveMouseToPreventScreenSaver().start(50000);
     QTest::mouseClick(t.recordingPanel()->recordButton(), Qt::LeftButton);
-    ASSERT_TRUE(w.recordingState().gblnRecording);
+    ASSERT_TRUE(w.timeline().controller().gblnRecording());
     EXPECT_TRUE(t.recordingPanel()->tmrRecording().isActive());
     ASSERT_TRUE(w.mediaBrowser().showFolder(MediaTabId::Pictures, mediaFolder));
     auto* pictures = w.findChild<QListWidget*>("File1_2");
@@ -158,11 +159,11 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
         work = w->paths().gstrTempFilesDirectory;
         QList<ClickTime> clicks;
         recordFourClicks(*w, media.path(), clicks);
-        EXPECT_FALSE(w->recordingState().gblnRecording);
+        EXPECT_FALSE(w->timeline().controller().gblnRecording());
         EXPECT_TRUE(w->timeline().recordingPanel()->recordingLabel()->isHidden());
         EXPECT_FALSE(w->timeline().recordingPanel()->tmrRecording().isActive());
         EXPECT_FALSE(w->keepAwake().tmrMoveMouseToPreventScreenSaver().isActive());
-        EXPECT_NEAR(w->recordingState().recordingLengthMs, 1900, 300);
+        EXPECT_NEAR(w->timeline().controller().recordingLengthMs(), 1900, 300);
         expectTheFourRows(*w, red, clicks);
         w->timeline().projectPanel()->askSaveFolder = [&] {
             return project;
@@ -182,7 +183,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     t.projectPanel()->chooseFolderAndOpen();
     ASSERT_EQ(t.grid().rowCount(), 4);
     EXPECT_TRUE(QFile::exists(t.grid().row(1).fileSpec));
-    EXPECT_NEAR(w->recordingState().recordingLengthMs, 1900, 300);
+    EXPECT_NEAR(w->timeline().controller().recordingLengthMs(), 1900, 300);
 
     QList<int> shown;
     QObject::connect(&t.replay(), &Replay::rowShown, [&](int row) { shown << row; });

@@ -29,16 +29,14 @@ class TakeKeeper;
 class TakeQuestions;
 struct AppPaths;
 struct DirectorySettings;
-struct RecordingState;
 
 // Everything of the recording and its timeline, put together for the main window: the
 // recorder, the event grid and its logging, the media clicks, replay, slide show, projects and
-// their panels, and the captions of the take. The window keeps the state and places the panels.
+// their panels, and the captions of the take. The window places the panels.
 class TimelineStudio : public QObject {
     Q_OBJECT
 public:
     struct Context {
-        RecordingState& recording;
         const AppPaths& paths;
         const DirectorySettings& directories;
         QWidget* window;
