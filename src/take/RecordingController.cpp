@@ -3,7 +3,6 @@
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/MediaDisplay.h"
-#include "timeline/RecordingState.h"
 #include "timeline/Replay.h"
 #include "timeline/SlideShow.h"
 #include "timeline/VoicePlayer.h"
@@ -38,7 +37,7 @@ bool RecordingController::checkInputDevice() {
 }
 
 void RecordingController::record() {
-    if (!m_parts.state.gblnRecording && !takeMayBeReplaced())
+    if (!m_gblnRecording && !takeMayBeReplaced())
         return;
     startRecording();
 }
@@ -47,9 +46,13 @@ bool RecordingController::takeMayBeReplaced() const {
     return !mayReplaceTake || mayReplaceTake();
 }
 
+void RecordingController::setRecording(bool recording) {
+    m_gblnRecording = recording;
+    m_parts.logger.setRecording(recording);
+}
+
 void RecordingController::startRecording() {
-    RecordingState& state = m_parts.state;
-    if (state.gblnRecording)
+    if (m_gblnRecording)
         return;
     if (!Recorder::hasInputDevice()) {
         emit warning(kTitle, QStringLiteral("No sound input was found, so nothing can be "
@@ -67,8 +70,7 @@ void RecordingController::startRecording() {
 }
 
 void RecordingController::RecordMsg() {
-    RecordingState& state = m_parts.state;
-    state.gblnRecording = true;
+    setRecording(true);
     m_parts.grid.setEditable(false);
     // The replay player must not hold the file that is about to be replaced.
     m_parts.voice.release();
@@ -78,7 +80,7 @@ void RecordingController::RecordMsg() {
         emit recordingChanged(true);
         return;
     }
-    state.gblnRecording = false;
+    setRecording(false);
     m_parts.grid.setEditable(true);
     if (result == Recorder::StartResult::FileError)
         emit warning(kTitle, QStringLiteral("The voice cannot be recorded: \"%1\" cannot be "
@@ -93,7 +95,7 @@ void RecordingController::RecordMsg() {
 void RecordingController::stop() {
     emit stopPressed();
     m_parts.display.setVideoMuted(false);
-    if (m_parts.state.gblnRecording)
+    if (m_gblnRecording)
         endRecording();
     else
         stopPlayback();
@@ -103,7 +105,7 @@ void RecordingController::stop() {
 
 void RecordingController::endRecording() {
     StopRec();
-    m_parts.state.gblnRecording = false;
+    setRecording(false);
     m_parts.grid.setEditable(true);
     m_parts.display.stopPlayers();
     emit recordingChanged(false);
@@ -118,7 +120,7 @@ void RecordingController::stopPlayback() {
 void RecordingController::StopRec() {
     const QString error = m_parts.recorder.errorString();
     const qint64 bytes = m_parts.recorder.stop();
-    m_parts.state.recordingLengthMs = bytes * 1000 / Recorder::kBytesPerSecond;
+    m_recordingLengthMs = bytes * 1000 / Recorder::kBytesPerSecond;
     if (bytes == 0)
         return; // nothing was captured: no file
     if (!QFileInfo(m_voiceFileSpec).isFile()) {
@@ -155,7 +157,7 @@ void RecordingController::onCaptureEnded(Recorder::EndReason reason, const QStri
 }
 
 void RecordingController::replay() {
-    if (m_parts.state.gblnRecording || m_parts.replay.isRunning())
+    if (m_gblnRecording || m_parts.replay.isRunning())
         return;
     if (!QFileInfo(m_voiceFileSpec).isFile()) {
         emit information(kTitle, QString::fromLatin1(kRecordASoundFirst));

@@ -15,7 +15,6 @@ class MediaDisplay;
 class Replay;
 class SlideShow;
 class VoicePlayer;
-struct RecordingState;
 
 // What the record, stop and replay buttons do: one recording from the record press to Stop, and
 // Stop as the end of every replay, slide show and player.
@@ -23,7 +22,6 @@ class RecordingController : public QObject {
     Q_OBJECT
 public:
     struct Parts {
-        RecordingState& state;
         EventGridModel& grid;
         EventLogger& logger;
         Recorder& recorder;
@@ -47,6 +45,13 @@ public:
 
     QString voiceFileSpec() const { return m_voiceFileSpec; }
 
+    // A take is being recorded: from the press until Stop, even when its capture ended early.
+    bool gblnRecording() const { return m_gblnRecording; }
+    // The length of the take's voice in milliseconds, from the bytes actually captured.
+    qint64 recordingLengthMs() const { return m_recordingLengthMs; }
+    // A restored take, an opened project or a discarded take brings the voice's length.
+    void setRecordingLengthMs(qint64 ms) { m_recordingLengthMs = ms; }
+
     // Asked before a new recording replaces the take there is; false holds the press back (the
     // asker presses again once the take is saved or discarded). Unset: always replaced.
     std::function<bool()> mayReplaceTake;
@@ -60,6 +65,8 @@ signals:
 
 private:
     bool takeMayBeReplaced() const;
+    // The one place the recording starts and ends; the logger logs only in between.
+    void setRecording(bool recording);
     void startRecording();
     void endRecording();
     void stopPlayback();
@@ -69,6 +76,8 @@ private:
 
     Parts m_parts;
     QString m_voiceFileSpec;
+    bool m_gblnRecording = false;
+    qint64 m_recordingLengthMs = 0;
 };
 
 // The texts the recorder's window shows.

@@ -5,7 +5,6 @@
 #include "take/RecordingController.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
-#include "timeline/RecordingState.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -45,7 +44,7 @@ void TakeKeeper::onRowLogged(int row) {
 }
 
 void TakeKeeper::onRowsCorrected() {
-    if (!m_logger.state().gblnRecording && isUnsaved())
+    if (!m_controller.gblnRecording() && isUnsaved())
         rewriteJournal(QStringLiteral("the recording would come back with its events as they "
                                       "were before you corrected them"));
 }
@@ -65,7 +64,7 @@ void TakeKeeper::onCaptionsChanged() {
                             QStringLiteral("The captions could not be written to \"%1\"; the "
                                            "disk may be full. Save the project to keep them.")
                                 .arg(m_files.captionsFileSpec()));
-    if (m_logger.state().gblnRecording || isUnsaved())
+    if (m_controller.gblnRecording() || isUnsaved())
         return;
     // Captions of a saved take (or of an opened project) changed: the take is worth keeping again
     // until it is saved, unless there is no take at all.
@@ -75,7 +74,7 @@ void TakeKeeper::onCaptionsChanged() {
 }
 
 void TakeKeeper::stopOnJournalFailure(const QString& why) {
-    if (m_logger.state().gblnRecording)
+    if (m_controller.gblnRecording())
         m_controller.stop();
     emit journalFailed(
         QStringLiteral("Recording"),
@@ -89,7 +88,7 @@ QString TakeKeeper::restore() {
     const KeptTake take = m_files.restore();
     m_logger.reset();
     m_logger.grid().setRows(take.rows);
-    m_logger.state().recordingLengthMs = qMax<qint64>(take.voiceMs, 0);
+    m_controller.setRecordingLengthMs(qMax<qint64>(take.voiceMs, 0));
     m_captions.loadCues(take.captions);
     if (take.unreadableRows > 0)
         emit rowsLeftOut(
@@ -115,7 +114,7 @@ void TakeKeeper::discard() {
     m_files.discard();
     m_captions.clear();
     m_logger.reset();
-    m_logger.state().recordingLengthMs = 0;
+    m_controller.setRecordingLengthMs(0);
 }
 
 QStringList TakeKeeper::keptFileNames() const {

@@ -13,7 +13,6 @@ class CaptionTableModel;
 class EventGridModel;
 class EventLogger;
 class RecordingController;
-struct RecordingState;
 
 // Keeps the take that was recorded until it is saved as a project or discarded: the clicks go
 // to the journal as they are logged, the captions to their file whenever they change, a take

@@ -4,7 +4,6 @@
 #include "platform/TimeText.h"
 #include "studio/TimelineFile.h"
 #include "timeline/EventGridModel.h"
-#include "timeline/RecordingState.h"
 #include "timeline/TimelineClock.h"
 
 namespace cq {
@@ -21,17 +20,12 @@ QString visibleControls(QString name) {
 
 } // namespace
 
-EventLogger::EventLogger(RecordingState& state, EventGridModel& grid, TimelineClock& clock,
-                         QObject* parent)
-    : QObject(parent), m_state(state), m_grid(grid), m_clock(clock) {}
-
-bool EventLogger::isRecording() const {
-    return m_state.gblnRecording;
-}
+EventLogger::EventLogger(EventGridModel& grid, TimelineClock& clock, QObject* parent)
+    : QObject(parent), m_grid(grid), m_clock(clock) {}
 
 bool EventLogger::LogMediaEvent(MediaKind mediaType, const QString& fileSpec,
                                 std::optional<qint64> begVideoAtMs, const QString& text) {
-    if (!m_state.gblnRecording || m_mediaCount >= kMaxEvents)
+    if (!m_recording || m_mediaCount >= kMaxEvents)
         return false;
     if (ControlCharacterIn(fileSpec) || ControlCharacterIn(text)) {
         emit eventRefused(

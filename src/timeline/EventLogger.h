@@ -11,7 +11,6 @@ namespace cq {
 
 class EventGridModel;
 class TimelineClock;
-struct RecordingState;
 
 // LogMediaEvent: while a recording runs, every item brought on screen becomes one row of the
 // event grid, timed by the recording's own clock.
@@ -21,8 +20,7 @@ public:
     // The media count is a 16-bit counter: a recording holds at most this many events.
     static constexpr int kMaxEvents = 32767;
 
-    EventLogger(RecordingState& state, EventGridModel& grid, TimelineClock& clock,
-                QObject* parent = nullptr);
+    EventLogger(EventGridModel& grid, TimelineClock& clock, QObject* parent = nullptr);
 
     // Appends one row; begVideoAtMs is where a video plays from, text is given for text events
     // only. Returns whether a row was logged. A name or text that no line of the recording's
@@ -34,20 +32,20 @@ public:
     // A new recording: the grid back to its header row, the count to 0.
     void reset();
     int mediaCount() const { return m_mediaCount; }
-    // A recording runs: what is brought on screen is logged.
-    bool isRecording() const;
+    // A recording runs: what is brought on screen is logged. The recording's controller says so.
+    bool isRecording() const { return m_recording; }
+    void setRecording(bool recording) { m_recording = recording; }
     EventGridModel& grid() { return m_grid; }
-    RecordingState& state() { return m_state; }
 
 signals:
     void eventLogged(int row);
     void eventRefused(const QString& title, const QString& text);
 
 private:
-    RecordingState& m_state;
     EventGridModel& m_grid;
     TimelineClock& m_clock;
     int m_mediaCount = 0;
+    bool m_recording = false;
 };
 
 } // namespace cq

@@ -7,7 +7,6 @@
 #include "timeline/EventLogger.h"
 #include "timeline/EventLogic.h"
 #include "timeline/MediaDisplay.h"
-#include "timeline/RecordingState.h"
 
 namespace cq {
 

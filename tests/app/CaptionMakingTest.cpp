@@ -10,6 +10,7 @@
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
 #include "support/TestRows.h"
+#include "take/RecordingController.h"
 #include "timeline/EventGridModel.h"
 
 #include <QDir>
@@ -46,7 +47,7 @@ protected:
     // The spoken sentence as the take's voice, with a text shown at 0.2 s.
     void prepareSpokenTake() {
         ASSERT_TRUE(test::MakeSpokenVoice(kSentence, w->paths().gstrRecordedAudioFileSpec));
-        w->recordingState().recordingLengthMs = WavDurationMs(w->paths().gstrRecordedAudioFileSpec);
+        w->timeline().controller().setRecordingLengthMs(WavDurationMs(w->paths().gstrRecordedAudioFileSpec));
         w->timeline().grid().appendRow(
             test::Event(MediaKind::Text, 200, "Hi.jpg", std::nullopt, "Our garden"));
     }
@@ -82,7 +83,8 @@ TEST_F(CaptionMakingInTheWindow, TheVoicesWordsAndTheTextsBecomeTheEditorsCues) 
 
     const CaptionCues& cues = w->timeline().captions().cues();
     ASSERT_GE(cues.size(), 2) << status->text().toStdString();
-    EXPECT_EQ(cues.first(), (CaptionCue{200, w->recordingState().recordingLengthMs, "Our garden"}))
+    EXPECT_EQ(cues.first(),
+              (CaptionCue{200, w->timeline().controller().recordingLengthMs(), "Our garden"}))
         << "the text, before the voice that starts a second in";
     QString spoken;
     for (const CaptionCue& cue : cues.mid(1))

@@ -6,6 +6,7 @@
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
 #include "support/TestRows.h"
+#include "take/RecordingController.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/widgets/EventGridView.h"
 
@@ -31,7 +32,7 @@ TEST(CaptionsWindow, TheEditorSitsBesideTheGridAndTheOptionsReachTheRender) {
     EventGridModel& grid = w->timeline().grid();
     grid.setRows({test::Event(MediaKind::Pictures, 0, "/p/a.jpg"),
                   test::Event(MediaKind::Text, 1500, "/w/Hi.jpg", std::nullopt, "Hi")});
-    w->recordingState().recordingLengthMs = 4000;
+    w->timeline().controller().setRecordingLengthMs(4000);
     EXPECT_FALSE(w->renderRequest().inputs.writeCaptions);
     for (const char* name : {"chkCaptions", "chkBurnCaptions"}) {
         auto* box = w->findChild<QCheckBox*>(name);

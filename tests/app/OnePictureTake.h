@@ -5,6 +5,7 @@
 #include "studio/AppPaths.h"
 #include "support/TestAppFolder.h"
 #include "support/TestRows.h"
+#include "take/RecordingController.h"
 #include "timeline/EventGridModel.h"
 
 #include <QImage>
@@ -29,7 +30,7 @@ inline void PrepareOnePictureTake(frmClipquill& w, const TestAppFolder& app, Qt:
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
     w.timeline().grid().appendRow(Event(MediaKind::Pictures, atMs, file));
-    w.recordingState().recordingLengthMs = 2000;
+    w.timeline().controller().setRecordingLengthMs(2000);
 }
 
 } // namespace cq::test

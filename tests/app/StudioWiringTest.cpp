@@ -6,8 +6,10 @@
 #include "library/widgets/MediaBrowser.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
+#include "take/RecordingController.h"
 #include "text/widgets/TextDisplaySurface.h"
 #include "timeline/EventGridModel.h"
+#include "timeline/EventLogger.h"
 
 #include <QFileInfo>
 #include <QImage>
@@ -46,7 +48,7 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     picture.fill(Qt::green);
     ASSERT_TRUE(picture.save(media.filePath("green field.jpg")));
     auto w = test::OpenStudio(app);
-    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Pictures, media.path()));
+    ASSERT_TRUE(w->mediaBrowser().showFolder(MediaTabId::Pictures, media.path()));
     const EventGridModel& grid = w->timeline().grid();
 
     clickItem(w->findChild<QListWidget*>("File1_2"), "green field.jpg");
@@ -54,7 +56,7 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     EXPECT_TRUE(QTest::qWaitFor(
         [&] { return w->displayPlace().currentSurface() == DisplaySurface::Picture; }, 2000));
 
-    w->recordingState().gblnRecording = true;
+    w->timeline().logger().setRecording(true);
     button(*w, "cmdDisplayVideoOrPics_1")->click();
     ASSERT_EQ(grid.rowCount(), 1);
     EXPECT_EQ(grid.row(0).kind, MediaKind::Pictures);
@@ -74,7 +76,7 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     // The switch never toggles back: a second press logs the text again.
     button(*w, "cmdDisplayVideoOrPics_2")->click();
     EXPECT_EQ(grid.rowCount(), 3);
-    w->recordingState().gblnRecording = false;
+    w->timeline().logger().setRecording(false);
 }
 
 namespace {
@@ -116,10 +118,10 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
     QTemporaryDir media;
     ASSERT_NO_FATAL_FAILURE(makeClipAndBeep(media.path()));
     auto w = test::OpenStudio(app);
-    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Video, media.path()));
-    ASSERT_TRUE(w->mediaBrowser().Dir1_Change(MediaTabId::Audio, media.path()));
+    ASSERT_TRUE(w->mediaBrowser().showFolder(MediaTabId::Video, media.path()));
+    ASSERT_TRUE(w->mediaBrowser().showFolder(MediaTabId::Audio, media.path()));
     const EventGridModel& grid = w->timeline().grid();
-    w->recordingState().gblnRecording = true;
+    w->timeline().logger().setRecording(true);
 
     clickItem(w->findChild<QListWidget*>("File1_1"), "beep.wav");
     EXPECT_EQ(w->media().WMPAudio(MediaTabId::Audio)->URL(), media.filePath("beep.wav"));
@@ -147,7 +149,7 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
         [&] { return video->playState() == static_cast<int>(PlayState::Paused); }, 5000));
     button(*w, "cmdFullScreen")->click();
     EXPECT_FALSE(video->fullScreen()) << "full screen only while the video plays";
-    w->recordingState().gblnRecording = false;
+    w->timeline().logger().setRecording(false);
 }
 
 // A desktop whose sound server has speakers but no input at all. The sound system is set up
@@ -164,7 +166,7 @@ TEST(StudioWiring, WithoutAnySoundInputStartUpSaysNoMicrophoneWasFound) {
         EXPECT_FALSE(box->text().contains("You may still record sound"));
         box->close();
         button(*w, "cmdRecordVoiceEmail")->click();
-        EXPECT_FALSE(w->recordingState().gblnRecording) << "record refuses";
+        EXPECT_FALSE(w->timeline().controller().gblnRecording()) << "record refuses";
         return;
     }
     const QString pulseaudio = QStandardPaths::findExecutable("pulseaudio");

@@ -9,6 +9,7 @@
 #include "library/widgets/PageViewer.h"
 #include "support/TestAppFolder.h"
 #include "timeline/EventGridModel.h"
+#include "timeline/EventLogger.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -167,7 +168,7 @@ TEST_F(LibraryWindow, AVideoThumbnailPlaysInTheDisplayPlaceAndIsLogged) {
                             "testsrc=size=160x120:rate=25:duration=4", "-c:v", "mpeg4", clip});
     ASSERT_TRUE(ffmpeg.waitForFinished(30000));
     ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
-    ASSERT_TRUE(window->mediaBrowser().Dir1_Change(MediaTabId::Pictures, pictures));
+    ASSERT_TRUE(window->mediaBrowser().showFolder(MediaTabId::Pictures, pictures));
     QTest::mouseClick(child<QPushButton>("cmdViewPics"), Qt::LeftButton);
     ASSERT_TRUE(
         QTest::qWaitFor([&] { return !window->mediaBrowser().picturesPage().isBusy(); }, 60000));
@@ -176,9 +177,9 @@ TEST_F(LibraryWindow, AVideoThumbnailPlaysInTheDisplayPlaceAndIsLogged) {
     const QPoint at = AnchorPoint(thumbs, "surf clip.avi");
     ASSERT_TRUE(thumbs->anchorAt(at).endsWith("surf clip.avi"));
 
-    window->recordingState().gblnRecording = true;
+    window->timeline().logger().setRecording(true);
     QTest::mouseClick(thumbs->viewport(), Qt::LeftButton, {}, at);
-    window->recordingState().gblnRecording = false;
+    window->timeline().logger().setRecording(false);
     MediaPlayer* video = window->media().videoPlayer();
     EXPECT_EQ(video->URL(), clip);
     EXPECT_EQ(window->displayPlace().currentSurface(), DisplaySurface::Video);
@@ -196,14 +197,14 @@ TEST_F(LibraryWindow, FolderChangesReachTheSettingsAndVanishedFoldersChangeNothi
     const QString other = app.file("Elsewhere");
     QDir().mkpath(other);
     test::WriteFile(JoinPath(other, "a.mp4"), "x");
-    ASSERT_TRUE(browser.Dir1_Change(MediaTabId::Other1, other));
+    ASSERT_TRUE(browser.showFolder(MediaTabId::Other1, other));
     EXPECT_EQ(window->directorySettings().gstrMyStdPicturesDirectory1, other);
-    ASSERT_TRUE(browser.Dir1_Change(MediaTabId::SoundEffects, other)); // a tab that stores nothing
+    ASSERT_TRUE(browser.showFolder(MediaTabId::SoundEffects, other)); // a tab that stores nothing
     EXPECT_EQ(window->directorySettings().gstrMyStdPicturesDirectory1, other);
     EXPECT_NE(window->directorySettings().gstrMyVideoDirectory, other);
 
     auto* files = child<QListWidget>("File1_2");
-    EXPECT_FALSE(browser.Dir1_Change(MediaTabId::Pictures, app.file("No Such Folder")));
+    EXPECT_FALSE(browser.showFolder(MediaTabId::Pictures, app.file("No Such Folder")));
     EXPECT_EQ(files->count(), 2);
     EXPECT_EQ(window->directorySettings().gstrMyPicturesDirectory, pictures);
 
@@ -234,7 +235,7 @@ TEST_F(LibraryWindow, LargeFoldersListEveryMediaFileAndEnterShowsTheSelectedPict
     test::WriteFile(JoinPath(big, "readme.txt"), "x");
     QElapsedTimer timer;
     timer.start();
-    ASSERT_TRUE(window->mediaBrowser().Dir1_Change(MediaTabId::Video, big));
+    ASSERT_TRUE(window->mediaBrowser().showFolder(MediaTabId::Video, big));
     RecordProperty("list_5000_ms", int(timer.elapsed()));
     EXPECT_EQ(child<QListWidget>("File1_0")->count(), 5000);
 

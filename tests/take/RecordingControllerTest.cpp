@@ -7,7 +7,6 @@
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/PictureList.h"
-#include "timeline/RecordingState.h"
 #include "timeline/Replay.h"
 #include "timeline/SlideShow.h"
 
@@ -36,8 +35,7 @@ struct Studio {
         if (voiceFile.isEmpty())
             voiceFile = work.filePath("RecordedAudio.wav");
         controller = std::make_unique<RecordingController>(
-            RecordingController::Parts{state, grid, logger, recorder, display, voice, replay,
-                                       &show},
+            RecordingController::Parts{grid, logger, recorder, display, voice, replay, &show},
             voiceFile);
         QObject::connect(
             controller.get(), &RecordingController::information,
@@ -48,10 +46,9 @@ struct Studio {
         QObject::connect(controller.get(), &RecordingController::stopPressed, [this] { ++stops; });
     }
     QTemporaryDir work;
-    RecordingState state;
     EventGridModel grid;
     Recorder recorder;
-    EventLogger logger{state, grid, recorder};
+    EventLogger logger{grid, recorder};
     cq::test::FakeMediaDisplay display;
     cq::test::FakeVoicePlayer voice;
     Replay replay{grid, display, voice};
@@ -123,7 +120,7 @@ TEST(RecordingController, NoInputDeviceSaysNoMicrophoneWasFound) {
     EXPECT_TRUE(s.messages.first().startsWith("No microphone: No microphone was found"));
     EXPECT_FALSE(s.messages.first().contains("You may still record sound"));
     s.controller->record();
-    EXPECT_FALSE(s.state.gblnRecording);
+    EXPECT_FALSE(s.controller->gblnRecording());
     EXPECT_EQ(s.messages.size(), 2);
     EXPECT_TRUE(s.messages.last().contains("No sound input"));
 }
@@ -138,7 +135,7 @@ TEST(RecordingController, RecordTwiceIsHarmlessAndStopKeepsTheVoiceAndRows) {
     old.close();
     s.grid.appendRow(test::Event(MediaKind::Pictures, 1000, "/old.jpg"));
     s.controller->record();
-    ASSERT_TRUE(s.state.gblnRecording) << s.messages.join('\n').toStdString();
+    ASSERT_TRUE(s.controller->gblnRecording()) << s.messages.join('\n').toStdString();
     EXPECT_EQ(s.grid.rowCount(), 0); // the grid starts afresh
     EXPECT_TRUE(s.voice.released);   // the replay player let go of the old file
     EXPECT_FALSE(s.grid.isEditable());
@@ -150,11 +147,11 @@ TEST(RecordingController, RecordTwiceIsHarmlessAndStopKeepsTheVoiceAndRows) {
     EXPECT_EQ(s.grid.rowCount(), 1);
     ASSERT_TRUE(recordUntil(s.recorder, 1000));
     s.controller->stop();
-    EXPECT_FALSE(s.state.gblnRecording);
+    EXPECT_FALSE(s.controller->gblnRecording());
     EXPECT_TRUE(s.grid.isEditable());
-    EXPECT_NEAR(s.state.recordingLengthMs, 1000, 250);
+    EXPECT_NEAR(s.controller->recordingLengthMs(), 1000, 250);
     EXPECT_EQ((QFileInfo(voice).size() - 44) * 1000 / Recorder::kBytesPerSecond,
-              s.state.recordingLengthMs);
+              s.controller->recordingLengthMs());
     // Timed by the recording's own clock at the moment of logging.
     EXPECT_GE(s.grid.row(0).atMs, before);
     EXPECT_LE(s.grid.row(0).atMs, after);
@@ -165,7 +162,7 @@ TEST(RecordingController, AnUnwritableWorkFolderIsNamedAndNothingRecords) {
     REQUIRE_AUDIO();
     Studio s("/nonexistent/ClipquillTempFiles/RecordedAudio.wav");
     s.controller->record();
-    EXPECT_FALSE(s.state.gblnRecording);
+    EXPECT_FALSE(s.controller->gblnRecording());
     ASSERT_EQ(s.messages.size(), 1);
     EXPECT_TRUE(s.messages[0].contains("/nonexistent/ClipquillTempFiles/RecordedAudio.wav"));
     EXPECT_TRUE(s.grid.isEditable());
@@ -181,7 +178,7 @@ TEST(RecordingController, AFullDiskEndsCaptureWithAMessageAndKeepsTheVoice) {
     test::FileSizeLimit limit(44 + Recorder::kBytesPerSecond / 2);
     ASSERT_TRUE(limit.isSet());
     s.controller->record();
-    ASSERT_TRUE(s.state.gblnRecording);
+    ASSERT_TRUE(s.controller->gblnRecording());
     const bool told = QTest::qWaitFor([&] { return !s.messages.isEmpty(); }, 10000);
     limit.lift();
     ASSERT_TRUE(told);
@@ -189,7 +186,7 @@ TEST(RecordingController, AFullDiskEndsCaptureWithAMessageAndKeepsTheVoice) {
     EXPECT_TRUE(s.messages[0].contains("could not be written any further"))
         << s.messages[0].toStdString();
     EXPECT_TRUE(s.messages[0].contains("0.5 seconds of voice were captured"));
-    EXPECT_TRUE(s.state.gblnRecording); // the timeline goes on until Stop
+    EXPECT_TRUE(s.controller->gblnRecording()); // the timeline goes on until Stop
     // The meter goes on too: the microphone is still heard.
     const qint64 windows = s.recorder.meter().windowsMeasured();
     EXPECT_TRUE(QTest::qWaitFor([&] { return s.recorder.meter().windowsMeasured() >= windows + 5; },
@@ -198,6 +195,6 @@ TEST(RecordingController, AFullDiskEndsCaptureWithAMessageAndKeepsTheVoice) {
     s.logger.LogMediaEvent(MediaKind::Pictures, "/late.jpg");
     EXPECT_GE(s.grid.row(0).atMs, 500);
     s.controller->stop();
-    EXPECT_EQ(s.state.recordingLengthMs, 500);
+    EXPECT_EQ(s.controller->recordingLengthMs(), 500);
     EXPECT_EQ(QFileInfo(s.controller->voiceFileSpec()).size(), 44 + Recorder::kBytesPerSecond / 2);
 }

@@ -8,6 +8,7 @@
 #include "support/FileSizeLimit.h"
 #include "support/TestAppFolder.h"
 #include "take/Recorder.h"
+#include "take/RecordingController.h"
 #include "take/TakeFiles.h"
 #include "take/TakeKeeper.h"
 #include "take/widgets/RecordingPanel.h"
@@ -60,12 +61,12 @@ TEST(UnsavedTake, RecordOpenAndCloseAskFirstAndCancelKeepsEverything) {
     TimelineStudio& t = w->timeline();
     ASSERT_EQ(t.grid().rowCount(), 2);
     EXPECT_EQ(t.grid().row(1).file, work + "/Hello.jpg");
-    EXPECT_EQ(w->recordingState().recordingLengthMs, 1000);
+    EXPECT_EQ(w->timeline().controller().recordingLengthMs(), 1000);
 
     QTest::mouseClick(t.recordingPanel()->recordButton(), Qt::LeftButton);
-    EXPECT_FALSE(w->recordingState().gblnRecording);
+    EXPECT_FALSE(w->timeline().controller().gblnRecording());
     ASSERT_TRUE(answer("unsavedTakeQuestion", "Cancel"));
-    EXPECT_FALSE(w->recordingState().gblnRecording);
+    EXPECT_FALSE(w->timeline().controller().gblnRecording());
 
     int asked = 0;
     t.projectPanel()->askOpenFolder = [&] {
@@ -250,7 +251,7 @@ TEST(UnsavedTake, ItsCaptionsComeBackAreKeptWhenEditedAndGoWithIt) {
     if (!qEnvironmentVariableIsSet("CLIPQUILL_TEST_AUDIO"))
         return;
     QTest::mouseClick(w->timeline().recordingPanel()->recordButton(), Qt::LeftButton);
-    ASSERT_TRUE(w->recordingState().gblnRecording);
+    ASSERT_TRUE(w->timeline().controller().gblnRecording());
     EXPECT_EQ(captions.rowCount(), 0);
     EXPECT_FALSE(QFile::exists(work + "/Captions.srt"));
     QTest::mouseClick(w->timeline().recordingPanel()->stopButton(), Qt::LeftButton);
@@ -271,7 +272,7 @@ TEST(StudioTeardown, EveryStateOfATakeClosesCleanly) {
         }
         if (round % 3 != 0) {
             QTest::mouseClick(t.recordingPanel()->recordButton(), Qt::LeftButton);
-            ASSERT_TRUE(w->recordingState().gblnRecording);
+            ASSERT_TRUE(w->timeline().controller().gblnRecording());
         }
         if (round % 3 == 2)
             QTest::mouseClick(t.recordingPanel()->stopButton(), Qt::LeftButton);

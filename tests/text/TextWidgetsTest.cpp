@@ -128,26 +128,14 @@ TEST_F(TextFrameFixture, WholeListEditorStoresLinesAsCrLfAndSkipsBlankOnes) {
     EXPECT_EQ(LoadTextList(file), QStringList({"one", "two", "three"}));
 }
 
-TEST_F(TextFrameFixture, ClickReportsTextAndOptionAndBigTextToggles) {
+TEST_F(TextFrameFixture, ClickReportsTextAndOption) {
     QSignalSpy clicked(&frame, &TextFrame::textClicked);
-    QSignalSpy sized(&frame, &TextFrame::listPointSizeChanged);
     Child<QAbstractButton>(&frame, "optTextAndOrSpeech_2")->click();
     const QRect row = list->visualItemRect(list->item(2));
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row.center());
     ASSERT_EQ(clicked.size(), 1);
     EXPECT_EQ(clicked.at(0).at(0).toString(), "gamma");
     EXPECT_EQ(clicked.at(0).at(1).value<TextOption>(), TextOption::Both);
-
-    auto* big = Child<QPushButton>(&frame, "cmdBigText");
-    EXPECT_EQ(big->text(), "+");
-    big->click();
-    EXPECT_EQ(big->text(), "-");
-    EXPECT_DOUBLE_EQ(list->font().pointSizeF(), 10.0);
-    big->click();
-    EXPECT_EQ(big->text(), "+");
-    EXPECT_DOUBLE_EQ(list->font().pointSizeF(), 8.25);
-    ASSERT_EQ(sized.size(), 2);
-    EXPECT_DOUBLE_EQ(sized.at(0).at(0).toDouble(), 10.0);
 }
 
 TEST(frmDisplayText, ShowsForItsDurationWithEachParagraphOnALineOfItsOwn) {

@@ -5,7 +5,6 @@
 #include "timeline/EventLogger.h"
 #include "timeline/EventLogic.h"
 #include "timeline/MediaClickHandler.h"
-#include "timeline/RecordingState.h"
 #include "timeline/TimelineClock.h"
 
 #include <QFileInfo>
@@ -26,11 +25,10 @@ struct ManualClock : TimelineClock {
 // One recording's worth of parts around a fake screen.
 struct Bench {
     QTemporaryDir work;
-    RecordingState state;
     EventGridModel grid;
     ManualClock clock;
     FakeMediaDisplay display;
-    EventLogger logger{state, grid, clock};
+    EventLogger logger{grid, clock};
     MediaClickHandler clicks{grid, logger, display, work.path()};
 };
 
@@ -90,7 +88,7 @@ TEST(EventGrid, TextPictureNameIsTheFirstFiftyCleanCharacters) {
 
 TEST(MediaClicks, VideoPictureAndTheSameVideoAgainGiveTheRowsOfARecording) {
     Bench b;
-    b.state.gblnRecording = true;
+    b.logger.setRecording(true);
     b.clock.ms = 2000;
     b.clicks.showAndLogFile(MediaTabId::Video, "/m/clip.mp4");
     b.clock.ms = 7000;
@@ -113,7 +111,7 @@ TEST(MediaClicks, SoundsPlayUnloggedUntypedFilesLogEmptyTypeNothingLoggedWhenIdl
     EXPECT_EQ(b.grid.rowCount(), 0);
     EXPECT_EQ(b.display.calls.first(), "video /m/clip.mp4 @-1");
 
-    b.state.gblnRecording = true;
+    b.logger.setRecording(true);
     b.clock.ms = 1500;
     b.clicks.showAndLogFile(MediaTabId::Audio, "/music/song.MP3");
     EXPECT_TRUE(b.display.calls.contains("audio 1 /music/song.MP3"));
@@ -124,7 +122,7 @@ TEST(MediaClicks, SoundsPlayUnloggedUntypedFilesLogEmptyTypeNothingLoggedWhenIdl
 
 TEST(MediaClicks, TextClicksSavePicturesToggleBackAndSpeechIsNotLogged) {
     Bench b;
-    b.state.gblnRecording = true;
+    b.logger.setRecording(true);
     b.clock.ms = 1000;
     b.clicks.showAndLogFile(MediaTabId::Pictures, "/p/a.jpg");
     b.clock.ms = 3000;
@@ -159,7 +157,7 @@ TEST(MediaClicks, TextClicksSavePicturesToggleBackAndSpeechIsNotLogged) {
 // journal and the project.
 TEST(MediaClicks, NamesWithLineBreaksTabsOrControlsAreShownButRefused) {
     Bench b;
-    b.state.gblnRecording = true;
+    b.logger.setRecording(true);
     QStringList refused;
     QObject::connect(&b.logger, &EventLogger::eventRefused,
                      [&](const QString&, const QString& text) { refused << text; });
@@ -188,7 +186,7 @@ TEST(MediaClicks, NamesWithLineBreaksTabsOrControlsAreShownButRefused) {
 
 TEST(MediaClicks, TheCountStopsAtItsSixteenBitLimitUntilTheNextRecording) {
     Bench b;
-    b.state.gblnRecording = true;
+    b.logger.setRecording(true);
     for (int i = 0; i < EventLogger::kMaxEvents; ++i)
         b.logger.LogMediaEvent(Pictures, "/p.png");
     EXPECT_FALSE(b.logger.LogMediaEvent(Pictures, "/p.png"));

@@ -4,7 +4,6 @@
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/PictureList.h"
-#include "timeline/RecordingState.h"
 #include "timeline/SlideShowPicker.h"
 #include "timeline/TimelineClock.h"
 
@@ -86,10 +85,9 @@ struct ShowBench {
                          [this] { shownAtNs << clock.nsecsElapsed(); });
         clock.start();
     }
-    RecordingState state;
     EventGridModel grid;
     FixedClock fixedClock;
-    EventLogger logger{state, grid, fixedClock};
+    EventLogger logger{grid, fixedClock};
     cq::test::FakeMediaDisplay display;
     ListOf3 list;
     SlideShow show{list, display, logger};
@@ -100,7 +98,7 @@ struct ShowBench {
 
 TEST(SlideShow, ClickReturnsAtOnceAndEveryPictureStaysItsWholeWait) {
     ShowBench b;
-    b.state.gblnRecording = true;
+    b.logger.setRecording(true);
     b.show.setWaitText(".3");
     b.show.cmdSlideShow_Click();
     // The click has returned with the show running and its first picture up.

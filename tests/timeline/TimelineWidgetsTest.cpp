@@ -7,6 +7,7 @@
 #include "support/TestAppFolder.h"
 #include "take/Recorder.h"
 #include "support/TestRows.h"
+#include "take/RecordingController.h"
 #include "take/widgets/LevelBar.h"
 #include "take/widgets/MicrophoneMeter.h"
 #include "take/widgets/RecordingPanel.h"
@@ -96,9 +97,9 @@ void recordFourClicks(frmClipquill& w, const QString& mediaFolder, QList<ClickTi
     TimelineStudio& t = w.timeline();
     w.keepAwake().tmrMoveMouseToPreventScreenSaver().start(50000);
     QTest::mouseClick(t.recordingPanel()->recordButton(), Qt::LeftButton);
-    ASSERT_TRUE(w.recordingState().gblnRecording);
+    ASSERT_TRUE(w.timeline().controller().gblnRecording());
     EXPECT_TRUE(t.recordingPanel()->tmrRecording().isActive());
-    ASSERT_TRUE(w.mediaBrowser().Dir1_Change(MediaTabId::Pictures, mediaFolder));
+    ASSERT_TRUE(w.mediaBrowser().showFolder(MediaTabId::Pictures, mediaFolder));
     auto* pictures = w.findChild<QListWidget*>("File1_2");
     auto* texts = w.findChild<QListWidget*>("lstText");
     ASSERT_TRUE(pictures && texts);
@@ -160,11 +161,11 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
         work = w->paths().gstrTempFilesDirectory;
         QList<ClickTime> clicks;
         recordFourClicks(*w, media.path(), clicks);
-        EXPECT_FALSE(w->recordingState().gblnRecording);
+        EXPECT_FALSE(w->timeline().controller().gblnRecording());
         EXPECT_TRUE(w->timeline().recordingPanel()->recordingLabel()->isHidden());
         EXPECT_FALSE(w->timeline().recordingPanel()->tmrRecording().isActive());
         EXPECT_FALSE(w->keepAwake().tmrMoveMouseToPreventScreenSaver().isActive());
-        EXPECT_NEAR(w->recordingState().recordingLengthMs, 1900, 300);
+        EXPECT_NEAR(w->timeline().controller().recordingLengthMs(), 1900, 300);
         expectTheFourRows(*w, red, clicks);
         w->timeline().projectPanel()->askSaveFolder = [&] {
             return project;
@@ -184,7 +185,7 @@ TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
     t.projectPanel()->chooseFolderAndOpen();
     ASSERT_EQ(t.grid().rowCount(), 4);
     EXPECT_TRUE(QFile::exists(t.grid().row(1).file));
-    EXPECT_NEAR(w->recordingState().recordingLengthMs, 1900, 300);
+    EXPECT_NEAR(w->timeline().controller().recordingLengthMs(), 1900, 300);
 
     QList<int> shown;
     QObject::connect(&t.replay(), &Replay::rowShown, [&](int row) { shown << row; });

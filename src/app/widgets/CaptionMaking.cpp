@@ -8,14 +8,13 @@
 #include "studio/AppPaths.h"
 #include "take/RecordingController.h"
 #include "timeline/EventGridModel.h"
-#include "timeline/RecordingState.h"
 
 namespace cq {
 
-CaptionMaking::CaptionMaking(const AppPaths& paths, const RecordingState& recording,
-                             RecordingController& controller, const EventGridModel& grid,
-                             CaptionTableModel& captions, CaptionPanel& panel, QObject* parent)
-    : QObject(parent), m_paths(paths), m_recording(recording), m_grid(grid), m_captions(captions),
+CaptionMaking::CaptionMaking(const AppPaths& paths, RecordingController& controller,
+                             const EventGridModel& grid, CaptionTableModel& captions,
+                             CaptionPanel& panel, QObject* parent)
+    : QObject(parent), m_paths(paths), m_controller(controller), m_grid(grid), m_captions(captions),
       m_panel(panel) {
     m_panel.setMakeCaptions([this] { start(); });
     m_panel.setCancelMaking([this] { cancel(); });
@@ -35,10 +34,11 @@ CaptionMaking::~CaptionMaking() {
 }
 
 QString CaptionMaking::whyNoVoice() const {
-    if (m_recording.gblnRecording)
+    if (m_controller.gblnRecording())
         return QStringLiteral("Stop the recording first: the captions are made from the whole "
                               "recorded voice.");
-    if (m_recording.recordingLengthMs <= 0 || WavDurationMs(m_paths.gstrRecordedAudioFileSpec) <= 0)
+    if (m_controller.recordingLengthMs() <= 0 ||
+        WavDurationMs(m_paths.gstrRecordedAudioFileSpec) <= 0)
         return QStringLiteral("There is no recorded voice to make captions from: record a "
                               "message first.");
     return {};
@@ -81,7 +81,7 @@ void CaptionMaking::onEnded(const JobEnd& end) {
     if (end.isFailed())
         return ended(QStringLiteral("The captions could not be made: %1").arg(end.message));
     const CaptionCues cues = m_job->cues();
-    const CaptionCues all = VoiceAndTextCues(cues, m_grid.rows(), m_recording.recordingLengthMs);
+    const CaptionCues all = VoiceAndTextCues(cues, m_grid.rows(), m_controller.recordingLengthMs());
     m_replacing = true;
     m_captions.replaceCues(all);
     m_replacing = false;

@@ -13,7 +13,6 @@ class CaptionPanel;
 class CaptionTableModel;
 class EventGridModel;
 class RecordingController;
-struct RecordingState;
 
 // "Make Captions" in the studio: recognises the take's voice in the background, shows how far
 // it has come in the caption panel, and puts the words heard, with the cues of the typed texts,
@@ -24,9 +23,9 @@ class CaptionMaking : public QObject {
 public:
     // The take is the one the controller records, with the grid's rows and the editor's
     // captions; the panel shows how far the making has come.
-    CaptionMaking(const AppPaths& paths, const RecordingState& recording,
-                  RecordingController& controller, const EventGridModel& grid,
-                  CaptionTableModel& captions, CaptionPanel& panel, QObject* parent = nullptr);
+    CaptionMaking(const AppPaths& paths, RecordingController& controller,
+                  const EventGridModel& grid, CaptionTableModel& captions, CaptionPanel& panel,
+                  QObject* parent = nullptr);
     ~CaptionMaking() override;
 
     // The running recognition, if any.
@@ -47,7 +46,7 @@ private:
     void ended(const QString& status);
 
     const AppPaths& m_paths;
-    const RecordingState& m_recording;
+    const RecordingController& m_controller;
     const EventGridModel& m_grid;
     CaptionTableModel& m_captions;
     CaptionPanel& m_panel;

@@ -13,7 +13,6 @@
 #include "timeline/FolderPictureList.h"
 #include "timeline/MediaClickHandler.h"
 #include "timeline/QtVoicePlayer.h"
-#include "timeline/RecordingState.h"
 #include "timeline/Replay.h"
 #include "timeline/SlideShow.h"
 #include "timeline/widgets/EventGridView.h"
@@ -39,7 +38,7 @@ TimelineStudio::TimelineStudio(Context context, QObject* parent)
     m_grid = new EventGridModel(this);
     m_captions = new CaptionTableModel(this);
     m_recorder = new Recorder(this);
-    m_logger = new EventLogger(context.recording, *m_grid, *m_recorder, this);
+    m_logger = new EventLogger(*m_grid, *m_recorder, this);
     m_voice = new QtVoicePlayer(context.voicePlayer, this);
     if (context.pictures) {
         m_pictures = context.pictures;
@@ -52,18 +51,23 @@ TimelineStudio::TimelineStudio(Context context, QObject* parent)
                                      context.paths.gstrTempFilesDirectory, this);
     m_replay = new Replay(*m_grid, m_display, *m_voice, this);
     m_slideShow = new SlideShow(*m_pictures, m_display, *m_logger, this);
-    m_controller = new RecordingController({context.recording, *m_grid, *m_logger, *m_recorder,
-                                            m_display, *m_voice, *m_replay, m_slideShow},
-                                           context.paths.gstrRecordedAudioFileSpec, this);
+    m_controller = new RecordingController(
+        {*m_grid, *m_logger, *m_recorder, m_display, *m_voice, *m_replay, m_slideShow},
+        context.paths.gstrRecordedAudioFileSpec, this);
 
     QWidget* window = context.window;
     m_recordingPanel = new RecordingPanel(*m_controller, m_recorder->meter(), window);
     m_slideShowPanel = new SlideShowPanel(*m_slideShow, window);
-    m_projectPanel = new ProjectPanel(context.recording, *m_grid, *m_captions,
-                                      context.paths.gstrRecordedAudioFileSpec,
+    m_projectPanel = new ProjectPanel(*m_grid, *m_captions, context.paths.gstrRecordedAudioFileSpec,
                                       context.paths.gstrTempFilesDirectory,
                                       context.directories.gstrMyVideoProjectsDirectory, window);
     m_gridView = new EventGridView(*m_grid, window);
+    // The recording's controller owns the recording's state; the project panel hears of it.
+    connect(m_controller, &RecordingController::recordingChanged, m_projectPanel,
+            &ProjectPanel::setRecording);
+    connect(
+        m_projectPanel, &ProjectPanel::projectOpened, m_controller,
+        [this](const QString&, qint64 voiceMs) { m_controller->setRecordingLengthMs(voiceMs); });
     connect(m_recordingPanel, &RecordingPanel::cmdEvents_Click, m_gridView,
             &EventGridView::cmdEvents_Click);
     connect(m_controller, &RecordingController::stopPressed, this, &TimelineStudio::stopPressed);

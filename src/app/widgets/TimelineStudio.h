@@ -29,18 +29,14 @@ class TakeKeeper;
 class TakeQuestions;
 struct AppPaths;
 struct DirectorySettings;
-struct RecordingState;
-struct StudioSettings;
 
 // Everything of the recording and its timeline, put together for the main window: the
 // recorder, the event grid and its logging, the media clicks, replay, slide show, projects and
-// their panels, and the captions of the take. The window keeps the state and places the panels.
+// their panels, and the captions of the take. The window places the panels.
 class TimelineStudio : public QObject {
     Q_OBJECT
 public:
     struct Context {
-        RecordingState& recording;
-        StudioSettings& studio;
         const AppPaths& paths;
         const DirectorySettings& directories;
         QWidget* window;
@@ -67,8 +63,6 @@ public:
     RecordingController& controller() { return *m_controller; }
     Recorder& recorder() { return *m_recorder; }
     Replay& replay() { return *m_replay; }
-    SlideShow& slideShow() { return *m_slideShow; }
-    MediaDisplay& display() { return m_display; }
     TakeKeeper& takeKeeper() { return *m_takeKeeper; }
     TakeQuestions& takeQuestions() { return *m_takeQuestions; }
 

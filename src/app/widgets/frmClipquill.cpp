@@ -167,10 +167,9 @@ void frmClipquill::buildStatusBar() {
 QLayout* frmClipquill::buildTimeline(QWidget* central) {
     m_pictureList =
         std::make_unique<TabPictureList>(*m_media->mediaBrowser().tab(MediaTabId::Pictures));
-    m_timeline =
-        new TimelineStudio({m_recording, m_studio, m_paths, m_settings, central, *m_display,
-                            m_media->RecordedAudioPlayBackWMP(), m_pictureList.get()},
-                           this);
+    m_timeline = new TimelineStudio({m_paths, m_settings, central, *m_display,
+                                     m_media->RecordedAudioPlayBackWMP(), m_pictureList.get()},
+                                    this);
     connect(m_timeline, &TimelineStudio::stopPressed, this,
             [this] { m_keepAwake->tmrMoveMouseToPreventScreenSaver().stop(); });
     m_cmdCaptions =
@@ -196,9 +195,8 @@ QWidget* frmClipquill::buildEventsAndCaptions() {
     m_captionPanel->currentTimeMs = [this] {
         return captionTimeMs();
     };
-    m_captionMaking =
-        new CaptionMaking(m_paths, m_recording, m_timeline->controller(), m_timeline->grid(),
-                          m_timeline->captions(), *m_captionPanel, this);
+    m_captionMaking = new CaptionMaking(m_paths, m_timeline->controller(), m_timeline->grid(),
+                                        m_timeline->captions(), *m_captionPanel, this);
     connect(m_cmdCaptions, &QPushButton::clicked, m_captionPanel, &CaptionPanel::cmdCaptions_Click);
     eventsAndCaptions->addWidget(m_timeline->gridView());
     eventsAndCaptions->addWidget(m_captionPanel);
@@ -214,9 +212,9 @@ qint64 frmClipquill::captionTimeMs() const {
 }
 
 RenderRequest frmClipquill::renderRequest() const {
-    RenderRequest request =
-        StudioRenderRequest(m_paths, m_studio, m_timeline->grid().rows(),
-                            m_paths.gstrRecordedAudioFileSpec, m_recording.recordingLengthMs, {});
+    RenderRequest request = StudioRenderRequest(m_paths, m_studio, m_timeline->grid().rows(),
+                                                m_paths.gstrRecordedAudioFileSpec,
+                                                m_timeline->controller().recordingLengthMs(), {});
     AddCaptions(request.inputs, m_studio, m_timeline->captions().cues());
     return request;
 }
@@ -314,7 +312,7 @@ void frmClipquill::closeEvent(QCloseEvent* event) {
 bool frmClipquill::takeLetsClose() {
     if (m_closeAnswered)
         return true;
-    if (m_recording.gblnRecording)
+    if (m_timeline->controller().gblnRecording())
         m_timeline->controller().stop();
     return m_timeline->takeQuestions().takeMayGo(QStringLiteral("closing the studio"), [this] {
         m_closeAnswered = true;

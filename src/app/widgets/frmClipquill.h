@@ -3,7 +3,6 @@
 #include "app/Startup.h"
 #include "render/RenderInputs.h"
 #include "studio/StudioSettings.h"
-#include "timeline/RecordingState.h"
 
 #include <QMainWindow>
 
@@ -34,7 +33,7 @@ class TimelineStudio;
 class ToolPool;
 
 // The studio's main window. It owns the program's state (paths, directory settings, studio
-// settings, recording state) and hands it to the subsystems it assembles.
+// settings) and hands it to the subsystems it assembles.
 class frmClipquill : public QMainWindow {
     Q_OBJECT
 public:
@@ -44,7 +43,6 @@ public:
     const AppPaths& paths() const { return m_paths; }
     DirectorySettings& directorySettings() { return m_settings; }
     StudioSettings& studioSettings() { return m_studio; }
-    RecordingState& recordingState() { return m_recording; }
     const QStringList& textList() const { return m_textList; }
     KeepAwake& keepAwake() { return *m_keepAwake; }
     MediaStation& media() { return *m_media; }
@@ -88,7 +86,6 @@ private:
     AppPaths m_paths;
     DirectorySettings m_settings;
     StudioSettings m_studio;
-    RecordingState m_recording;
     QStringList m_textList;
     QStringList m_startupProblems;
 

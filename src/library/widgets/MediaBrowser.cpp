@@ -70,7 +70,7 @@ void MediaBrowser::pointFoldersAtSettings() {
                                              m_settings.gstrMyStdPicturesDirectory2};
     for (int i = 0; i < kMediaTabCount; ++i)
         if (!folders[i].isEmpty())
-            Dir1_Change(TabAt(i), folders[i]);
+            showFolder(TabAt(i), folders[i]);
 }
 
 void MediaBrowser::setListPointSize(double pointSize) {
@@ -78,8 +78,8 @@ void MediaBrowser::setListPointSize(double pointSize) {
         tab->setListPointSize(pointSize);
 }
 
-bool MediaBrowser::Dir1_Change(MediaTabId tab, const QString& path) {
-    return this->tab(tab)->Dir1_Change(path);
+bool MediaBrowser::showFolder(MediaTabId tab, const QString& path) {
+    return this->tab(tab)->showFolder(path);
 }
 
 void MediaBrowser::onFolderChanged(MediaTabId tab, const QString& path) {

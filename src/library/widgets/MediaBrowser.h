@@ -34,7 +34,8 @@ public:
     // Points the tabs at the folders of the settings (the start-up order); a folder that does not
     // exist leaves its lists where they were.
     void pointFoldersAtSettings();
-    bool Dir1_Change(MediaTabId tab, const QString& path);
+    // Points a tab's lists at a folder; false (and the lists as they were) when it cannot be read.
+    bool showFolder(MediaTabId tab, const QString& path);
 
     // The text list frame and each tab's playback controls come from the text and playback
     // parts of the window.

@@ -211,7 +211,7 @@ QString MediaTab::selectedEntry() const {
                : QString();
 }
 
-bool MediaTab::Dir1_Change(const QString& path) {
+bool MediaTab::showFolder(const QString& path) {
     if (!hasFolderPane() || !IsReadableFolder(path))
         return false;
     const QString folder = QDir(path).absolutePath();
@@ -254,6 +254,10 @@ void MediaTab::refreshFiles() {
 void MediaTab::Drive1_Change(int driveIndex) {
     if (driveIndex >= 0)
         Dir1_Change(m_drive->itemData(driveIndex).toString());
+}
+
+void MediaTab::Dir1_Change(const QString& path) {
+    showFolder(path);
 }
 
 void MediaTab::onFileChosen(QListWidgetItem* item) {

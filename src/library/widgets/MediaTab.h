@@ -34,10 +34,11 @@ public:
 
     // Points the lists at a folder. A folder that does not exist or cannot be read leaves every
     // list as it was and returns false.
-    bool Dir1_Change(const QString& path);
+    bool showFolder(const QString& path);
     // Lists the current folder again, keeping the selected file.
     void refreshFiles();
     void Drive1_Change(int driveIndex);
+    void Dir1_Change(const QString& path);
     void cmdView_Click();
     void cmdOpenFolder_Click();
 

@@ -4,7 +4,6 @@
 #include "platform/Folders.h"
 #include "platform/widgets/NamedButton.h"
 #include "timeline/EventGridModel.h"
-#include "timeline/RecordingState.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -20,10 +19,9 @@ const QString kSaveTitle = QStringLiteral("Save Project");
 const QString kOpenTitle = QStringLiteral("Open Project");
 } // namespace
 
-ProjectPanel::ProjectPanel(RecordingState& state, EventGridModel& grid, CaptionTableModel& captions,
-                           QString voiceFileSpec, QString workFolder, QString projectsFolder,
-                           QWidget* parent)
-    : QWidget(parent), m_state(state), m_grid(grid), m_captions(captions),
+ProjectPanel::ProjectPanel(EventGridModel& grid, CaptionTableModel& captions, QString voiceFileSpec,
+                           QString workFolder, QString projectsFolder, QWidget* parent)
+    : QWidget(parent), m_grid(grid), m_captions(captions),
       m_voiceFileSpec(std::move(voiceFileSpec)), m_workFolder(std::move(workFolder)),
       m_projectsFolder(std::move(projectsFolder)) {
     setObjectName(QStringLiteral("ProjectPanel"));
@@ -57,7 +55,7 @@ QString ProjectPanel::defaultSaveFolder() const {
 }
 
 bool ProjectPanel::refuseWhileRecording(const QString& title) {
-    if (!m_state.gblnRecording)
+    if (!m_recording)
         return false;
     QMessageBox::information(this, title, QStringLiteral("Press Stop to end the recording first."));
     return true;
@@ -122,8 +120,8 @@ void ProjectPanel::openProject(const QString& folder) {
         return;
     }
     m_grid.setRows(result.rows);
-    m_state.recordingLengthMs = qMax<qint64>(result.voiceMs, 0);
     m_captions.loadCues(result.captions);
+    emit projectOpened(folder, qMax<qint64>(result.voiceMs, 0));
     QStringList problems;
     if (!result.missingFiles.isEmpty())
         problems << QStringLiteral("These files are missing and will show nothing:\n%1")

@@ -12,15 +12,13 @@ namespace cq {
 
 class CaptionTableModel;
 class EventGridModel;
-struct RecordingState;
 
 // "Save Project" and "Open Project": a recording and its captions kept in a folder of its own.
 class ProjectPanel : public QWidget {
     Q_OBJECT
 public:
-    ProjectPanel(RecordingState& state, EventGridModel& grid, CaptionTableModel& captions,
-                 QString voiceFileSpec, QString workFolder, QString projectsFolder,
-                 QWidget* parent = nullptr);
+    ProjectPanel(EventGridModel& grid, CaptionTableModel& captions, QString voiceFileSpec,
+                 QString workFolder, QString projectsFolder, QWidget* parent = nullptr);
 
     // The dialogs ask these for a folder (tests replace them); empty means cancelled.
     std::function<QString()> askSaveFolder;
@@ -32,8 +30,13 @@ public:
     void chooseFolderAndSave();
     // Asks for a project folder and opens it, once the take there is may be replaced.
     void chooseFolderAndOpen();
+    // While a recording runs, neither saves nor opens: the user is told to stop first.
+    void setRecording(bool recording) { m_recording = recording; }
 
 signals:
+    // The project's rows and captions are in the grid and the editor; voiceMs is its voice's
+    // length.
+    void projectOpened(const QString& folder, qint64 voiceMs);
     void projectSaved(const QString& folder);
 
 private:
@@ -46,7 +49,6 @@ private:
     void saveProject(const QString& folder);
     void openProject(const QString& folder);
 
-    RecordingState& m_state;
     EventGridModel& m_grid;
     CaptionTableModel& m_captions;
     QString m_voiceFileSpec;
@@ -54,6 +56,7 @@ private:
     QString m_projectsFolder;
     QPushButton* m_cmdSaveProject;
     QPushButton* m_cmdOpenProject;
+    bool m_recording = false;
 };
 
 } // namespace cq
