@@ -9,10 +9,11 @@ namespace cq {
 namespace {
 
 // A word as a person pastes it: left bare when nothing in it is live for a shell, else in single
-// quotes, a ' inside as '\''. Only for reading: no shell runs a command of the studio's.
-QString ReadableWord(const QString& word) {
+// quotes, a ' inside as '\''. Only for reading: no shell runs a command of the studio's. The
+// first word of a line is a variable's assignment when it holds "=", so there it is quoted too.
+QString ReadableWord(const QString& word, bool first = false) {
     static const QRegularExpression kPlain(QStringLiteral("^[A-Za-z0-9_@%+=:,./-]+$"));
-    if (kPlain.match(word).hasMatch())
+    if (kPlain.match(word).hasMatch() && !(first && word.contains(u'=')))
         return word;
     QString quoted = word;
     quoted.replace(u'\'', QStringLiteral("'\\''"));
@@ -31,7 +32,7 @@ QString ToolCommand::inputProblem() const {
 }
 
 QString ToolCommand::commandLine() const {
-    QStringList words{ReadableWord(program)};
+    QStringList words{ReadableWord(program, true)};
     for (const QString& argument : arguments)
         words << ReadableWord(argument);
     if (!standardInputFile.isEmpty())

@@ -41,10 +41,10 @@ public:
     explicit ToolRunner(QObject* parent = nullptr);
     ~ToolRunner() override;
 
-    // Gives every later run a temporary folder of its own inside the given
-    // folder (made when missing): TMPDIR and MAGICK_TEMPORARY_PATH point there, and it goes when
-    // the run ends, however it ends (finished, failed, cancelled, the runner destroyed, the
-    // studio killed). Empty: runs use the common temporary folder.
+    // Gives every later run a temporary folder of its own inside the given folder (made when
+    // missing): TMPDIR and MAGICK_TEMPORARY_PATH point there, and it goes when the run ends,
+    // however it ends (finished, failed, cancelled, the runner destroyed; what a killed studio
+    // left goes at its next start). Empty: runs use the common temporary folder.
     void setTemporaryFolderIn(const QString& workSpace) { m_workSpace = workSpace; }
     // Every private temporary folder's name begins with this, followed by the studio's process
     // id; what a killed studio left behind is found by it.
@@ -56,6 +56,7 @@ public:
     // Starts the command. An input that is not a regular file, or a program that cannot start,
     // ends the run at once with a Failed result (finished comes from inside) and false.
     bool start(const ToolCommand& command);
+    // A command of a program and its arguments alone.
     bool startProgram(const QString& program, const QStringList& arguments) {
         return start({program, arguments});
     }

@@ -7,9 +7,8 @@ int FfmpegInputs::add(const QString& file, const QStringList& options) {
     return m_count++;
 }
 
-QString FfmpegInputs::stream(int input, char kind, bool bracketed) {
-    const QString name = QStringLiteral("%1:%2").arg(input).arg(QLatin1Char(kind));
-    return bracketed ? u'[' + name + u']' : name;
+QString FfmpegInputs::stream(int input, char kind) {
+    return QStringLiteral("%1:%2").arg(input).arg(QLatin1Char(kind));
 }
 
 ToolCommand FfmpegInputs::command(const QString& ffmpeg, const QStringList& logLevel) const {

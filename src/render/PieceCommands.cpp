@@ -62,7 +62,7 @@ QStringList segmentOutput(const RenderInputs& in, const RenderSegment& s, int in
                  hold.filter + captionsFilter(s);
         timing = hold.outputOptions;
     }
-    return QStringList{QStringLiteral("-map"), FfmpegInputs::stream(input, 'v', false),
+    return QStringList{QStringLiteral("-map"), FfmpegInputs::stream(input, 'v'),
                        QStringLiteral("-vf"), filter} +
            timing + QStringList{QStringLiteral("-r"), rate} +
            in.container->pieceEncoderOptions(in.frameRate) +

@@ -184,7 +184,7 @@ QStringList voiceFilterOption(const QString& voiceFilter) {
 QStringList soundMaps(const RenderPlan& plan, const QSet<QString>& videosWithSound,
                       const QString& voiceFilter, int pictures, int voice, FfmpegInputs& inputs) {
     const QStringList pictureMap{QStringLiteral("-map"),
-                                 FfmpegInputs::stream(pictures, 'v', false)};
+                                 FfmpegInputs::stream(pictures, 'v')};
     QStringList chains;
     QString mixed;
     for (const RenderSegment& s : plan.segments) {
@@ -196,16 +196,16 @@ QStringList soundMaps(const RenderPlan& plan, const QSet<QString>& videosWithSou
         options << QStringLiteral("-t") << seconds(s.lengthMs);
         const int input = inputs.add(s.source, options);
         chains
-            << FfmpegInputs::stream(input, 'a', true) +
+            << FfmpegInputs::label(input, 'a') +
                    QStringLiteral("aresample=44100,adelay=%1:all=1[s%2]").arg(s.startMs).arg(input);
         mixed += QStringLiteral("[s%1]").arg(input);
     }
     if (chains.isEmpty())
         return pictureMap +
-               QStringList{QStringLiteral("-map"), FfmpegInputs::stream(voice, 'a', false)} +
+               QStringList{QStringLiteral("-map"), FfmpegInputs::stream(voice, 'a')} +
                voiceFilterOption(voiceFilter);
     QString graph = chains.join(u';') + u';';
-    QString voiceStream = FfmpegInputs::stream(voice, 'a', true);
+    QString voiceStream = FfmpegInputs::label(voice, 'a');
     if (!voiceFilter.isEmpty()) {
         graph += voiceStream + voiceFilter + QStringLiteral("[voice];");
         voiceStream = QStringLiteral("[voice]");
@@ -236,7 +236,7 @@ JoinInputs joinInputs(const RenderInputs& in, const RenderPlan& plan, const QStr
     if (!plan.captionTrackFile.isEmpty())
         join.cueTrack =
             QStringList{QStringLiteral("-map"),
-                        FfmpegInputs::stream(join.inputs.add(plan.captionTrackFile), 's', false)} +
+                        FfmpegInputs::stream(join.inputs.add(plan.captionTrackFile), 's')} +
             in.container->captionTrackOptions();
     return join;
 }
@@ -291,8 +291,8 @@ ToolCommand FinalMixCommand(const RenderInputs& in, const RenderPlan& plan,
 ToolCommand CopyJoinCommand(const RenderInputs& in, const RenderPlan& plan,
                             const QString& voiceSound) {
     const JoinInputs join = joinInputs(in, plan, voiceSound);
-    const QStringList maps{QStringLiteral("-map"), FfmpegInputs::stream(join.pictures, 'v', false),
-                           QStringLiteral("-map"), FfmpegInputs::stream(join.sound, 'a', false)};
+    const QStringList maps{QStringLiteral("-map"), FfmpegInputs::stream(join.pictures, 'v'),
+                           QStringLiteral("-map"), FfmpegInputs::stream(join.sound, 'a')};
     return mixCommand(in.ffmpeg.path, join.inputs,
                       maps + join.cueTrack + in.container->copyResultOptions(), plan.partialOutput);
 }

@@ -198,3 +198,18 @@ TEST(ToolRunner, NothingAToolStartedOutlivesItsRunOrItsRunner) {
     EXPECT_TRUE(Eventually([&] { return groupMembers(second).isEmpty(); }, 2000))
         << groupMembers(second).size() << " left";
 }
+
+// The parent-death signal follows the thread that started a tool: a tool started from a thread
+// that then ends would be killed with it, in the middle of its work.
+TEST(ToolRunner, NoToolIsStartedFromAThreadThatMayEndBeforeIt) {
+    RunResult result;
+    QThread* passing = QThread::create([&] {
+        ToolRunner runner;
+        result = runner.run({"/bin/true", {}});
+    });
+    passing->start();
+    ASSERT_TRUE(passing->wait(QDeadlineTimer(20000)));
+    delete passing;
+    EXPECT_EQ(result.outcome, RunResult::Outcome::Failed);
+    EXPECT_TRUE(result.errorText.contains("main thread")) << result.errorText.toStdString();
+}

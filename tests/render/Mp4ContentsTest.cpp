@@ -155,10 +155,7 @@ TEST_F(Mp4Files, APieceMustBeOneVideoTrackOfExactlyItsFrames) {
     EXPECT_FALSE(
         mp4.pieceProblem(write(file(kVideo + track("soun", 44100, 1, 1, 1))), 100, ntsc).isEmpty());
     EXPECT_FALSE(mp4.pieceProblem(write(file(kVideo).left(200)), 100, ntsc).isEmpty());
-    // A still's last three frames are moved to its end in the track's clock.
+    // The track's clock, as ffmpeg chooses it.
     EXPECT_EQ(Mp4TrackTimescale(ntsc), 30000);
     EXPECT_EQ(Mp4TrackTimescale(FrameRate{25, 1}), 12800);
-    EXPECT_TRUE(
-        mp4.stillHold(100, ntsc).outputOptions.join(" ").contains("PTS+96096")); // 96 frames
-    EXPECT_TRUE(mp4.stillHold(3, FrameRate{25, 1}).outputOptions.join(" ").contains("PTS+0"));
 }

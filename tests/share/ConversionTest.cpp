@@ -93,18 +93,6 @@ JobEnd Convert(ConversionJob& job, const ToolCommand& command, const QString& ou
 
 } // namespace
 
-TEST(ConversionCommand, RingtonesAndSoundFormatsDropThePictureAndTheSize) {
-    for (const QString preset : {"Ringtones (MP3)", "Ringtones (3GP)", ""}) {
-        const QString format = preset.isEmpty() ? "M4A" : preset.mid(11, 3);
-        const QStringList args =
-            ConvertFileForCellPhones("ffmpeg", "/w/a.avi", "/w/a." + format, preset,
-                                     {format, "480x320", "", "", "", "", ""})
-                .arguments;
-        EXPECT_TRUE(args.contains("-vn")) << preset.toStdString();
-        EXPECT_FALSE(args.contains("-s")) << preset.toStdString();
-    }
-}
-
 TEST(ConversionCommand, SizeCaptionsAreNormalisedAndBadSizesIgnored) {
     EXPECT_EQ(NormalizeFrameSize("160x120 "), "160x120");
     EXPECT_EQ(NormalizeFrameSize("320X240"), "320x240");
