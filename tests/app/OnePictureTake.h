@@ -9,7 +9,6 @@
 #include "timeline/EventGridModel.h"
 
 #include <QImage>
-#include <QProcess>
 
 #include <gtest/gtest.h>
 
@@ -23,12 +22,8 @@ inline void PrepareOnePictureTake(frmClipquill& w, const TestAppFolder& app, Qt:
     picture.fill(colour);
     const QString file = app.file("picture.jpg");
     ASSERT_TRUE(picture.save(file));
-    QProcess ffmpeg;
-    ffmpeg.start("ffmpeg", {"-hide_banner", "-loglevel", "error", "-f", "lavfi", "-i",
-                            "sine=frequency=440:duration=2", "-ar", "44100", "-ac", "1", "-c:a",
-                            "pcm_s16le", "-y", w.paths().gstrRecordedAudioFileSpec});
-    ASSERT_TRUE(ffmpeg.waitForFinished(30000));
-    ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
+    ASSERT_TRUE(MakeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", "-ar", "44100",
+                           "-ac", "1", "-c:a", "pcm_s16le", w.paths().gstrRecordedAudioFileSpec}));
     w.timeline().grid().appendRow(Event(MediaKind::Pictures, atMs, file));
     w.timeline().controller().setRecordingLengthMs(2000);
 }

@@ -15,14 +15,15 @@
 #include "studio/StudioSettings.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
+#include "support/TestAudio.h"
 #include "support/TestRows.h"
+#include "support/WidgetFinding.h"
 #include "timeline/EventGridModel.h"
 
 #include <QAbstractButton>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QLabel>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 #include <QVideoFrame>
@@ -31,14 +32,9 @@
 #include <gtest/gtest.h>
 
 using namespace cq;
+using test::Child;
 
 namespace {
-QAbstractButton* button(frmClipquill& w, const char* name) {
-    auto* b = w.findChild<QAbstractButton*>(name);
-    EXPECT_NE(b, nullptr) << name;
-    return b;
-}
-
 QString colourName(const QColor& c) {
     if (c.red() > 180 && c.green() < 80 && c.blue() < 80)
         return QStringLiteral("red");
@@ -62,14 +58,14 @@ TEST(RenderResult, ARenderedVideoTakesTheDisplayPlaceReadyToPlay) {
     ASSERT_NO_FATAL_FAILURE(test::PrepareOnePictureTake(*w, app, Qt::red, 1000));
 
     // Stop, as at the end of the recording, ends the keep-alive.
-    button(*w, "cmdPause")->click();
+    Child<QAbstractButton>(w.get(), "cmdPause")->click();
     QTimer& keepAlive = w->keepAwake().tmrMoveMouseToPreventScreenSaver();
     ASSERT_FALSE(keepAlive.isActive());
     EXPECT_EQ(w->displayPlace().currentSurface(), DisplaySurface::Picture);
 
     w->renderPanel().setQuiet(true);
     QSignalSpy done(&w->renderPanel(), &RenderPanel::renderFinished);
-    button(*w, "cmdRender")->click();
+    Child<QAbstractButton>(w.get(), "cmdRender")->click();
     ASSERT_TRUE(done.wait(110000));
     ASSERT_TRUE(w->renderPanel().lastReport().ok())
         << w->renderPanel().lastReport().message.toStdString();
@@ -88,28 +84,23 @@ TEST(RenderResult, ARenderedVideoTakesTheDisplayPlaceReadyToPlay) {
         << "play state " << video->playState();
 
     // A cancelled render does not leave the status claiming a new result.
-    button(*w, "cmdRender")->click();
-    button(*w, "cmdCancelRender")->click();
+    Child<QAbstractButton>(w.get(), "cmdRender")->click();
+    Child<QAbstractButton>(w.get(), "cmdCancelRender")->click();
     ASSERT_TRUE(done.wait(110000));
     EXPECT_EQ(w->statusText()->text(), "The render was cancelled.");
 }
 
 TEST(RenderResult, PlayRenderedPlaysAtVolumeNinety) {
-    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
-        GTEST_SKIP() << "no test sound server";
+    REQUIRE_AUDIO();
     test::TestAppFolder app;
     auto w = test::OpenStudio(app);
-    QProcess ffmpeg;
-    ffmpeg.start("ffmpeg",
-                 {"-hide_banner", "-loglevel", "error", "-f", "lavfi", "-i",
-                  "testsrc=size=160x120:rate=25:duration=3", "-f", "lavfi", "-i", "sine=duration=3",
-                  "-c:v", "mpeg4", "-c:a", "pcm_s16le", "-y", w->paths().gstrFinalMixAVIFileSpec});
-    ASSERT_TRUE(ffmpeg.waitForFinished(30000));
-    ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
-    button(*w, "cmdPause")->click();
+    ASSERT_TRUE(test::MakeMedia({"-f", "lavfi", "-i", "testsrc=size=160x120:rate=25:duration=3",
+                                 "-f", "lavfi", "-i", "sine=duration=3", "-c:v", "mpeg4", "-c:a",
+                                 "pcm_s16le", w->paths().gstrFinalMixAVIFileSpec}));
+    Child<QAbstractButton>(w.get(), "cmdPause")->click();
     w->media().videoPlayer()->setVolume(40);
 
-    button(*w, "cmdPlayRendered")->click();
+    Child<QAbstractButton>(w.get(), "cmdPlayRendered")->click();
     MediaPlayer* video = w->media().videoPlayer();
     EXPECT_EQ(video->URL(), w->paths().gstrFinalMixAVIFileSpec);
     EXPECT_EQ(video->volume(), 90);
@@ -122,8 +113,7 @@ TEST(RenderResult, PlayRenderedPlaysAtVolumeNinety) {
 // A picture's held frames are empty chunks in the result; the studio's player must still show
 // each picture for its whole time and play to the end of the voice.
 TEST(RenderResult, HeldPicturesPlayForTheirWholeTime) {
-    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
-        GTEST_SKIP() << "no test sound server";
+    REQUIRE_AUDIO();
     test::TestAppFolder app;
     const AppPaths paths = AppPaths::forFolder(app.path());
     QImage picture(320, 240, QImage::Format_RGB32);
@@ -132,10 +122,8 @@ TEST(RenderResult, HeldPicturesPlayForTheirWholeTime) {
     picture.fill(Qt::blue);
     ASSERT_TRUE(picture.save(app.file("blue.jpg")));
     const QString voice = app.file("voice.wav");
-    QProcess ffmpeg;
-    ffmpeg.start("ffmpeg", {"-hide_banner", "-loglevel", "error", "-f", "lavfi", "-i",
-                            "sine=frequency=440:duration=3", "-ac", "1", "-y", voice});
-    ASSERT_TRUE(ffmpeg.waitForFinished(30000));
+    ASSERT_TRUE(
+        test::MakeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=3", "-ac", "1", voice}));
     StudioSettings studio;
     ToolPool pool;
     RenderJob job(

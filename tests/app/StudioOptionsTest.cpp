@@ -46,13 +46,3 @@ TEST(StudioOptions, UsageErrorsAreNamedAndNothingRuns) {
     EXPECT_TRUE(parse({"--app-dir", ""}).error.startsWith("--app-dir needs the name of a folder"));
     EXPECT_TRUE(parse({"--renderr"}).error.contains("renderr"));
 }
-
-TEST(StudioOptions, UsageListsEveryOption) {
-    const QString usage = StudioUsage();
-    EXPECT_TRUE(usage.startsWith("Usage: clipquill")) << usage.toStdString();
-    for (const char* option :
-         {"--app-dir <DIR>", "--check", "--render <TIMELINE>", "--voice <WAV>", "--size <WxH>",
-          "--output <FILE>", "--video-sound", "--raw-voice", "--reduce-noise", "--captions",
-          "--burn-captions", "--help", "--version"})
-        EXPECT_TRUE(usage.contains(option)) << option;
-}

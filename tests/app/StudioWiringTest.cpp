@@ -6,6 +6,8 @@
 #include "library/widgets/MediaBrowser.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
+#include "support/TestAudio.h"
+#include "support/WidgetFinding.h"
 #include "take/RecordingController.h"
 #include "text/widgets/TextDisplaySurface.h"
 #include "timeline/EventGridModel.h"
@@ -24,21 +26,8 @@
 #include <gtest/gtest.h>
 
 using namespace cq;
-
-namespace {
-void clickItem(QListWidget* list, const QString& text) {
-    const QList<QListWidgetItem*> found = list->findItems(text, Qt::MatchExactly);
-    ASSERT_EQ(found.size(), 1) << text.toStdString();
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                      list->visualItemRect(found.first()).center());
-}
-
-QAbstractButton* button(frmClipquill& w, const char* name) {
-    auto* b = w.findChild<QAbstractButton*>(name);
-    EXPECT_NE(b, nullptr) << name;
-    return b;
-}
-} // namespace
+using test::Child;
+using test::ClickItem;
 
 // The recording flag alone opens the grid to rows; the capture itself is tested elsewhere.
 TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
@@ -51,22 +40,22 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     ASSERT_TRUE(w->mediaBrowser().showFolder(MediaTabId::Pictures, media.path()));
     const EventGridModel& grid = w->timeline().grid();
 
-    clickItem(w->findChild<QListWidget*>("File1_2"), "green field.jpg");
+    ClickItem(w->findChild<QListWidget*>("File1_2"), "green field.jpg");
     EXPECT_EQ(grid.rowCount(), 0) << "nothing is logged while no recording runs";
     EXPECT_TRUE(QTest::qWaitFor(
         [&] { return w->displayPlace().currentSurface() == DisplaySurface::Picture; }, 2000));
 
     w->timeline().logger().setRecording(true);
-    button(*w, "cmdDisplayVideoOrPics_1")->click();
+    Child<QAbstractButton>(w.get(), "cmdDisplayVideoOrPics_1")->click();
     ASSERT_EQ(grid.rowCount(), 1);
     EXPECT_EQ(grid.row(0).kind, MediaKind::Pictures);
     EXPECT_EQ(grid.row(0).file, media.filePath("green field.jpg"));
 
     // "Text" with no text chosen yet shows and logs nothing.
-    button(*w, "cmdDisplayVideoOrPics_2")->click();
+    Child<QAbstractButton>(w.get(), "cmdDisplayVideoOrPics_2")->click();
     EXPECT_EQ(grid.rowCount(), 1);
     w->studioSettings().gstrCurrentText = "See you soon";
-    button(*w, "cmdDisplayVideoOrPics_2")->click();
+    Child<QAbstractButton>(w.get(), "cmdDisplayVideoOrPics_2")->click();
     ASSERT_EQ(grid.rowCount(), 2);
     EXPECT_EQ(grid.row(1).kind, MediaKind::Text);
     EXPECT_EQ(grid.row(1).text, "See you soon");
@@ -74,7 +63,7 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
     EXPECT_FALSE(w->media().picDisplay()->picture().isNull());
     EXPECT_TRUE(QFile::exists(grid.row(1).file));
     // The switch never toggles back: a second press logs the text again.
-    button(*w, "cmdDisplayVideoOrPics_2")->click();
+    Child<QAbstractButton>(w.get(), "cmdDisplayVideoOrPics_2")->click();
     EXPECT_EQ(grid.rowCount(), 3);
     w->timeline().logger().setRecording(false);
 }
@@ -82,38 +71,15 @@ TEST(StudioWiring, DisplaySwitchLogsThePictureAndRunsTheTextClick) {
 namespace {
 // A four-second test video with sound and a two-second beep.
 void makeClipAndBeep(const QString& folder) {
-    QProcess ffmpeg;
-    ffmpeg.start("ffmpeg", {"-hide_banner",
-                            "-loglevel",
-                            "error",
-                            "-f",
-                            "lavfi",
-                            "-i",
-                            "testsrc=size=160x120:rate=25:duration=4",
-                            "-f",
-                            "lavfi",
-                            "-i",
-                            "sine=duration=4",
-                            "-c:v",
-                            "mpeg4",
-                            "-c:a",
-                            "pcm_s16le",
-                            folder + "/clip.avi",
-                            "-f",
-                            "lavfi",
-                            "-i",
-                            "sine=duration=2",
-                            "-map",
-                            "2:a",
-                            folder + "/beep.wav"});
-    ASSERT_TRUE(ffmpeg.waitForFinished(30000));
-    ASSERT_EQ(ffmpeg.exitCode(), 0) << ffmpeg.readAllStandardError().toStdString();
+    ASSERT_TRUE(test::MakeMedia({"-f", "lavfi", "-i", "testsrc=size=160x120:rate=25:duration=4",
+                                 "-f", "lavfi", "-i", "sine=duration=4", "-c:v", "mpeg4", "-c:a",
+                                 "pcm_s16le", folder + "/clip.avi"}));
+    ASSERT_TRUE(test::MakeMedia({"-f", "lavfi", "-i", "sine=duration=2", folder + "/beep.wav"}));
 }
 } // namespace
 
 TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
-    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
-        GTEST_SKIP() << "no test sound server";
+    REQUIRE_AUDIO();
     test::TestAppFolder app;
     QTemporaryDir media;
     ASSERT_NO_FATAL_FAILURE(makeClipAndBeep(media.path()));
@@ -123,11 +89,11 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
     const EventGridModel& grid = w->timeline().grid();
     w->timeline().logger().setRecording(true);
 
-    clickItem(w->findChild<QListWidget*>("File1_1"), "beep.wav");
+    ClickItem(w->findChild<QListWidget*>("File1_1"), "beep.wav");
     EXPECT_EQ(w->media().WMPAudio(MediaTabId::Audio)->URL(), media.filePath("beep.wav"));
     EXPECT_EQ(grid.rowCount(), 0) << "sounds are heard, never logged";
 
-    clickItem(w->findChild<QListWidget*>("File1_0"), "clip.avi");
+    ClickItem(w->findChild<QListWidget*>("File1_0"), "clip.avi");
     ASSERT_EQ(grid.rowCount(), 1);
     EXPECT_EQ(grid.row(0).kind, MediaKind::Video);
     MediaPlayer* video = w->media().videoPlayer();
@@ -140,14 +106,14 @@ TEST(StudioWiring, SoundsPlayUnloggedAndAMovedVideoIsANewEvent) {
     EXPECT_EQ(grid.row(1).kind, MediaKind::Video);
     EXPECT_EQ(grid.row(1).startMs, 2500);
 
-    button(*w, "cmdFullScreen")->click();
+    Child<QAbstractButton>(w.get(), "cmdFullScreen")->click();
     EXPECT_TRUE(video->fullScreen());
-    button(*w, "cmdFullScreen")->click();
+    Child<QAbstractButton>(w.get(), "cmdFullScreen")->click();
     EXPECT_FALSE(video->fullScreen());
     video->pause();
     ASSERT_TRUE(QTest::qWaitFor(
         [&] { return video->playState() == static_cast<int>(PlayState::Paused); }, 5000));
-    button(*w, "cmdFullScreen")->click();
+    Child<QAbstractButton>(w.get(), "cmdFullScreen")->click();
     EXPECT_FALSE(video->fullScreen()) << "full screen only while the video plays";
     w->timeline().logger().setRecording(false);
 }
@@ -165,7 +131,7 @@ TEST(StudioWiring, WithoutAnySoundInputStartUpSaysNoMicrophoneWasFound) {
         EXPECT_TRUE(box->text().startsWith("No microphone was found")) << box->text().toStdString();
         EXPECT_FALSE(box->text().contains("You may still record sound"));
         box->close();
-        button(*w, "cmdRecordVoiceEmail")->click();
+        Child<QAbstractButton>(w.get(), "cmdRecordVoiceEmail")->click();
         EXPECT_FALSE(w->timeline().controller().gblnRecording()) << "record refuses";
         return;
     }

@@ -1,4 +1,5 @@
 #include "share/CarrierList.h"
+#include "platform/TextFiles.h"
 #include "support/TestAppFolder.h"
 
 #include <QFile>
@@ -9,11 +10,6 @@
 using namespace cq;
 
 namespace {
-
-QByteArray FileBytes(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QStringList Names(const QList<Carrier>& carriers) {
     QStringList names;
@@ -60,7 +56,7 @@ TEST(CarrierList, BytesThatAreNotUtf8SurviveReadingAndAddingACarrier) {
     EXPECT_EQ(carriers.at(1).name, QString::fromUtf8("Zo\xc3\xab Mobile"));
 
     EXPECT_TRUE(AddCarrierToFile(fileSpec, "New Carrier", "mms.new.example").isEmpty());
-    EXPECT_EQ(FileBytes(fileSpec), latin1 + utf8 + "New Carrier;mms.new.example\r\n");
+    EXPECT_EQ(ReadFileToBytes(fileSpec), latin1 + utf8 + "New Carrier;mms.new.example\r\n");
 }
 
 TEST(CarrierList, TableHoldsTwoHundredWithTheBuiltInCarriersAlwaysLast) {
@@ -79,7 +75,7 @@ TEST(CarrierList, TableHoldsTwoHundredWithTheBuiltInCarriersAlwaysLast) {
 
     // A full table takes no more.
     EXPECT_FALSE(AddCarrierToFile(fileSpec, "One Too Many", "mms.more.example").isEmpty());
-    EXPECT_EQ(FileBytes(fileSpec), file);
+    EXPECT_EQ(ReadFileToBytes(fileSpec), file);
 }
 
 TEST(CarrierList, MissingFileStillListsTheBuiltInCarriersEachOneValid) {
@@ -94,21 +90,21 @@ TEST(CarrierList, AddedCarrierGoesBeforeTheLineThatEndsTheList) {
     const QString fileSpec = dir.path() + "/System/MMSServerList.txt";
     test::WriteFile(fileSpec, "One;one.example\r\nnotes: keep this\r\n");
     EXPECT_TRUE(AddCarrierToFile(fileSpec, "  Two  ", " mms.two.example ").isEmpty());
-    EXPECT_EQ(FileBytes(fileSpec),
+    EXPECT_EQ(ReadFileToBytes(fileSpec),
               "One;one.example\r\nTwo;mms.two.example\r\nnotes: keep this\r\n");
     EXPECT_EQ(Names(FillCarrierList(fileSpec)).mid(0, 2), QStringList({"One", "Two"}));
 
     // Past blank lines between carriers, before those after the last one.
     test::WriteFile(fileSpec, "One;one.example\r\n\r\nTwo;two.example\r\n\r\nnotes\r\n");
     EXPECT_TRUE(AddCarrierToFile(fileSpec, "Three", "mms.three.example").isEmpty());
-    EXPECT_EQ(FileBytes(fileSpec), "One;one.example\r\n\r\nTwo;two.example\r\n"
-                                   "Three;mms.three.example\r\n\r\nnotes\r\n");
+    EXPECT_EQ(ReadFileToBytes(fileSpec), "One;one.example\r\n\r\nTwo;two.example\r\n"
+                                         "Three;mms.three.example\r\n\r\nnotes\r\n");
     EXPECT_EQ(Names(FillCarrierList(fileSpec)).mid(0, 3), QStringList({"One", "Two", "Three"}));
 
     // A new file is made when there was none.
     const QString fresh = dir.path() + "/System/New.txt";
     EXPECT_TRUE(AddCarrierToFile(fresh, "Acme", "mms.acme.example").isEmpty());
-    EXPECT_EQ(FileBytes(fresh), "Acme;mms.acme.example\r\n");
+    EXPECT_EQ(ReadFileToBytes(fresh), "Acme;mms.acme.example\r\n");
 }
 
 TEST(CarrierList, EntriesThatWouldBreakTheFileAreRefused) {

@@ -1,3 +1,4 @@
+#include "platform/TextFiles.h"
 #include "share/HandOverFiles.h"
 #include "support/TestAppFolder.h"
 
@@ -9,11 +10,6 @@
 using namespace cq;
 
 namespace {
-
-QByteArray FileBytes(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 // Written out by hand rather than through the program's own encoder.
 QByteArray Flipped(const QByteArray& plain) {
@@ -30,10 +26,10 @@ TEST(EmailHandOver, FilesHoldTheFlippedTextAndOnlyTheFinalLineEndIsPlain) {
     const QString folder = dir.path() + "/SystemTemp"; // made by the hand-over
     ASSERT_TRUE(WriteEmailHandOver(folder, {EmailMessageText(), "/opt/cq/FinalMix.avi"}));
 
-    const QByteArray message = FileBytes(folder + "/EmailMessageText.txt");
+    const QByteArray message = ReadFileToBytes(folder + "/EmailMessageText.txt");
     EXPECT_EQ(message,
               Flipped("Check out this video...  I made it with Harrowfin.\r\n\r\n") + "\r\n");
-    const QByteArray list = FileBytes(folder + "/EmailAttachmentList.txt");
+    const QByteArray list = ReadFileToBytes(folder + "/EmailAttachmentList.txt");
     EXPECT_EQ(list, Flipped("/opt/cq/FinalMix.avi\r\n") + "\r\n");
     for (const QByteArray& bytes : {message, list}) {
         const QByteArray body = bytes.left(bytes.size() - 2);
@@ -50,7 +46,7 @@ TEST(EmailHandOver, SecondHandOverReplacesBothFilesAndReadsBackUnchanged) {
     const QString shortPath = "/home/zoë/Vidéos/FinalMix.mp3";
     ASSERT_TRUE(WriteEmailHandOver(dir.path(), {"Hi", shortPath}));
 
-    EXPECT_EQ(FileBytes(dir.path() + "/EmailMessageText.txt"), Flipped("Hi") + "\r\n");
+    EXPECT_EQ(ReadFileToBytes(dir.path() + "/EmailMessageText.txt"), Flipped("Hi") + "\r\n");
     const EmailHandOverReadResult read = ReadEmailHandOver(dir.path());
     ASSERT_TRUE(read.ok()) << read.error.toStdString();
     EXPECT_EQ(read.handOver.messageText, "Hi");

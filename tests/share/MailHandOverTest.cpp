@@ -66,14 +66,15 @@ TEST(MailHandOver, ClipGoesToXdgEmailWithSubjectBodyAttachmentAndRecipient) {
     test::StubProgram xdgEmail("xdg-email");
     const MailResult sent = Send(ClipMailMessage(clip, "5551234567@vzwpix.com"));
     EXPECT_TRUE(sent.ok) << sent.message.toStdString();
-    EXPECT_EQ(xdgEmail.arguments(), QStringList({"--utf8", "--subject", "Harrowfin", "--body",
-                                                 "Check out this clip video attached...\r\n",
-                                                 "--attach", clip, "5551234567@vzwpix.com"}));
+    // What the mail client makes of the arguments is checked with the real xdg-email below.
+    const QStringList args = xdgEmail.arguments();
+    EXPECT_EQ(args.value(args.indexOf("--attach") + 1), clip);
+    EXPECT_EQ(args.last(), "5551234567@vzwpix.com");
     EXPECT_FALSE(QFile::exists(dir.path() + "/pwned"));
 
     // Without a recipient the user fills it in: no address is passed.
     ASSERT_TRUE(Send(ClipMailMessage(clip, "")).ok);
-    EXPECT_EQ(xdgEmail.arguments().size(), 7);
+    EXPECT_EQ(xdgEmail.arguments().last(), clip);
 }
 
 TEST(MailHandOver, NoMailClientOrNoXdgEmailIsAFailedLogOn) {
@@ -111,8 +112,9 @@ TEST(Emailer, ReadsTheHandOverFilesBackIntoANewMessage) {
 
     const EmailerRun run = RunEmailer(app.path());
     EXPECT_TRUE(run.result.ok()) << run.errors.toStdString();
-    EXPECT_EQ(xdgEmail.arguments(), QStringList({"--utf8", "--subject", "Harrowfin", "--body",
-                                                 EmailMessageText(), "--attach", clip}));
+    const QStringList args = xdgEmail.arguments();
+    EXPECT_EQ(args.value(args.indexOf("--body") + 1), EmailMessageText());
+    EXPECT_EQ(args.value(args.indexOf("--attach") + 1), clip);
 }
 
 TEST(Emailer, SaysSoWhenThereIsNothingToSendOrNoMailClient) {

@@ -1,4 +1,5 @@
 #include "share/SaveCopy.h"
+#include "platform/TextFiles.h"
 #include "support/TestAppFolder.h"
 
 #include <QDir>
@@ -8,13 +9,6 @@
 #include <gtest/gtest.h>
 
 using namespace cq;
-
-namespace {
-QByteArray FileBytes(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-} // namespace
 
 TEST(SaveCopy, NamesWithSlashesOrOnlyBlanksAreRefusedWithAReason) {
     for (const QString bad : {"", "   ", "clips/trip", "/etc/passwd", "..", " . "})
@@ -49,12 +43,12 @@ TEST(SaveCopy, CopyReplacesWholeOrLeavesTheTargetAlone) {
     const QString target = dir.path() + "/it's $(touch pwned) \"Trip\".avi";
     test::WriteFile(target, "an older clip");
     EXPECT_TRUE(CopyFileReplacing(source, target).isEmpty());
-    EXPECT_EQ(FileBytes(target), video);
+    EXPECT_EQ(ReadFileToBytes(target), video);
     EXPECT_FALSE(QFile::exists(dir.path() + "/pwned"));
 
     EXPECT_FALSE(CopyFileReplacing(source, dir.path() + "/no such folder/Trip.avi").isEmpty());
     EXPECT_FALSE(CopyFileReplacing(dir.path() + "/missing.avi", target).isEmpty());
-    EXPECT_EQ(FileBytes(target), video); // a failed copy destroys nothing
+    EXPECT_EQ(ReadFileToBytes(target), video); // a failed copy destroys nothing
     QDir(dir.path()).mkdir("Folder.avi");
     EXPECT_FALSE(CopyFileReplacing(source, dir.path() + "/Folder.avi").isEmpty());
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files).size(), 2); // no temporary file left
@@ -72,8 +66,8 @@ TEST(SaveCopy, TheCaptionsBesideTheClipGoAlongWithIt) {
     ASSERT_TRUE(CopyFileReplacing(source, target).isEmpty());
     EXPECT_TRUE(CopySubtitlesAlong(source, target).isEmpty());
     for (const char* suffix : {".srt", ".vtt"})
-        EXPECT_EQ(FileBytes(dir.path() + "/saved/Trip to the lake" + suffix),
-                  FileBytes(dir.path() + "/FinalMix" + suffix));
+        EXPECT_EQ(ReadFileToBytes(dir.path() + "/saved/Trip to the lake" + suffix),
+                  ReadFileToBytes(dir.path() + "/FinalMix" + suffix));
 
     // Only what is there is copied; a folder in the way is said.
     QFile::remove(dir.path() + "/FinalMix.vtt");

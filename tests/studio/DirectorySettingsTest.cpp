@@ -116,12 +116,3 @@ TEST(DirectorySettings, BrokenFilesNeverStopStartup) {
     empty.loadAtStartup(folder.file("missing.txt"), own, "/xdg/Videos", "", "");
     EXPECT_EQ(empty.gstrMyVideoDirectory, "/xdg/Videos");
 }
-
-TEST(DirectorySettings, FtpStartFolderFileEndsWithAnEmptyLine) {
-    test::TestAppFolder folder(false);
-    DirectorySettings s;
-    s.gstrFTPDirectory = "/w/ClipquillTempFiles";
-    ASSERT_TRUE(s.SaveFTPDirectoryToFile(folder.file("FTPStartUpDirectory.txt")));
-    EXPECT_EQ(ReadFileToBytes(folder.file("FTPStartUpDirectory.txt")),
-              "gstrFTPDirectory=/w/ClipquillTempFiles\r\n\r\n");
-}

@@ -1,4 +1,5 @@
 #include "platform/WavFormat.h"
+#include "support/TestAudio.h"
 #include "take/Microphone.h"
 #include "take/Recorder.h"
 
@@ -16,10 +17,6 @@
 using namespace cq;
 
 namespace {
-
-#define REQUIRE_AUDIO()                                                                            \
-    if (!qEnvironmentVariableIsSet("CLIPQUILL_TEST_AUDIO"))                                        \
-    GTEST_SKIP() << "no test microphone (CLIPQUILL_TEST_AUDIO is unset)"
 
 bool pactl(const QStringList& args) {
     QProcess p;

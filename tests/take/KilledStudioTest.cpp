@@ -6,6 +6,7 @@
 #include "support/LiveProcesses.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
+#include "support/TestAudio.h"
 #include "take/Recorder.h"
 #include "take/RecordingController.h"
 #include "take/StudioFolderLock.h"
@@ -70,8 +71,7 @@ namespace {
 class KilledStudio : public ::testing::Test {
 protected:
     void SetUp() override {
-        if (!qEnvironmentVariableIsSet("CLIPQUILL_TEST_AUDIO"))
-            GTEST_SKIP() << "no test microphone (CLIPQUILL_TEST_AUDIO is unset)";
+        REQUIRE_AUDIO();
         for (const auto& [name, color] : {std::pair{"red", Qt::red}, std::pair{"blue", Qt::blue}}) {
             QImage picture(64, 48, QImage::Format_RGB32);
             picture.fill(color);

@@ -2,6 +2,7 @@
 #include "platform/WavFileWriter.h"
 #include "platform/WavFormat.h"
 #include "support/FileSizeLimit.h"
+#include "support/TestAudio.h"
 
 #include <QAudioDevice>
 #include <QCoreApplication>
@@ -26,14 +27,6 @@
 using namespace cq;
 
 namespace {
-
-bool audioAvailable() {
-    return qEnvironmentVariableIsSet("CLIPQUILL_TEST_AUDIO");
-}
-
-#define REQUIRE_AUDIO()                                                                            \
-    if (!audioAvailable())                                                                         \
-    GTEST_SKIP() << "no test microphone (CLIPQUILL_TEST_AUDIO is unset)"
 
 struct WrittenWav {
     quint32 dataBytes = 0;

@@ -1,9 +1,10 @@
 #include "take/RecordingController.h"
 #include "../timeline/FakeMediaDisplay.h"
-#include "support/FileSizeLimit.h"
-#include "take/Recorder.h"
 #include "studio/StudioSettings.h"
+#include "support/FileSizeLimit.h"
+#include "support/TestAudio.h"
 #include "support/TestRows.h"
+#include "take/Recorder.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"
 #include "timeline/PictureList.h"
@@ -63,10 +64,6 @@ struct Studio {
 bool recordUntil(Recorder& recorder, qint64 ms) {
     return QTest::qWaitFor([&] { return recorder.elapsedMs() >= ms; }, 20000);
 }
-
-#define REQUIRE_AUDIO()                                                                            \
-    if (!qEnvironmentVariableIsSet("CLIPQUILL_TEST_AUDIO"))                                        \
-    GTEST_SKIP() << "no test microphone (CLIPQUILL_TEST_AUDIO is unset)"
 
 } // namespace
 

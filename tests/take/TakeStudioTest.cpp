@@ -7,6 +7,7 @@
 #include "support/CuePrinting.h"
 #include "support/FileSizeLimit.h"
 #include "support/TestAppFolder.h"
+#include "support/TestAudio.h"
 #include "take/Recorder.h"
 #include "take/RecordingController.h"
 #include "take/TakeFiles.h"
@@ -260,8 +261,7 @@ TEST(UnsavedTake, ItsCaptionsComeBackAreKeptWhenEditedAndGoWithIt) {
 // A studio goes away in whatever state its take is: before the microphone listens, while it
 // listens, mid-take and with a take stopped at the press that started it.
 TEST(StudioTeardown, EveryStateOfATakeClosesCleanly) {
-    if (!qEnvironmentVariableIsSet("CLIPQUILL_TEST_AUDIO"))
-        GTEST_SKIP() << "no test microphone (CLIPQUILL_TEST_AUDIO is unset)";
+    REQUIRE_AUDIO();
     for (int round = 0; round < 24; ++round) {
         SCOPED_TRACE(round);
         test::TestAppFolder app;

@@ -1,5 +1,6 @@
 #include "text/widgets/SpeechVoice.h"
 #include "ModalHelper.h"
+#include "support/TestAudio.h"
 #include "text/widgets/RetiredSpeechEngine.h"
 #include "text/widgets/TextDisplaySurface.h"
 #include "text/widgets/frmDisplayText.h"
@@ -29,8 +30,7 @@ TEST(SpeechVoice, WithoutAnEngineSpeakingIsSilentAndStopIsHarmless) {
 }
 
 TEST(SpeechVoice, FliteSpeaksQueuesAndStops) {
-    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
-        GTEST_SKIP() << "no test sound server";
+    REQUIRE_AUDIO();
     if (!QTextToSpeech::availableEngines().contains("flite"))
         GTEST_SKIP() << "flite engine not installed";
     SpeechVoice voice(QStringLiteral("flite"));
@@ -56,8 +56,7 @@ TEST(SpeechVoice, FliteSpeaksQueuesAndStops) {
 }
 
 TEST(SpeechVoice, ClickOnTheDisplaySilencesTheVoice) {
-    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
-        GTEST_SKIP() << "no test sound server";
+    REQUIRE_AUDIO();
     if (!QTextToSpeech::availableEngines().contains("flite"))
         GTEST_SKIP() << "flite engine not installed";
     SpeechVoice voice(QStringLiteral("flite"));
@@ -77,8 +76,7 @@ TEST(SpeechVoice, ClickOnTheDisplaySilencesTheVoice) {
 // The engine must not be torn down while it synthesises (flite crashes), yet the voice's owner
 // must not wait for it: the engine is retired and goes on its own a little later.
 TEST(SpeechVoice, DroppedWhileSpeakingGoesAtOnceAndItsEngineSoonAfter) {
-    if (qEnvironmentVariableIsEmpty("CLIPQUILL_TEST_AUDIO"))
-        GTEST_SKIP() << "no test sound server";
+    REQUIRE_AUDIO();
     if (!QTextToSpeech::availableEngines().contains("flite"))
         GTEST_SKIP() << "flite engine not installed";
     auto voice = std::make_unique<SpeechVoice>(QStringLiteral("flite"));

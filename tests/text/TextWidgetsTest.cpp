@@ -1,6 +1,7 @@
 #include "ModalHelper.h"
 #include "platform/TextFiles.h"
 #include "platform/TextHelpers.h"
+#include "support/WidgetFinding.h"
 #include "text/TextListFile.h"
 #include "text/widgets/TextDisplaySurface.h"
 #include "text/widgets/TextFrame.h"
@@ -10,7 +11,6 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -22,15 +22,10 @@
 #include <gtest/gtest.h>
 
 using namespace cq;
+using cq::test::Child;
 using cq::test::WhenShown;
 
 namespace {
-
-template <typename T> T* Child(QWidget* parent, const char* name) {
-    T* child = parent->findChild<T*>(QString::fromLatin1(name));
-    EXPECT_NE(child, nullptr) << name;
-    return child;
-}
 
 // Clicks a button after the current event has been handled, so a modal window it opens does
 // not run inside the helper's timer.
@@ -120,7 +115,6 @@ TEST_F(TextFrameFixture, WholeListEditorStoresLinesAsCrLfAndSkipsBlankOnes) {
 
     const auto cancelWatch = WhenShown("frmAddMultipleLinesOfText", [](QWidget* editor) {
         Child<QPlainTextEdit>(editor, "txtMultipleLinesOfText")->setPlainText("lost");
-        EXPECT_EQ(Child<QPushButton>(editor, "cmdCancel")->text(), "&Cancel");
         ClickLater(editor, "cmdCancel");
     });
     frame.cmdAddMultiLinesOfText_Click();
@@ -174,8 +168,6 @@ TEST(frmDisplayText, TooBigTextShowsTheMessageAndClosesAtOnce) {
 
 TEST(frmSendText, EmptyTextNeitherPreviewsNorSaves) {
     frmSendText dialog(QString(), nullptr);
-    EXPECT_EQ(dialog.windowTitle(), "Send Text");
-    EXPECT_EQ(Child<QLabel>(&dialog, "Label1")->text(), "Type your message here:");
     dialog.show();
     bool displayed = false;
     const auto watch = WhenShown("frmDisplayText", [&displayed](QWidget* w) {

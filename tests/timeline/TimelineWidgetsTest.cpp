@@ -5,8 +5,10 @@
 #include "library/widgets/MediaBrowser.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
-#include "take/Recorder.h"
+#include "support/TestAudio.h"
 #include "support/TestRows.h"
+#include "support/WidgetFinding.h"
+#include "take/Recorder.h"
 #include "take/RecordingController.h"
 #include "take/widgets/LevelBar.h"
 #include "take/widgets/MicrophoneMeter.h"
@@ -68,14 +70,6 @@ namespace {
 void recordUntil(TimelineStudio& t, qint64 ms) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return t.recorder().elapsedMs() >= ms; }, 20000));
 }
-// A click on the list entry with the text, as the user makes it.
-void clickItem(QListWidget* list, const QString& text) {
-    const QList<QListWidgetItem*> found = list->findItems(text, Qt::MatchExactly);
-    ASSERT_EQ(found.size(), 1) << text.toStdString();
-    list->scrollToItem(found.first());
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                      list->visualItemRect(found.first()).center());
-}
 QString makePicture(const QString& path, QColor color) {
     QImage image(64, 48, QImage::Format_RGB32);
     image.fill(color);
@@ -108,7 +102,7 @@ void recordFourClicks(frmClipquill& w, const QString& mediaFolder, QList<ClickTi
     const auto clickAt = [&](qint64 ms, QListWidget* list, const QString& entry) {
         recordUntil(t, ms);
         ClickTime click{t.recorder().elapsedMs()};
-        clickItem(list, entry);
+        test::ClickItem(list, entry);
         click.to = t.recorder().elapsedMs();
         clicks << click;
     };
@@ -143,8 +137,7 @@ void expectTheFourRows(frmClipquill& w, const QString& red, const QList<ClickTim
 } // namespace
 
 TEST(TimelineWidgets, RecordClickStopSaveRestartOpenAndReplay) {
-    if (!qEnvironmentVariableIsSet("CLIPQUILL_TEST_AUDIO"))
-        GTEST_SKIP() << "no test microphone (CLIPQUILL_TEST_AUDIO is unset)";
+    REQUIRE_AUDIO();
     test::TestAppFolder app;
     QTemporaryDir media;
     const QString red = makePicture(media.filePath("red.jpg"), Qt::red);
