@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <iostream>
 
 using namespace cq;
@@ -194,7 +195,10 @@ TEST(Capture, AMicrophoneThatGoesAndComesBackIsHeardAgain) {
     ASSERT_TRUE(unplugged.plugBackIn());
     ASSERT_TRUE(QTest::qWaitFor([&] { return mic.isOpen(); }, 10000));
     EXPECT_TRUE(heard());
-    EXPECT_NEAR(recorder.meter().level().rmsDb, -21.0, 1.0);
+    // A source plugged back in may deliver silence for a moment before the tone reaches it.
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return std::abs(recorder.meter().level().rmsDb - -21.0) <= 1.0; }, 10000))
+        << recorder.meter().level().rmsDb;
     // And the next take starts at its press again.
     QElapsedTimer betweenPresses;
     betweenPresses.start();
