@@ -24,10 +24,10 @@ clicks, in its media browser, the videos, pictures and short texts that are
 to be seen. Every click is logged with its time; the recording can be
 replayed as a draft, corrected, and rendered with ffmpeg into one video with
 the voice mixed in, then played, saved, converted for phones or mailed.")
-# The Qt libraries come from dpkg-shlibdeps; the programs the studio starts, the speech voice
-# and the font of its text slides are not linked, so they are named here.
+# The Qt libraries come from dpkg-shlibdeps; the programs the studio starts, the speech voice,
+# the font of its text slides and Qt's WebP and TIFF readers are not linked, so they are named here.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-    "ffmpeg, imagemagick, xdg-utils, qt6-speech-flite-plugin, fonts-liberation, pocketsphinx-en-us")
+    "ffmpeg, imagemagick, xdg-utils, qt6-speech-flite-plugin, qt6-image-formats-plugins, fonts-liberation, pocketsphinx-en-us")
 
 include(CPack)

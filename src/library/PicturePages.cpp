@@ -91,8 +91,7 @@ QString BuildThumbnailPage(const QString& picturesFolder, const QStringList& ent
 }
 
 bool HasPicturePageExtension(const QString& fileSpec) {
-    static const QStringList kinds{".jpg", ".gif", ".bmp", ".png", ".tif"};
-    return kinds.contains(fileSpec.right(4).toLower());
+    return GetMediaTypeFromFileSpec(fileSpec) == MediaKind::Pictures;
 }
 
 PictureFit FitPictureToViewer(int viewerWidthTwips, double twipsPerPixel, int pictureWidth,

@@ -40,8 +40,7 @@ QString BuildThumbnailPage(const QString& picturesFolder, const QStringList& ent
                            const QString& thumbnailFolder,
                            const QList<ThumbnailFailure>& failures = {});
 
-// Whether a file gets a single-picture page: its last four characters, lower-cased, are
-// ".jpg", ".gif", ".bmp", ".png" or ".tif".
+// Whether a file gets a single-picture page: it types as a picture by its whole extension.
 bool HasPicturePageExtension(const QString& fileSpec);
 
 struct PictureFit {

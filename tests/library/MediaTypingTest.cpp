@@ -12,7 +12,6 @@ TEST(MediaTyping, TypesByTheLastExtensionWithoutRegardToCase) {
     EXPECT_EQ(GetMediaTypeFromFileSpec("README"), MediaKind::Untyped);
     EXPECT_EQ(GetMediaTypeFromFileSpec("movie.qt"), MediaKind::Audio);
     EXPECT_EQ(GetMediaTypeFromFileSpec("movie.qtm"), MediaKind::Video);
-    EXPECT_EQ(GetMediaTypeFromFileSpec("scan.tif"), MediaKind::Untyped);
-    EXPECT_EQ(GetMediaTypeFromFileSpec("scan.tiff"), MediaKind::Pictures);
+    EXPECT_EQ(GetMediaTypeFromFileSpec("photo.jpeg.part"), MediaKind::Untyped);
     EXPECT_EQ(GetMediaTypeFromFileSpec("/a.b/photo"), MediaKind::Untyped);
 }

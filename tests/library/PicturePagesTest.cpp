@@ -128,8 +128,10 @@ TEST(PicturePages, PicturePageCarriesTheSizeAsStyleAndAttributes) {
     EXPECT_TRUE(page.contains("WIDTH=\"333\" HEIGHT=\"1332\"")) << page.toStdString();
     EXPECT_TRUE(HasPicturePageExtension("scan.TIF"));
     EXPECT_TRUE(HasPicturePageExtension("x.Png"));
-    EXPECT_FALSE(HasPicturePageExtension("scan.tiff"));
-    EXPECT_FALSE(HasPicturePageExtension("shot.jpeg"));
+    EXPECT_TRUE(HasPicturePageExtension("scan.tiff"));
+    EXPECT_TRUE(HasPicturePageExtension("shot.jpeg"));
+    EXPECT_FALSE(HasPicturePageExtension("clip.mp4"));
+    EXPECT_FALSE(HasPicturePageExtension("x.jpg.txt"));
 }
 
 TEST(PicturePages, ThumbnailClicksOnOtherMediaNavigateAndOnlyNonAudioIsLogged) {
@@ -168,7 +170,8 @@ TEST(FolderListing, PatternMatchesWithoutRegardToCaseAndSkipsOtherFiles) {
         test::WriteFile(dir.filePath(name), "x");
     test::WriteFile(dir.filePath("Sub.jpg/inner.jpg"), "x"); // a folder is not a file
     EXPECT_EQ(ListMediaFiles(dir.path()),
-              (QStringList{"archive.tar.mp3", "clip.MpEg", "HOLIDAY.JPG", "song.Mid"}));
+              (QStringList{"archive.tar.mp3", "clip.MpEg", "HOLIDAY.JPG", "shot.png", "song.Mid",
+                           "x.tiff"}));
     EXPECT_EQ(ListSubfolders(dir.path()), QStringList{"Sub.jpg"});
     EXPECT_FALSE(IsReadableFolder(dir.filePath("gone")));
     EXPECT_FALSE(IsReadableFolder(dir.filePath("notes.txt")));

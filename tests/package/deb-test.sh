@@ -153,7 +153,8 @@ case_DeclaresLibrariesAndTools() {
     done
     # Started or loaded at run time, never linked.
     local tool
-    for tool in ffmpeg imagemagick xdg-utils qt6-speech-flite-plugin fonts-liberation pocketsphinx-en-us; do
+    for tool in ffmpeg imagemagick xdg-utils qt6-speech-flite-plugin qt6-image-formats-plugins \
+        fonts-liberation pocketsphinx-en-us; do
         has "$tool" || fail "Depends lacks $tool"
     done
     # Every name must be a real package of this distribution, or the package cannot be installed.
