@@ -123,8 +123,7 @@ TEST_F(Mp4Render, AnAviRenderAfterwardsIsTheLatestResult) {
 }
 
 TEST_F(Mp4Render, OutputExtensionPicksTheFormatAndAnyOtherIsRefused) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    ASSERT_TRUE(media.voice(voice, 1.0));
+    const QString voice = makeVoice(1.0);
     const QList<TimelineEvent> rows{Event(MediaKind::Pictures, 0, mediaFile("red.jpg"))};
     auto request = [&](const QString& output) {
         return StudioRenderRequest(paths, studio, rows, voice, 1000, output);

@@ -56,14 +56,11 @@ void expectVoiceThroughoutAndVideoToneOnlyOnScreen(test::RenderTestMedia& media,
 } // namespace
 
 TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    const QString red = mediaFile("red 4x3.jpg");
-    const QString tall = mediaFile("blue \"tall\".jpg");
+    const QString voice = makeVoice(4.0);
+    const QString red = makePicture("red 4x3.jpg", "red", 640, 480);
+    const QString tall = makePicture("blue \"tall\".jpg", "blue", 300, 600);
     const QString clip = mediaFile("green; $(touch INJECTED).avi");
     const QString text = mediaFile(QString::fromUtf8("it's `touch INJECTED` ä.jpg"));
-    ASSERT_TRUE(media.voice(voice, 4.0));
-    ASSERT_TRUE(media.solidPicture(red, "red", 640, 480));
-    ASSERT_TRUE(media.solidPicture(tall, "blue", 300, 600));
     ASSERT_TRUE(media.toneVideo(clip, "green", 3.0, 1000));
     ASSERT_TRUE(media.bitmapUnderName(text, "yellow"));
 
@@ -116,13 +113,10 @@ TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
 }
 
 TEST_F(RenderEndToEnd, UnreadableItemTurnsBlackAndChangedPicturesAreRenderedAgain) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    const QString first = mediaFile("first.jpg");
+    const QString voice = makeVoice(3.0);
+    const QString first = makePicture("first.jpg", "red");
     const QString broken = mediaFile("broken.jpg");
-    const QString blue = mediaFile("blue.jpg");
-    ASSERT_TRUE(media.voice(voice, 3.0));
-    ASSERT_TRUE(media.solidPicture(first, "red", 320, 240));
-    ASSERT_TRUE(media.solidPicture(blue, "blue", 320, 240));
+    const QString blue = makePicture("blue.jpg", "blue");
     test::WriteFile(broken, QByteArray("this is no picture"));
     const QString soundOnly = mediaFile("sound only.mp4");
     ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "sine=d=1", "-y", soundOnly}));
@@ -160,8 +154,7 @@ TEST_F(RenderEndToEnd, UnreadableItemTurnsBlackAndChangedPicturesAreRenderedAgai
 }
 
 TEST_F(RenderEndToEnd, NoEventsGivesTheVoiceAsMp3) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    ASSERT_TRUE(media.voice(voice, 2.5));
+    const QString voice = makeVoice(2.5);
     const RenderReport report = render(inputsFor({}, voice));
     EXPECT_TRUE(report.ok()) << report.message.toStdString();
     EXPECT_EQ(report.output, paths.gstrFinalMixMP3FileSpec);
@@ -170,12 +163,11 @@ TEST_F(RenderEndToEnd, NoEventsGivesTheVoiceAsMp3) {
 }
 
 TEST_F(RenderEndToEnd, CancelStopsQuicklyAndKeepsThePreviousResult) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    ASSERT_TRUE(media.voice(voice, 40.0));
+    const QString voice = makeVoice(40.0);
     QList<TimelineEvent> rows;
     for (int i = 0; i < 8; ++i) {
-        const QString pic = mediaFile(QStringLiteral("p%1.jpg").arg(i));
-        ASSERT_TRUE(media.solidPicture(pic, i % 2 ? "red" : "blue", 1280, 960));
+        const QString pic =
+            makePicture(QStringLiteral("p%1.jpg").arg(i), i % 2 ? "red" : "blue", 1280, 960);
         rows << Event(MediaKind::Pictures, i * 5000, pic);
     }
     const QByteArray previous("the previous render");
@@ -235,16 +227,15 @@ TEST_F(RenderEndToEnd, CommandLineRenderAndItsExitCodes) {
 }
 
 TEST_F(RenderEndToEnd, ManyStillsOfDifferentLengthsShareRunsAndKeepTheirTimes) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    ASSERT_TRUE(media.voice(voice, 4.0));
+    const QString voice = makeVoice(4.0);
     const QStringList colours{"red", "blue", "yellow", "white", "green"};
     const QList<double> times{0.0, 0.9, 1.1, 1.9, 2.2, 2.4, 3.0, 3.1, 3.6};
     QList<TimelineEvent> rows;
     QList<std::pair<double, QString>> expected;
     for (int i = 0; i < times.size(); ++i) {
         const QString colour = colours[i % colours.size()];
-        const QString pic = mediaFile(QStringLiteral("still %1.jpg").arg(i));
-        ASSERT_TRUE(media.solidPicture(pic, colour, 200 + 40 * i, 150 + 10 * i));
+        const QString pic =
+            makePicture(QStringLiteral("still %1.jpg").arg(i), colour, 200 + 40 * i, 150 + 10 * i);
         rows << Event(MediaKind::Pictures, qRound64(times[i] * 1000), pic);
         expected.append({times[i], colour});
     }
@@ -257,11 +248,9 @@ TEST_F(RenderEndToEnd, ManyStillsOfDifferentLengthsShareRunsAndKeepTheirTimes) {
 }
 
 TEST_F(RenderEndToEnd, PiecesOfOneVideoAreCutFromOneDecodingEachFromItsOwnPosition) {
-    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString voice = makeVoice(4.0);
     const QString clip = mediaFile("red green blue.avi");
-    const QString yellow = mediaFile("yellow.jpg");
-    ASSERT_TRUE(media.voice(voice, 4.0));
-    ASSERT_TRUE(media.solidPicture(yellow, "yellow", 320, 240));
+    const QString yellow = makePicture("yellow.jpg", "yellow");
     // One second each of red, green and blue, with no key frame after the first.
     ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "color=c=red:s=160x120:r=30:d=1", "-f", "lavfi",
                            "-i", "color=c=green:s=160x120:r=30:d=1", "-f", "lavfi", "-i",
@@ -286,10 +275,9 @@ TEST_F(RenderEndToEnd, PiecesOfOneVideoAreCutFromOneDecodingEachFromItsOwnPositi
 
 // An animated picture decodes to all its frames; a still holds its first for its whole time.
 TEST_F(RenderEndToEnd, AnimatedGifAndPngShowTheirFirstFrame) {
-    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString voice = makeVoice(3.0);
     const QString gif = mediaFile("moving.gif");
     const QString png = mediaFile("moving.png");
-    ASSERT_TRUE(media.voice(voice, 3.0));
     for (const auto& [file, format] : {std::pair{gif, "gif"}, std::pair{png, "apng"}})
         ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "color=red:s=160x120:r=10:d=0.5", "-f", "lavfi",
                                "-i", "color=blue:s=160x120:r=10:d=1", "-filter_complex",

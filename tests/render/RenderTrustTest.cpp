@@ -5,7 +5,7 @@
 #include "platform/TextFiles.h"
 #include "platform/ToolRunner.h"
 #include "render/AviContents.h"
-#include "render/PieceCache.h"
+#include "support/FileSizeLimit.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -13,10 +13,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <cerrno>
-#include <csignal>
-#include <cstring>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace cq;
@@ -30,33 +26,11 @@ QStringList filesIn(const QString& folder, const QString& pattern) {
     return QDir(folder).entryList({pattern}, QDir::Files);
 }
 
-// Limits the size of every file this process and its tools write, as a full disk would; the
-// tools get EFBIG instead of a signal.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &m_old);
-        m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-        rlimit limit = m_old;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &m_old);
-        std::signal(SIGXFSZ, m_oldHandler);
-    }
-
-private:
-    rlimit m_old{};
-    void (*m_oldHandler)(int) = nullptr;
-};
-
 } // namespace
 
 TEST_F(RenderEndToEnd, AFullDiskLeavesNoPieceThatCountsAndKeepsThePreviousResult) {
-    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString voice = makeVoice(3.0);
     const QString busy = mediaFile("busy.jpg");
-    ASSERT_TRUE(media.voice(voice, 3.0));
     ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "testsrc2=s=1280x720", "-frames:v", "1", "-update",
                            "1", "-q:v", "2", "-y", busy}));
     studio.gstrVideoRes = QStringLiteral("640X480");
@@ -66,7 +40,7 @@ TEST_F(RenderEndToEnd, AFullDiskLeavesNoPieceThatCountsAndKeepsThePreviousResult
 
     RenderReport full;
     {
-        const FileSizeLimit limit(12 * 1024);
+        const test::FileSizeLimit limit(12 * 1024);
         full = render(in);
     }
     EXPECT_EQ(full.outcome, RenderReport::Outcome::Failed);
@@ -109,9 +83,7 @@ TEST_F(RenderEndToEnd, AFileSizeLimitOnTheStudioIsReportedAsLackOfSpace) {
         runner.runProgram("/bin/sh", QStringList{"-c", "ulimit -f 24\nexec \"$@\"", "sh"} + render +
                                          QStringList{"--size", "640X480"});
     EXPECT_EQ(limited.exitCode, 1);
-    const QString reason = QString::fromLocal8Bit(std::strerror(EFBIG));
-    EXPECT_TRUE(limited.errorText.contains("lack of space (" + reason + ")"))
-        << limited.errorText.toStdString();
+    expectLackOfSpace(limited.errorText);
 }
 
 // ffmpeg ends well after it failed to write the end of the voice's sound ("Error writing
@@ -123,13 +95,11 @@ TEST_F(RenderEndToEnd, AVoiceSoundCutShortByAFileSizeLimitIsReportedAsLackOfSpac
     const RenderInputs in = inputsFor(rows, voice);
     RenderReport limited;
     {
-        const FileSizeLimit limit(64 * 1024); // room for the pieces, not for 12 s of sound
+        const test::FileSizeLimit limit(64 * 1024); // room for the pieces, not for 12 s of sound
         limited = render(in);
     }
     EXPECT_EQ(limited.outcome, RenderReport::Outcome::Failed);
-    const QString reason = QString::fromLocal8Bit(std::strerror(EFBIG));
-    EXPECT_TRUE(limited.message.contains("lack of space (" + reason + ")"))
-        << limited.message.toStdString();
+    expectLackOfSpace(limited.message);
     EXPECT_FALSE(limited.message.contains("moov")) << limited.message.toStdString();
     EXPECT_TRUE(filesIn(paths.gstrTempFilesDirectory + "/Render1", "VoiceSound-*").isEmpty());
 
@@ -155,22 +125,18 @@ TEST_F(RenderEndToEnd, AResultCutShortByAFileSizeLimitIsReportedAsLackOfSpace) {
     ASSERT_GT(result, sound + 1024);
     RenderReport limited;
     {
-        const FileSizeLimit limit(rlim_t(sound + result) / 2);
+        const test::FileSizeLimit limit(rlim_t(sound + result) / 2);
         limited = render(in);
     }
     EXPECT_EQ(limited.outcome, RenderReport::Outcome::Failed);
-    const QString reason = QString::fromLocal8Bit(std::strerror(EFBIG));
-    EXPECT_TRUE(limited.message.contains("lack of space (" + reason + ")"))
-        << limited.message.toStdString();
+    expectLackOfSpace(limited.message);
 }
 
 TEST_F(RenderEndToEnd, APieceDamagedAfterItWasMadeIsMadeAgain) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    ASSERT_TRUE(media.voice(voice, 3.0));
+    const QString voice = makeVoice(3.0);
     QList<TimelineEvent> rows;
     for (int i = 0; i < 3; ++i) {
-        const QString pic = mediaFile(QStringLiteral("p%1.jpg").arg(i));
-        ASSERT_TRUE(media.solidPicture(pic, i == 1 ? "blue" : "red", 320, 240));
+        const QString pic = makePicture(QStringLiteral("p%1.jpg").arg(i), i == 1 ? "blue" : "red");
         rows << Event(MediaKind::Pictures, i * 1000, pic);
     }
     const RenderInputs in = inputsFor(rows, voice);
@@ -190,14 +156,13 @@ TEST_F(RenderEndToEnd, APieceDamagedAfterItWasMadeIsMadeAgain) {
 }
 
 TEST_F(RenderEndToEnd, TwoRendersAtOnceInOneFolderBothComeOutRight) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    ASSERT_TRUE(media.voice(voice, 3.0));
+    const QString voice = makeVoice(3.0);
     QList<TimelineEvent> redRows, blueRows;
     for (int i = 0; i < 3; ++i) {
-        const QString red = mediaFile(QStringLiteral("red%1.jpg").arg(i));
-        const QString blue = mediaFile(QStringLiteral("blue%1.jpg").arg(i));
-        ASSERT_TRUE(media.solidPicture(red, "red", 320 + 2 * i, 240));
-        ASSERT_TRUE(media.solidPicture(blue, "blue", 320 + 2 * i, 240));
+        const QString red =
+            makePicture(QStringLiteral("red%1.jpg").arg(i), "red", 320 + 2 * i, 240);
+        const QString blue =
+            makePicture(QStringLiteral("blue%1.jpg").arg(i), "blue", 320 + 2 * i, 240);
         redRows << Event(MediaKind::Pictures, i * 1000, red);
         blueRows << Event(MediaKind::Pictures, i * 1000, blue);
     }
@@ -225,10 +190,8 @@ TEST_F(RenderEndToEnd, TwoRendersAtOnceInOneFolderBothComeOutRight) {
 }
 
 TEST_F(RenderEndToEnd, AResultOfTheWrongLengthNeverReplacesThePreviousOne) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    const QString red = mediaFile("red.jpg");
-    ASSERT_TRUE(media.voice(voice, 2.0));
-    ASSERT_TRUE(media.solidPicture(red, "red", 320, 240));
+    const QString voice = makeVoice(2.0);
+    const QString red = makePicture("red.jpg", "red");
     const QByteArray previous("the previous render");
     test::WriteFile(paths.gstrFinalMixAVIFileSpec, previous);
     // The recording says 4 s, the voice holds 2 s: the result cannot match.
@@ -248,8 +211,7 @@ TEST_F(RenderEndToEnd, AResultOfTheWrongLengthNeverReplacesThePreviousOne) {
 }
 
 TEST_F(RenderEndToEnd, PiecesOfOlderTimelinesGoAfterASuccessfulRender) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    ASSERT_TRUE(media.voice(voice, 3.0));
+    const QString voice = makeVoice(3.0);
     auto timeline = [&](const QString& colour) {
         QList<TimelineEvent> rows;
         for (int i = 0; i < 3; ++i) {
@@ -271,10 +233,8 @@ TEST_F(RenderEndToEnd, PiecesOfOlderTimelinesGoAfterASuccessfulRender) {
 }
 
 TEST_F(RenderEndToEnd, WidePicturesKeepTheirShapeAtAWideSize) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    const QString wide = mediaFile("wide.jpg");
-    ASSERT_TRUE(media.voice(voice, 2.0));
-    ASSERT_TRUE(media.solidPicture(wide, "red", 1920, 1080));
+    const QString voice = makeVoice(2.0);
+    const QString wide = makePicture("wide.jpg", "red", 1920, 1080);
     studio.gstrVideoRes = QStringLiteral("320X180");
     ASSERT_TRUE(render(inputsFor({Event(MediaKind::Pictures, 0, wide)}, voice)).ok());
     // A 4:3 canvas stretched to 16:9 would leave black bands at the top and the bottom.
@@ -328,13 +288,11 @@ TEST_F(RenderEndToEnd, HostileCommandLineValuesAreRefusedAtOnce) {
 // No tool is ever handed a FIFO (it would wait for a writer), a device or a folder: such an item
 // shows black with the reason at once, like an unreadable file, also when its sound is asked for.
 TEST_F(RenderEndToEnd, SourcesThatAreNoRegularFilesShowBlackAtOnce) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    const QString red = mediaFile("red.jpg");
+    const QString voice = makeVoice(4.0);
+    const QString red = makePicture("red.jpg", "red");
     const QString fifo = mediaFile("fifo.jpg");
     const QString fifoVideo = mediaFile("fifo.avi");
     const QString folder = mediaFile("folder.avi");
-    ASSERT_TRUE(media.voice(voice, 4.0));
-    ASSERT_TRUE(media.solidPicture(red, "red", 320, 240));
     for (const QString& f : {fifo, fifoVideo})
         ASSERT_EQ(mkfifo(QFile::encodeName(f).constData(), 0600), 0);
     ASSERT_TRUE(QDir().mkpath(folder));
@@ -358,12 +316,9 @@ TEST_F(RenderEndToEnd, SourcesThatAreNoRegularFilesShowBlackAtOnce) {
 // ffmpeg reads its list of pieces line by line: a line end in the work folder's name must not
 // split a piece's line.
 TEST_F(RenderEndToEnd, AWorkFolderWithALineEndInItsNameRenders) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    const QString red = mediaFile("red.jpg");
-    const QString blue = mediaFile("blue.jpg");
-    ASSERT_TRUE(media.voice(voice, 2.0));
-    ASSERT_TRUE(media.solidPicture(red, "red", 320, 240));
-    ASSERT_TRUE(media.solidPicture(blue, "blue", 320, 240));
+    const QString voice = makeVoice(2.0);
+    const QString red = makePicture("red.jpg", "red");
+    const QString blue = makePicture("blue.jpg", "blue");
     RenderInputs in = inputsFor(
         {Event(MediaKind::Pictures, 0, red), Event(MediaKind::Pictures, 1000, blue)}, voice);
     in.workFolder = app.file("Clip\nquill 'x'/ClipquillTempFiles");
