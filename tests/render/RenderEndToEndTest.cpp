@@ -164,12 +164,8 @@ TEST_F(RenderEndToEnd, NoEventsGivesTheVoiceAsMp3) {
 
 TEST_F(RenderEndToEnd, CancelStopsQuicklyAndKeepsThePreviousResult) {
     const QString voice = makeVoice(40.0);
-    QList<TimelineEvent> rows;
-    for (int i = 0; i < 8; ++i) {
-        const QString pic =
-            makePicture(QStringLiteral("p%1.jpg").arg(i), i % 2 ? "red" : "blue", 1280, 960);
-        rows << Event(MediaKind::Pictures, i * 5000, pic);
-    }
+    const QList<TimelineEvent> rows = pictureRows(
+        "p", {"blue", "red", "blue", "red", "blue", "red", "blue", "red"}, 5000, {1280, 960});
     const QByteArray previous("the previous render");
     test::WriteFile(paths.gstrFinalMixAVIFileSpec, previous);
     studio.gstrVideoRes = QStringLiteral("640X480");

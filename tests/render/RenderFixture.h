@@ -12,6 +12,7 @@
 #include "support/TestAppFolder.h"
 
 #include <QDir>
+#include <QSize>
 
 #include <cerrno>
 #include <cstring>
@@ -68,6 +69,18 @@ protected:
              Event(MediaKind::Video, 1500, clip, 500),
              Event(MediaKind::Pictures, 2500, makePicture("blue.jpg", "blue", 300, 600))},
             makeVoice(4.0));
+    }
+
+    // A picture of each colour, one a step apart from 0; each `widen` pixels wider than the one
+    // before keeps pictures of one colour from being one piece.
+    QList<TimelineEvent> pictureRows(const QString& prefix, const QStringList& colours,
+                                     qint64 stepMs = 1000, QSize size = {320, 240}, int widen = 0) {
+        QList<TimelineEvent> rows;
+        for (int i = 0; i < colours.size(); ++i)
+            rows << Event(MediaKind::Pictures, i * stepMs,
+                          makePicture(prefix + QString::number(i) + ".jpg", colours[i],
+                                      size.width() + widen * i, size.height()));
+        return rows;
     }
 
     // A voice of this length under one red picture shown from the given time.

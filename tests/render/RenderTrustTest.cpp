@@ -134,12 +134,7 @@ TEST_F(RenderEndToEnd, AResultCutShortByAFileSizeLimitIsReportedAsLackOfSpace) {
 
 TEST_F(RenderEndToEnd, APieceDamagedAfterItWasMadeIsMadeAgain) {
     const QString voice = makeVoice(3.0);
-    QList<TimelineEvent> rows;
-    for (int i = 0; i < 3; ++i) {
-        const QString pic = makePicture(QStringLiteral("p%1.jpg").arg(i), i == 1 ? "blue" : "red");
-        rows << Event(MediaKind::Pictures, i * 1000, pic);
-    }
-    const RenderInputs in = inputsFor(rows, voice);
+    const RenderInputs in = inputsFor(pictureRows("p", {"red", "blue", "red"}), voice);
     RenderJob first(in, pool);
     ASSERT_TRUE(first.runToEnd().ok());
 
@@ -157,18 +152,11 @@ TEST_F(RenderEndToEnd, APieceDamagedAfterItWasMadeIsMadeAgain) {
 
 TEST_F(RenderEndToEnd, TwoRendersAtOnceInOneFolderBothComeOutRight) {
     const QString voice = makeVoice(3.0);
-    QList<TimelineEvent> redRows, blueRows;
-    for (int i = 0; i < 3; ++i) {
-        const QString red =
-            makePicture(QStringLiteral("red%1.jpg").arg(i), "red", 320 + 2 * i, 240);
-        const QString blue =
-            makePicture(QStringLiteral("blue%1.jpg").arg(i), "blue", 320 + 2 * i, 240);
-        redRows << Event(MediaKind::Pictures, i * 1000, red);
-        blueRows << Event(MediaKind::Pictures, i * 1000, blue);
-    }
     // The same output too: each result is complete, whichever lands last.
-    RenderJob red(inputsFor(redRows, voice), pool);
-    RenderJob blue(inputsFor(blueRows, voice), pool);
+    RenderJob red(inputsFor(pictureRows("red", {"red", "red", "red"}, 1000, {320, 240}, 2), voice),
+                  pool);
+    RenderJob blue(
+        inputsFor(pictureRows("blue", {"blue", "blue", "blue"}, 1000, {320, 240}, 2), voice), pool);
     int open = 2;
     QEventLoop loop;
     for (RenderJob* job : {&red, &blue})
@@ -213,13 +201,7 @@ TEST_F(RenderEndToEnd, AResultOfTheWrongLengthNeverReplacesThePreviousOne) {
 TEST_F(RenderEndToEnd, PiecesOfOlderTimelinesGoAfterASuccessfulRender) {
     const QString voice = makeVoice(3.0);
     auto timeline = [&](const QString& colour) {
-        QList<TimelineEvent> rows;
-        for (int i = 0; i < 3; ++i) {
-            const QString pic = mediaFile(colour + QString::number(i) + ".jpg");
-            EXPECT_TRUE(media.solidPicture(pic, colour, 300 + 2 * i, 200));
-            rows << Event(MediaKind::Pictures, i * 1000, pic);
-        }
-        return rows;
+        return pictureRows(colour, {colour, colour, colour}, 1000, {300, 200}, 2);
     };
     const QString space = paths.gstrTempFilesDirectory + "/Render1";
     ASSERT_TRUE(render(inputsFor(timeline("red"), voice)).ok());
