@@ -1,7 +1,6 @@
 #include "RenderFixture.h"
 
 #include "platform/TextFiles.h"
-#include "platform/ToolRunner.h"
 #include "render/AviContents.h"
 #include "render/RenderJob.h"
 #include "studio/AppPaths.h"
@@ -193,21 +192,12 @@ TEST_F(RenderEndToEnd, CancelStopsQuicklyAndKeepsThePreviousResult) {
 }
 
 TEST_F(RenderEndToEnd, CommandLineRenderAndItsExitCodes) {
-    const QString folder = app.file("project");
-    QDir().mkpath(folder);
-    ASSERT_TRUE(media.voice(folder + "/RecordedAudio.wav", 2.0));
-    ASSERT_TRUE(media.solidPicture(folder + "/red.jpg", "red", 320, 240));
-    ASSERT_TRUE(SaveBytesToFile("1\tPictures\t1.000\t\tred.jpg", folder + "/Timeline.txt"));
+    const QString folder = redPictureProject(2.0, "1.000");
     const QString output = app.file("out/Result.avi");
     QDir().mkpath(app.file("out"));
 
     auto run = [&](const QStringList& extra, QByteArray* out = nullptr) {
-        ToolRunner runner;
-        const RunResult r = runner.runProgram(QStringLiteral(CQ_STUDIO_EXECUTABLE),
-                                              QStringList{"--app-dir", app.path()} + extra);
-        if (out)
-            *out = runner.standardOutput();
-        return r.exitCode;
+        return runStudio(extra, out).exitCode;
     };
     QByteArray out;
     EXPECT_EQ(run({"--render", folder + "/Timeline.txt", "--output", output}, &out), 0);

@@ -4,7 +4,9 @@
 #include "support/TestRows.h"
 
 #include "app/StudioRender.h"
+#include "platform/TextFiles.h"
 #include "platform/ToolPool.h"
+#include "platform/ToolRunner.h"
 #include "platform/WavFormat.h"
 #include "render/RenderJob.h"
 #include "studio/AppPaths.h"
@@ -81,6 +83,28 @@ protected:
                           makePicture(prefix + QString::number(i) + ".jpg", colours[i],
                                       size.width() + widen * i, size.height()));
         return rows;
+    }
+
+    // A project folder in the application folder: a voice of this length, a red picture and a
+    // timeline that shows it from the given time. Returns the folder.
+    QString redPictureProject(double seconds, const char* at) {
+        const QString folder = app.file("project");
+        QDir().mkpath(folder);
+        EXPECT_TRUE(media.voice(folder + "/RecordedAudio.wav", seconds));
+        EXPECT_TRUE(media.solidPicture(folder + "/red.jpg", "red", 320, 240));
+        EXPECT_TRUE(SaveBytesToFile(QByteArray("1\tPictures\t") + at + "\t\tred.jpg",
+                                    folder + "/Timeline.txt"));
+        return folder;
+    }
+
+    // The studio run from the command line on this application folder.
+    RunResult runStudio(const QStringList& arguments, QByteArray* standardOutput = nullptr) {
+        ToolRunner runner;
+        const RunResult r = runner.runProgram(QStringLiteral(CQ_STUDIO_EXECUTABLE),
+                                              QStringList{"--app-dir", app.path()} + arguments);
+        if (standardOutput)
+            *standardOutput = runner.standardOutput();
+        return r;
     }
 
     // A voice of this length under one red picture shown from the given time.

@@ -225,11 +225,7 @@ TEST_F(RenderEndToEnd, WidePicturesKeepTheirShapeAtAWideSize) {
 }
 
 TEST_F(RenderEndToEnd, HostileCommandLineValuesAreRefusedAtOnce) {
-    const QString folder = app.file("project");
-    QDir().mkpath(folder);
-    ASSERT_TRUE(media.solidPicture(folder + "/red.jpg", "red", 320, 240));
-    ASSERT_TRUE(media.voice(folder + "/RecordedAudio.wav", 1.0));
-    ASSERT_TRUE(SaveBytesToFile("1\tPictures\t0.000\t\tred.jpg", folder + "/Timeline.txt"));
+    const QString folder = redPictureProject(1.0, "0.000");
     // A program named like the second half of a size, first on PATH.
     const QString bin = app.file("bin");
     QDir().mkpath(bin);
@@ -240,12 +236,9 @@ TEST_F(RenderEndToEnd, HostileCommandLineValuesAreRefusedAtOnce) {
     ASSERT_EQ(mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
 
     auto run = [&](const QStringList& extra) {
-        ToolRunner runner;
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         qputenv("PATH", (bin + ":" + env.value("PATH")).toUtf8());
-        const RunResult r = runner.runProgram(
-            QStringLiteral(CQ_STUDIO_EXECUTABLE),
-            QStringList{"--app-dir", app.path(), "--render", folder + "/Timeline.txt"} + extra);
+        const RunResult r = runStudio(QStringList{"--render", folder + "/Timeline.txt"} + extra);
         qputenv("PATH", env.value("PATH").toUtf8());
         return r;
     };
