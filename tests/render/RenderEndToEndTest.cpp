@@ -3,14 +3,11 @@
 #include "platform/TextFiles.h"
 #include "render/AviContents.h"
 #include "render/RenderJob.h"
-#include "studio/AppPaths.h"
-#include "studio/StudioSettings.h"
 #include "studio/TimelineFile.h"
 #include "support/TestAppFolder.h"
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QFileInfo>
 
 #include <gtest/gtest.h>

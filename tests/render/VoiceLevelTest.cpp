@@ -6,9 +6,6 @@
 #include "render/VoiceLevel.h"
 #include "studio/TimelineFile.h"
 
-#include <QDir>
-#include <QFileInfo>
-
 #include <gtest/gtest.h>
 
 using namespace cq;

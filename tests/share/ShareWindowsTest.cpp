@@ -10,7 +10,6 @@
 #include "support/TestAppFolder.h"
 #include "support/WidgetFinding.h"
 
-#include <QComboBox>
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QDir>

@@ -18,11 +18,9 @@
 
 #include "TakeQuestionAnswers.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>

@@ -1,6 +1,5 @@
 #include "timeline/Project.h"
 #include "platform/TextFiles.h"
-#include "platform/WavFileWriter.h"
 #include "platform/WavFormat.h"
 #include "support/CuePrinting.h"
 #include "support/TestAppFolder.h"
