@@ -5,7 +5,6 @@
 #include "captions/CaptionTableModel.h"
 #include "captions/widgets/CaptionPanel.h"
 #include "platform/WavFormat.h"
-#include "studio/AppPaths.h"
 #include "support/SpokenVoice.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
@@ -47,7 +46,8 @@ protected:
     // The spoken sentence as the take's voice, with a text shown at 0.2 s.
     void prepareSpokenTake() {
         ASSERT_TRUE(test::MakeSpokenVoice(kSentence, w->paths().gstrRecordedAudioFileSpec));
-        w->timeline().controller().setRecordingLengthMs(WavDurationMs(w->paths().gstrRecordedAudioFileSpec));
+        w->timeline().controller().setRecordingLengthMs(
+            WavDurationMs(w->paths().gstrRecordedAudioFileSpec));
         w->timeline().grid().appendRow(
             test::Event(MediaKind::Text, 200, "Hi.jpg", std::nullopt, "Our garden"));
     }

@@ -12,7 +12,6 @@
 
 #include <QCheckBox>
 #include <QPushButton>
-#include <QSplitter>
 
 #include <gtest/gtest.h>
 

@@ -5,18 +5,14 @@
 #include "app/widgets/frmClipquill.h"
 #include "library/playback/MediaPlayer.h"
 #include "library/widgets/DisplayPlace.h"
-#include "render/RenderJob.h"
 #include "render/widgets/RenderPanel.h"
 #include "studio/AppPaths.h"
 #include "studio/FinalMix.h"
 #include "support/StudioWindow.h"
 #include "support/TestAppFolder.h"
-#include "timeline/EventGridModel.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
-#include <QImage>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 

@@ -10,7 +10,6 @@
 #include "support/SpokenVoice.h"
 #include "support/TestRows.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>

@@ -3,7 +3,6 @@
 
 #include <QDir>
 #include <QProcess>
-#include <QStandardPaths>
 
 #include <gtest/gtest.h>
 

@@ -6,9 +6,7 @@
 #include "support/StudioWindow.h"
 #include "support/TestRows.h"
 
-#include <QProcess>
 #include <QPushButton>
-#include <QStandardPaths>
 #include <QTest>
 
 #include <gtest/gtest.h>

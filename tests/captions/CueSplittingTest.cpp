@@ -1,6 +1,7 @@
 #include "captions/CueSplitting.h"
 #include "captions/TextRowCues.h"
 #include "captions/VoiceSplitting.h"
+#include "support/CuePrinting.h"
 #include "support/TestAppFolder.h"
 
 #include <QTemporaryDir>
@@ -39,10 +40,8 @@ TEST(CuesFromWords, APauseOrAFullCueStartsTheNext) {
     RecognizedWords words = Spoken(QStringLiteral("hello there"));
     words << Spoken(QStringLiteral("after a pause"), 700 + 500); // 500 ms after "there" ended
     CaptionCues cues = CuesFromWords(words);
-    ASSERT_EQ(Texts(cues), (QStringList{"hello there", "after a pause"}));
-    EXPECT_EQ(cues[0].startMs, 0);
-    EXPECT_EQ(cues[0].endMs, 1000); // spoken until 700, shown for a second
-    EXPECT_EQ(cues[1].startMs, 1200);
+    // "hello there" is spoken until 700 and shown for a second.
+    EXPECT_EQ(cues, (CaptionCues{{0, 1000, "hello there"}, {1200, 2300, "after a pause"}}));
 
     // Nine quick words: seven in the first cue.
     cues = CuesFromWords(Spoken(QStringLiteral("one two three four five six seven eight nine")));
@@ -84,10 +83,8 @@ TEST(CuesFromWords, NoSpeechMarksAreDroppedAndAlternatesNamedPlainly) {
 TEST(CuesFromWords, AShortCueStaysLongEnoughToReadButNeverOverTheNext) {
     const CaptionCues cues = CuesFromWords(
         {{0, 300, "yes"}, {900, 1200, "no"}, {5000, 5400, "maybe"}, {5400, 7000, "later"}});
-    ASSERT_EQ(cues.size(), 3);
-    EXPECT_EQ(cues[0].endMs, 900); // until the next cue
-    EXPECT_EQ(cues[1].endMs, 1900);
-    EXPECT_EQ(cues[2].endMs, 7000); // long enough already
+    // The first until the next cue, the second a second long, the third long enough already.
+    EXPECT_EQ(cues, (CaptionCues{{0, 900, "yes"}, {900, 1900, "no"}, {5000, 7000, "maybe later"}}));
 }
 
 TEST(WrapCaptionLines, BreaksEvenlyWithinTheLimitWherePossible) {

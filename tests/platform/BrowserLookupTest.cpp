@@ -1,9 +1,7 @@
 #include "platform/BrowserLookup.h"
-#include "platform/TextFiles.h"
+#include "support/TestAppFolder.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -11,11 +9,6 @@
 using namespace cq;
 
 namespace {
-
-void write(const QString& file, const QByteArray& text) {
-    QDir().mkpath(QFileInfo(file).path());
-    ASSERT_TRUE(WriteWholeFile(text, file)) << file.toStdString();
-}
 
 // A desktop whose home, configuration, data and programs all lie in the folder.
 QProcessEnvironment desktopIn(const QTemporaryDir& dir) {
@@ -35,21 +28,21 @@ TEST(BrowserLookup, FollowsTheDesktopsAssociationsAndOnlyInstalledEntries) {
     EXPECT_EQ(FindWebBrowserHandler(env), "");
 
     // A default whose desktop entry is not installed opens nothing.
-    write(dir.filePath(".config/mimeapps.list"),
-          "[Default Applications]\nx-scheme-handler/https=gone.desktop;\n");
+    test::WriteFile(dir.filePath(".config/mimeapps.list"),
+                    "[Default Applications]\nx-scheme-handler/https=gone.desktop;\n");
     EXPECT_EQ(FindWebBrowserHandler(env), "");
 
     // The system's cache of installed handlers.
-    write(dir.filePath("usr/applications/mimeinfo.cache"),
-          "[MIME Cache]\ntext/plain=edit.desktop;\nx-scheme-handler/http=sys.desktop;\n");
-    write(dir.filePath("usr/applications/sys.desktop"), "[Desktop Entry]\n");
+    test::WriteFile(dir.filePath("usr/applications/mimeinfo.cache"),
+                    "[MIME Cache]\ntext/plain=edit.desktop;\nx-scheme-handler/http=sys.desktop;\n");
+    test::WriteFile(dir.filePath("usr/applications/sys.desktop"), "[Desktop Entry]\n");
     EXPECT_EQ(FindWebBrowserHandler(env), "sys.desktop");
 
     // The user's own default wins over the cache.
-    write(dir.filePath(".local/share/applications/mine.desktop"), "[Desktop Entry]\n");
-    write(dir.filePath(".config/mimeapps.list"),
-          "[Added Associations]\ntext/html=sys.desktop;\n"
-          "[Default Applications]\nx-scheme-handler/https=gone.desktop;mine.desktop\n");
+    test::WriteFile(dir.filePath(".local/share/applications/mine.desktop"), "[Desktop Entry]\n");
+    test::WriteFile(dir.filePath(".config/mimeapps.list"),
+                    "[Added Associations]\ntext/html=sys.desktop;\n"
+                    "[Default Applications]\nx-scheme-handler/https=gone.desktop;mine.desktop\n");
     EXPECT_EQ(FindWebBrowserHandler(env), "mine.desktop");
 
     env.insert("BROWSER", " lynx ");
@@ -60,7 +53,7 @@ TEST(BrowserLookup, TheSystemsBrowserAlternativeServesWhenNoTypeIsAssociated) {
     QTemporaryDir dir;
     QProcessEnvironment env = desktopIn(dir);
     const QString program = dir.filePath("bin/x-www-browser");
-    write(program, "#!/bin/sh\n");
+    test::WriteFile(program, "#!/bin/sh\n");
     EXPECT_EQ(FindWebBrowserHandler(env), "");
     QFile(program).setPermissions(QFile::ReadOwner | QFile::ExeOwner);
     EXPECT_EQ(FindWebBrowserHandler(env), program);

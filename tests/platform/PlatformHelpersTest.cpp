@@ -1,13 +1,11 @@
 #include "platform/Folders.h"
 #include "platform/Job.h"
-#include "platform/Processes.h"
 #include "platform/TextFiles.h"
 #include "platform/TextHelpers.h"
 #include "platform/WavFormat.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTimer>
 

@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>

@@ -2,7 +2,6 @@
 #include "platform/TextFiles.h"
 #include "support/LiveProcesses.h"
 
-#include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>

@@ -3,7 +3,6 @@
 #include "platform/ToolRunner.h"
 #include "platform/WavFormat.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>

@@ -146,9 +146,8 @@ TEST_F(CaptionsRender, BurnedCuesChangeOnlyTheLowerPartAndOnlyTheirPieces) {
 }
 
 TEST_F(CaptionsRender, AnUnreadablePictureCutByACueShowsBlackAndIsNamedOnce) {
-    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString voice = makeVoice(2.0);
     const QString broken = mediaFile("broken.jpg");
-    ASSERT_TRUE(media.voice(voice, 2.0));
     test::WriteFile(broken, QByteArray("this is no picture"));
     RenderInputs in = inputsFor({Event(MediaKind::Pictures, 0, broken)}, voice);
     in.burnCaptions = true;

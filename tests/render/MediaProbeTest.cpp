@@ -67,9 +67,8 @@ TEST(MediaProbeParse, NamesAndTagsNeverPassForStreamsOrLengths) {
 }
 
 TEST_F(RenderEndToEnd, ASilentVideoNamedLikeASoundStreamRendersWithTheVideosSound) {
-    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString voice = makeVoice(2.0);
     const QString silent = mediaFile("Audio: aac, 44100 Hz.mp4");
-    ASSERT_TRUE(media.voice(voice, 2.0));
     ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "color=c=green:s=160x120:d=1.5", "-metadata",
                            "title=Audio: aac (LC), 44100 Hz", "-c:v", "libx264", "-y", silent}));
     studio.keepVideoSound = true;
@@ -81,12 +80,10 @@ TEST_F(RenderEndToEnd, ASilentVideoNamedLikeASoundStreamRendersWithTheVideosSoun
 
 // ffmpeg makes no frame of a video cut from past its end: the user learns which row and why.
 TEST_F(RenderEndToEnd, AVideoRowStartingPastTheVideosEndIsNamedWithBothTimes) {
-    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString voice = makeVoice(3.0);
     const QString clip = mediaFile("clip.avi");
-    const QString red = mediaFile("red.jpg");
-    ASSERT_TRUE(media.voice(voice, 3.0));
+    const QString red = makePicture("red.jpg", "red", 160, 120);
     ASSERT_TRUE(media.toneVideo(clip, "green", 2.0, 1000));
-    ASSERT_TRUE(media.solidPicture(red, "red", 160, 120));
     const RenderReport report = render(
         inputsFor({Event(MediaKind::Pictures, 0, red), Event(MediaKind::Video, 1000, clip, 500),
                    Event(MediaKind::Video, 2000, clip, 12000)},

@@ -123,8 +123,7 @@ TEST_F(Mp4Render, AnAviRenderAfterwardsIsTheLatestResult) {
 }
 
 TEST_F(Mp4Render, OutputExtensionPicksTheFormatAndAnyOtherIsRefused) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    ASSERT_TRUE(media.voice(voice, 1.0));
+    const QString voice = makeVoice(1.0);
     const QList<TimelineEvent> rows{Event(MediaKind::Pictures, 0, mediaFile("red.jpg"))};
     auto request = [&](const QString& output) {
         return StudioRenderRequest(paths, studio, rows, voice, 1000, output);
@@ -145,15 +144,9 @@ TEST_F(Mp4Render, OutputExtensionPicksTheFormatAndAnyOtherIsRefused) {
     EXPECT_TRUE(StudioRenderRequest(paths, studio, {}, voice, 1000, app.file("x.mp3")).ok());
 
     // From the command line, the refusal comes before anything is written.
-    const QString folder = app.file("project");
-    QDir().mkpath(folder);
-    ASSERT_TRUE(media.voice(folder + "/RecordedAudio.wav", 1.0));
-    ASSERT_TRUE(SaveBytesToFile("1\tPictures\t0.000\t\tred.jpg", folder + "/Timeline.txt"));
-    ToolRunner runner;
+    const QString folder = redPictureProject(1.0, "0.000");
     const RunResult r =
-        runner.runProgram(QStringLiteral(CQ_STUDIO_EXECUTABLE),
-                          {"--app-dir", app.path(), "--render", folder + "/Timeline.txt",
-                           "--output", app.file("out.webm")});
+        runStudio({"--render", folder + "/Timeline.txt", "--output", app.file("out.webm")});
     EXPECT_EQ(r.exitCode, 2);
     EXPECT_TRUE(r.errorText.contains("out.webm")) << r.errorText.toStdString();
     EXPECT_FALSE(QFileInfo::exists(app.file("out.webm")));
@@ -165,9 +158,7 @@ TEST_F(Mp4Render, OutputExtensionPicksTheFormatAndAnyOtherIsRefused) {
         ASSERT_TRUE(QDir().mkpath(kept));
         ASSERT_TRUE(WriteWholeFile(mine, kept + "/Captions.srt"));
         const RunResult clash =
-            runner.runProgram(QStringLiteral(CQ_STUDIO_EXECUTABLE),
-                              {"--app-dir", app.path(), "--render", folder + "/Timeline.txt",
-                               "--output", kept + "/Captions.mp4"});
+            runStudio({"--render", folder + "/Timeline.txt", "--output", kept + "/Captions.mp4"});
         EXPECT_EQ(clash.exitCode, 2) << kept.toStdString();
         EXPECT_TRUE(clash.errorText.contains("Captions.srt")) << clash.errorText.toStdString();
         EXPECT_EQ(ReadFileToBytes(kept + "/Captions.srt"), mine);

@@ -1,17 +1,13 @@
 #include "RenderFixture.h"
 
 #include "platform/TextFiles.h"
-#include "platform/ToolRunner.h"
 #include "render/AviContents.h"
 #include "render/RenderJob.h"
-#include "studio/AppPaths.h"
-#include "studio/StudioSettings.h"
 #include "studio/TimelineFile.h"
 #include "support/TestAppFolder.h"
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
@@ -56,14 +52,11 @@ void expectVoiceThroughoutAndVideoToneOnlyOnScreen(test::RenderTestMedia& media,
 } // namespace
 
 TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    const QString red = mediaFile("red 4x3.jpg");
-    const QString tall = mediaFile("blue \"tall\".jpg");
+    const QString voice = makeVoice(4.0);
+    const QString red = makePicture("red 4x3.jpg", "red", 640, 480);
+    const QString tall = makePicture("blue \"tall\".jpg", "blue", 300, 600);
     const QString clip = mediaFile("green; $(touch INJECTED).avi");
     const QString text = mediaFile(QString::fromUtf8("it's `touch INJECTED` ä.jpg"));
-    ASSERT_TRUE(media.voice(voice, 4.0));
-    ASSERT_TRUE(media.solidPicture(red, "red", 640, 480));
-    ASSERT_TRUE(media.solidPicture(tall, "blue", 300, 600));
     ASSERT_TRUE(media.toneVideo(clip, "green", 3.0, 1000));
     ASSERT_TRUE(media.bitmapUnderName(text, "yellow"));
 
@@ -116,13 +109,10 @@ TEST_F(RenderEndToEnd, EveryItemFromItsTimeWithTheVoiceAndTheVideosSound) {
 }
 
 TEST_F(RenderEndToEnd, UnreadableItemTurnsBlackAndChangedPicturesAreRenderedAgain) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    const QString first = mediaFile("first.jpg");
+    const QString voice = makeVoice(3.0);
+    const QString first = makePicture("first.jpg", "red");
     const QString broken = mediaFile("broken.jpg");
-    const QString blue = mediaFile("blue.jpg");
-    ASSERT_TRUE(media.voice(voice, 3.0));
-    ASSERT_TRUE(media.solidPicture(first, "red", 320, 240));
-    ASSERT_TRUE(media.solidPicture(blue, "blue", 320, 240));
+    const QString blue = makePicture("blue.jpg", "blue");
     test::WriteFile(broken, QByteArray("this is no picture"));
     const QString soundOnly = mediaFile("sound only.mp4");
     ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "sine=d=1", "-y", soundOnly}));
@@ -160,8 +150,7 @@ TEST_F(RenderEndToEnd, UnreadableItemTurnsBlackAndChangedPicturesAreRenderedAgai
 }
 
 TEST_F(RenderEndToEnd, NoEventsGivesTheVoiceAsMp3) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    ASSERT_TRUE(media.voice(voice, 2.5));
+    const QString voice = makeVoice(2.5);
     const RenderReport report = render(inputsFor({}, voice));
     EXPECT_TRUE(report.ok()) << report.message.toStdString();
     EXPECT_EQ(report.output, paths.gstrFinalMixMP3FileSpec);
@@ -170,14 +159,9 @@ TEST_F(RenderEndToEnd, NoEventsGivesTheVoiceAsMp3) {
 }
 
 TEST_F(RenderEndToEnd, CancelStopsQuicklyAndKeepsThePreviousResult) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    ASSERT_TRUE(media.voice(voice, 40.0));
-    QList<TimelineEvent> rows;
-    for (int i = 0; i < 8; ++i) {
-        const QString pic = mediaFile(QStringLiteral("p%1.jpg").arg(i));
-        ASSERT_TRUE(media.solidPicture(pic, i % 2 ? "red" : "blue", 1280, 960));
-        rows << Event(MediaKind::Pictures, i * 5000, pic);
-    }
+    const QString voice = makeVoice(40.0);
+    const QList<TimelineEvent> rows = pictureRows(
+        "p", {"blue", "red", "blue", "red", "blue", "red", "blue", "red"}, 5000, {1280, 960});
     const QByteArray previous("the previous render");
     test::WriteFile(paths.gstrFinalMixAVIFileSpec, previous);
     studio.gstrVideoRes = QStringLiteral("640X480");
@@ -205,21 +189,12 @@ TEST_F(RenderEndToEnd, CancelStopsQuicklyAndKeepsThePreviousResult) {
 }
 
 TEST_F(RenderEndToEnd, CommandLineRenderAndItsExitCodes) {
-    const QString folder = app.file("project");
-    QDir().mkpath(folder);
-    ASSERT_TRUE(media.voice(folder + "/RecordedAudio.wav", 2.0));
-    ASSERT_TRUE(media.solidPicture(folder + "/red.jpg", "red", 320, 240));
-    ASSERT_TRUE(SaveBytesToFile("1\tPictures\t1.000\t\tred.jpg", folder + "/Timeline.txt"));
+    const QString folder = redPictureProject(2.0, "1.000");
     const QString output = app.file("out/Result.avi");
     QDir().mkpath(app.file("out"));
 
     auto run = [&](const QStringList& extra, QByteArray* out = nullptr) {
-        ToolRunner runner;
-        const RunResult r = runner.runProgram(QStringLiteral(CQ_STUDIO_EXECUTABLE),
-                                              QStringList{"--app-dir", app.path()} + extra);
-        if (out)
-            *out = runner.standardOutput();
-        return r.exitCode;
+        return runStudio(extra, out).exitCode;
     };
     QByteArray out;
     EXPECT_EQ(run({"--render", folder + "/Timeline.txt", "--output", output}, &out), 0);
@@ -235,16 +210,15 @@ TEST_F(RenderEndToEnd, CommandLineRenderAndItsExitCodes) {
 }
 
 TEST_F(RenderEndToEnd, ManyStillsOfDifferentLengthsShareRunsAndKeepTheirTimes) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    ASSERT_TRUE(media.voice(voice, 4.0));
+    const QString voice = makeVoice(4.0);
     const QStringList colours{"red", "blue", "yellow", "white", "green"};
     const QList<double> times{0.0, 0.9, 1.1, 1.9, 2.2, 2.4, 3.0, 3.1, 3.6};
     QList<TimelineEvent> rows;
     QList<std::pair<double, QString>> expected;
     for (int i = 0; i < times.size(); ++i) {
         const QString colour = colours[i % colours.size()];
-        const QString pic = mediaFile(QStringLiteral("still %1.jpg").arg(i));
-        ASSERT_TRUE(media.solidPicture(pic, colour, 200 + 40 * i, 150 + 10 * i));
+        const QString pic =
+            makePicture(QStringLiteral("still %1.jpg").arg(i), colour, 200 + 40 * i, 150 + 10 * i);
         rows << Event(MediaKind::Pictures, qRound64(times[i] * 1000), pic);
         expected.append({times[i], colour});
     }
@@ -257,11 +231,9 @@ TEST_F(RenderEndToEnd, ManyStillsOfDifferentLengthsShareRunsAndKeepTheirTimes) {
 }
 
 TEST_F(RenderEndToEnd, PiecesOfOneVideoAreCutFromOneDecodingEachFromItsOwnPosition) {
-    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString voice = makeVoice(4.0);
     const QString clip = mediaFile("red green blue.avi");
-    const QString yellow = mediaFile("yellow.jpg");
-    ASSERT_TRUE(media.voice(voice, 4.0));
-    ASSERT_TRUE(media.solidPicture(yellow, "yellow", 320, 240));
+    const QString yellow = makePicture("yellow.jpg", "yellow");
     // One second each of red, green and blue, with no key frame after the first.
     ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "color=c=red:s=160x120:r=30:d=1", "-f", "lavfi",
                            "-i", "color=c=green:s=160x120:r=30:d=1", "-f", "lavfi", "-i",
@@ -286,10 +258,9 @@ TEST_F(RenderEndToEnd, PiecesOfOneVideoAreCutFromOneDecodingEachFromItsOwnPositi
 
 // An animated picture decodes to all its frames; a still holds its first for its whole time.
 TEST_F(RenderEndToEnd, AnimatedGifAndPngShowTheirFirstFrame) {
-    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString voice = makeVoice(3.0);
     const QString gif = mediaFile("moving.gif");
     const QString png = mediaFile("moving.png");
-    ASSERT_TRUE(media.voice(voice, 3.0));
     for (const auto& [file, format] : {std::pair{gif, "gif"}, std::pair{png, "apng"}})
         ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "color=red:s=160x120:r=10:d=0.5", "-f", "lavfi",
                                "-i", "color=blue:s=160x120:r=10:d=1", "-filter_complex",

@@ -3,7 +3,6 @@
 #include "platform/TextFiles.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 #include <gtest/gtest.h>
 

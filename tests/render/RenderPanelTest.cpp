@@ -13,7 +13,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QPointer>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>

@@ -190,4 +190,3 @@ TEST(RenderPlan, NoEventsGivesTheVoiceAloneAndBadInputsAreRefused) {
     noSize.frameSize = {};
     EXPECT_FALSE(plan(noSize).ok());
 }
-

@@ -8,6 +8,23 @@
 
 namespace cq::test {
 
+namespace {
+
+// The colour of the first frame's one pixel that ffmpeg leaves after these input and filter
+// options.
+QColor firstPixel(const QString& ffmpeg, const QStringList& args) {
+    ToolRunner runner;
+    const RunResult r = runner.runProgram(
+        ffmpeg, QStringList{"-nostdin", "-v", "error"} + args +
+                    QStringList{"-frames:v", "1", "-f", "rawvideo", "-pix_fmt", "rgb24", "-"});
+    const QByteArray px = runner.standardOutput();
+    if (!r.ok() || px.size() < 3)
+        return {};
+    return QColor(quint8(px[0]), quint8(px[1]), quint8(px[2]));
+}
+
+} // namespace
+
 RenderTestMedia::RenderTestMedia(QString ffmpeg, QString ffprobe)
     : m_ffmpeg(std::move(ffmpeg)), m_ffprobe(std::move(ffprobe)) {}
 
@@ -48,29 +65,15 @@ QColor RenderTestMedia::colourAt(const QString& file, double seconds) const {
 }
 
 QColor RenderTestMedia::colourShownAt(const QString& file, double seconds) const {
-    ToolRunner runner;
-    const RunResult r = runner.runProgram(
-        m_ffmpeg, {"-nostdin", "-v", "error", "-i", file, "-vf",
-                   QStringLiteral("fps=30000/1001,trim=start=%1,crop=8:8,scale=1:1")
-                       .arg(QString::number(seconds, 'f', 3)),
-                   "-frames:v", "1", "-f", "rawvideo", "-pix_fmt", "rgb24", "-"});
-    const QByteArray px = runner.standardOutput();
-    if (!r.ok() || px.size() < 3)
-        return {};
-    return QColor(quint8(px[0]), quint8(px[1]), quint8(px[2]));
+    return firstPixel(m_ffmpeg, {"-i", file, "-vf",
+                                 QStringLiteral("fps=30000/1001,trim=start=%1,crop=8:8,scale=1:1")
+                                     .arg(QString::number(seconds, 'f', 3))});
 }
 
 QColor RenderTestMedia::colourAtPoint(const QString& file, double seconds, int x, int y) const {
     const QString crop = x < 0 ? QStringLiteral("crop=8:8,scale=1:1")
                                : QStringLiteral("crop=2:2:%1:%2,scale=1:1").arg(x).arg(y);
-    ToolRunner runner;
-    const RunResult r = runner.runProgram(
-        m_ffmpeg, {"-nostdin", "-v", "error", "-ss", QString::number(seconds, 'f', 3), "-i", file,
-                   "-frames:v", "1", "-vf", crop, "-f", "rawvideo", "-pix_fmt", "rgb24", "-"});
-    const QByteArray px = runner.standardOutput();
-    if (!r.ok() || px.size() < 3)
-        return {};
-    return QColor(quint8(px[0]), quint8(px[1]), quint8(px[2]));
+    return firstPixel(m_ffmpeg, {"-ss", QString::number(seconds, 'f', 3), "-i", file, "-vf", crop});
 }
 
 double RenderTestMedia::bandLevel(const QString& file, double from, double length, int hz) const {

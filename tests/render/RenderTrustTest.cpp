@@ -5,7 +5,7 @@
 #include "platform/TextFiles.h"
 #include "platform/ToolRunner.h"
 #include "render/AviContents.h"
-#include "render/PieceCache.h"
+#include "support/FileSizeLimit.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -13,10 +13,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <cerrno>
-#include <csignal>
-#include <cstring>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace cq;
@@ -30,33 +26,11 @@ QStringList filesIn(const QString& folder, const QString& pattern) {
     return QDir(folder).entryList({pattern}, QDir::Files);
 }
 
-// Limits the size of every file this process and its tools write, as a full disk would; the
-// tools get EFBIG instead of a signal.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &m_old);
-        m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-        rlimit limit = m_old;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &m_old);
-        std::signal(SIGXFSZ, m_oldHandler);
-    }
-
-private:
-    rlimit m_old{};
-    void (*m_oldHandler)(int) = nullptr;
-};
-
 } // namespace
 
 TEST_F(RenderEndToEnd, AFullDiskLeavesNoPieceThatCountsAndKeepsThePreviousResult) {
-    const QString voice = mediaFile("RecordedAudio.wav");
+    const QString voice = makeVoice(3.0);
     const QString busy = mediaFile("busy.jpg");
-    ASSERT_TRUE(media.voice(voice, 3.0));
     ASSERT_TRUE(media.run({"-f", "lavfi", "-i", "testsrc2=s=1280x720", "-frames:v", "1", "-update",
                            "1", "-q:v", "2", "-y", busy}));
     studio.gstrVideoRes = QStringLiteral("640X480");
@@ -66,7 +40,7 @@ TEST_F(RenderEndToEnd, AFullDiskLeavesNoPieceThatCountsAndKeepsThePreviousResult
 
     RenderReport full;
     {
-        const FileSizeLimit limit(12 * 1024);
+        const test::FileSizeLimit limit(12 * 1024);
         full = render(in);
     }
     EXPECT_EQ(full.outcome, RenderReport::Outcome::Failed);
@@ -109,9 +83,7 @@ TEST_F(RenderEndToEnd, AFileSizeLimitOnTheStudioIsReportedAsLackOfSpace) {
         runner.runProgram("/bin/sh", QStringList{"-c", "ulimit -f 24\nexec \"$@\"", "sh"} + render +
                                          QStringList{"--size", "640X480"});
     EXPECT_EQ(limited.exitCode, 1);
-    const QString reason = QString::fromLocal8Bit(std::strerror(EFBIG));
-    EXPECT_TRUE(limited.errorText.contains("lack of space (" + reason + ")"))
-        << limited.errorText.toStdString();
+    expectLackOfSpace(limited.errorText);
 }
 
 // ffmpeg ends well after it failed to write the end of the voice's sound ("Error writing
@@ -123,13 +95,11 @@ TEST_F(RenderEndToEnd, AVoiceSoundCutShortByAFileSizeLimitIsReportedAsLackOfSpac
     const RenderInputs in = inputsFor(rows, voice);
     RenderReport limited;
     {
-        const FileSizeLimit limit(64 * 1024); // room for the pieces, not for 12 s of sound
+        const test::FileSizeLimit limit(64 * 1024); // room for the pieces, not for 12 s of sound
         limited = render(in);
     }
     EXPECT_EQ(limited.outcome, RenderReport::Outcome::Failed);
-    const QString reason = QString::fromLocal8Bit(std::strerror(EFBIG));
-    EXPECT_TRUE(limited.message.contains("lack of space (" + reason + ")"))
-        << limited.message.toStdString();
+    expectLackOfSpace(limited.message);
     EXPECT_FALSE(limited.message.contains("moov")) << limited.message.toStdString();
     EXPECT_TRUE(filesIn(paths.gstrTempFilesDirectory + "/Render1", "VoiceSound-*").isEmpty());
 
@@ -155,25 +125,16 @@ TEST_F(RenderEndToEnd, AResultCutShortByAFileSizeLimitIsReportedAsLackOfSpace) {
     ASSERT_GT(result, sound + 1024);
     RenderReport limited;
     {
-        const FileSizeLimit limit(rlim_t(sound + result) / 2);
+        const test::FileSizeLimit limit(rlim_t(sound + result) / 2);
         limited = render(in);
     }
     EXPECT_EQ(limited.outcome, RenderReport::Outcome::Failed);
-    const QString reason = QString::fromLocal8Bit(std::strerror(EFBIG));
-    EXPECT_TRUE(limited.message.contains("lack of space (" + reason + ")"))
-        << limited.message.toStdString();
+    expectLackOfSpace(limited.message);
 }
 
 TEST_F(RenderEndToEnd, APieceDamagedAfterItWasMadeIsMadeAgain) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    ASSERT_TRUE(media.voice(voice, 3.0));
-    QList<TimelineEvent> rows;
-    for (int i = 0; i < 3; ++i) {
-        const QString pic = mediaFile(QStringLiteral("p%1.jpg").arg(i));
-        ASSERT_TRUE(media.solidPicture(pic, i == 1 ? "blue" : "red", 320, 240));
-        rows << Event(MediaKind::Pictures, i * 1000, pic);
-    }
-    const RenderInputs in = inputsFor(rows, voice);
+    const QString voice = makeVoice(3.0);
+    const RenderInputs in = inputsFor(pictureRows("p", {"red", "blue", "red"}), voice);
     RenderJob first(in, pool);
     ASSERT_TRUE(first.runToEnd().ok());
 
@@ -190,20 +151,12 @@ TEST_F(RenderEndToEnd, APieceDamagedAfterItWasMadeIsMadeAgain) {
 }
 
 TEST_F(RenderEndToEnd, TwoRendersAtOnceInOneFolderBothComeOutRight) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    ASSERT_TRUE(media.voice(voice, 3.0));
-    QList<TimelineEvent> redRows, blueRows;
-    for (int i = 0; i < 3; ++i) {
-        const QString red = mediaFile(QStringLiteral("red%1.jpg").arg(i));
-        const QString blue = mediaFile(QStringLiteral("blue%1.jpg").arg(i));
-        ASSERT_TRUE(media.solidPicture(red, "red", 320 + 2 * i, 240));
-        ASSERT_TRUE(media.solidPicture(blue, "blue", 320 + 2 * i, 240));
-        redRows << Event(MediaKind::Pictures, i * 1000, red);
-        blueRows << Event(MediaKind::Pictures, i * 1000, blue);
-    }
+    const QString voice = makeVoice(3.0);
     // The same output too: each result is complete, whichever lands last.
-    RenderJob red(inputsFor(redRows, voice), pool);
-    RenderJob blue(inputsFor(blueRows, voice), pool);
+    RenderJob red(inputsFor(pictureRows("red", {"red", "red", "red"}, 1000, {320, 240}, 2), voice),
+                  pool);
+    RenderJob blue(
+        inputsFor(pictureRows("blue", {"blue", "blue", "blue"}, 1000, {320, 240}, 2), voice), pool);
     int open = 2;
     QEventLoop loop;
     for (RenderJob* job : {&red, &blue})
@@ -225,10 +178,8 @@ TEST_F(RenderEndToEnd, TwoRendersAtOnceInOneFolderBothComeOutRight) {
 }
 
 TEST_F(RenderEndToEnd, AResultOfTheWrongLengthNeverReplacesThePreviousOne) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    const QString red = mediaFile("red.jpg");
-    ASSERT_TRUE(media.voice(voice, 2.0));
-    ASSERT_TRUE(media.solidPicture(red, "red", 320, 240));
+    const QString voice = makeVoice(2.0);
+    const QString red = makePicture("red.jpg", "red");
     const QByteArray previous("the previous render");
     test::WriteFile(paths.gstrFinalMixAVIFileSpec, previous);
     // The recording says 4 s, the voice holds 2 s: the result cannot match.
@@ -248,16 +199,9 @@ TEST_F(RenderEndToEnd, AResultOfTheWrongLengthNeverReplacesThePreviousOne) {
 }
 
 TEST_F(RenderEndToEnd, PiecesOfOlderTimelinesGoAfterASuccessfulRender) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    ASSERT_TRUE(media.voice(voice, 3.0));
+    const QString voice = makeVoice(3.0);
     auto timeline = [&](const QString& colour) {
-        QList<TimelineEvent> rows;
-        for (int i = 0; i < 3; ++i) {
-            const QString pic = mediaFile(colour + QString::number(i) + ".jpg");
-            EXPECT_TRUE(media.solidPicture(pic, colour, 300 + 2 * i, 200));
-            rows << Event(MediaKind::Pictures, i * 1000, pic);
-        }
-        return rows;
+        return pictureRows(colour, {colour, colour, colour}, 1000, {300, 200}, 2);
     };
     const QString space = paths.gstrTempFilesDirectory + "/Render1";
     ASSERT_TRUE(render(inputsFor(timeline("red"), voice)).ok());
@@ -271,10 +215,8 @@ TEST_F(RenderEndToEnd, PiecesOfOlderTimelinesGoAfterASuccessfulRender) {
 }
 
 TEST_F(RenderEndToEnd, WidePicturesKeepTheirShapeAtAWideSize) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    const QString wide = mediaFile("wide.jpg");
-    ASSERT_TRUE(media.voice(voice, 2.0));
-    ASSERT_TRUE(media.solidPicture(wide, "red", 1920, 1080));
+    const QString voice = makeVoice(2.0);
+    const QString wide = makePicture("wide.jpg", "red", 1920, 1080);
     studio.gstrVideoRes = QStringLiteral("320X180");
     ASSERT_TRUE(render(inputsFor({Event(MediaKind::Pictures, 0, wide)}, voice)).ok());
     // A 4:3 canvas stretched to 16:9 would leave black bands at the top and the bottom.
@@ -283,11 +225,7 @@ TEST_F(RenderEndToEnd, WidePicturesKeepTheirShapeAtAWideSize) {
 }
 
 TEST_F(RenderEndToEnd, HostileCommandLineValuesAreRefusedAtOnce) {
-    const QString folder = app.file("project");
-    QDir().mkpath(folder);
-    ASSERT_TRUE(media.solidPicture(folder + "/red.jpg", "red", 320, 240));
-    ASSERT_TRUE(media.voice(folder + "/RecordedAudio.wav", 1.0));
-    ASSERT_TRUE(SaveBytesToFile("1\tPictures\t0.000\t\tred.jpg", folder + "/Timeline.txt"));
+    const QString folder = redPictureProject(1.0, "0.000");
     // A program named like the second half of a size, first on PATH.
     const QString bin = app.file("bin");
     QDir().mkpath(bin);
@@ -298,12 +236,9 @@ TEST_F(RenderEndToEnd, HostileCommandLineValuesAreRefusedAtOnce) {
     ASSERT_EQ(mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
 
     auto run = [&](const QStringList& extra) {
-        ToolRunner runner;
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         qputenv("PATH", (bin + ":" + env.value("PATH")).toUtf8());
-        const RunResult r = runner.runProgram(
-            QStringLiteral(CQ_STUDIO_EXECUTABLE),
-            QStringList{"--app-dir", app.path(), "--render", folder + "/Timeline.txt"} + extra);
+        const RunResult r = runStudio(QStringList{"--render", folder + "/Timeline.txt"} + extra);
         qputenv("PATH", env.value("PATH").toUtf8());
         return r;
     };
@@ -328,13 +263,11 @@ TEST_F(RenderEndToEnd, HostileCommandLineValuesAreRefusedAtOnce) {
 // No tool is ever handed a FIFO (it would wait for a writer), a device or a folder: such an item
 // shows black with the reason at once, like an unreadable file, also when its sound is asked for.
 TEST_F(RenderEndToEnd, SourcesThatAreNoRegularFilesShowBlackAtOnce) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    const QString red = mediaFile("red.jpg");
+    const QString voice = makeVoice(4.0);
+    const QString red = makePicture("red.jpg", "red");
     const QString fifo = mediaFile("fifo.jpg");
     const QString fifoVideo = mediaFile("fifo.avi");
     const QString folder = mediaFile("folder.avi");
-    ASSERT_TRUE(media.voice(voice, 4.0));
-    ASSERT_TRUE(media.solidPicture(red, "red", 320, 240));
     for (const QString& f : {fifo, fifoVideo})
         ASSERT_EQ(mkfifo(QFile::encodeName(f).constData(), 0600), 0);
     ASSERT_TRUE(QDir().mkpath(folder));
@@ -358,12 +291,9 @@ TEST_F(RenderEndToEnd, SourcesThatAreNoRegularFilesShowBlackAtOnce) {
 // ffmpeg reads its list of pieces line by line: a line end in the work folder's name must not
 // split a piece's line.
 TEST_F(RenderEndToEnd, AWorkFolderWithALineEndInItsNameRenders) {
-    const QString voice = mediaFile("RecordedAudio.wav");
-    const QString red = mediaFile("red.jpg");
-    const QString blue = mediaFile("blue.jpg");
-    ASSERT_TRUE(media.voice(voice, 2.0));
-    ASSERT_TRUE(media.solidPicture(red, "red", 320, 240));
-    ASSERT_TRUE(media.solidPicture(blue, "blue", 320, 240));
+    const QString voice = makeVoice(2.0);
+    const QString red = makePicture("red.jpg", "red");
+    const QString blue = makePicture("blue.jpg", "blue");
     RenderInputs in = inputsFor(
         {Event(MediaKind::Pictures, 0, red), Event(MediaKind::Pictures, 1000, blue)}, voice);
     in.workFolder = app.file("Clip\nquill 'x'/ClipquillTempFiles");

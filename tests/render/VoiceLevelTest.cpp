@@ -6,9 +6,6 @@
 #include "render/VoiceLevel.h"
 #include "studio/TimelineFile.h"
 
-#include <QDir>
-#include <QFileInfo>
-
 #include <gtest/gtest.h>
 
 using namespace cq;
@@ -120,17 +117,11 @@ TEST_F(VoiceLevel, ASixChannelTakeComesOutEvenAsItIsEncoded) {
 }
 
 TEST_F(VoiceLevel, RawVoiceFromTheCommandLineKeepsTheTakesLevel) {
-    const QString folder = app.file("project");
-    QDir().mkpath(folder);
-    ASSERT_TRUE(speech(folder + "/RecordedAudio.wav", -14.0));
-    ASSERT_TRUE(media.solidPicture(folder + "/red.jpg", "red", 320, 240));
-    ASSERT_TRUE(SaveBytesToFile("1\tPictures\t1.000\t\tred.jpg", folder + "/Timeline.txt"));
+    const QString folder = redPictureProject(1.0, "1.000");
+    ASSERT_TRUE(speech(folder + "/RecordedAudio.wav", -14.0)); // in place of the plain voice
     const QString output = app.file("Raw.avi");
-    ToolRunner runner;
     const RunResult r =
-        runner.runProgram(QStringLiteral(CQ_STUDIO_EXECUTABLE),
-                          {"--app-dir", app.path(), "--render", folder + "/Timeline.txt",
-                           "--raw-voice", "--output", output});
+        runStudio({"--render", folder + "/Timeline.txt", "--raw-voice", "--output", output});
     ASSERT_EQ(r.exitCode, 0) << r.errorText.toStdString();
     EXPECT_NEAR(loudness(output).integratedLufs,
                 loudness(folder + "/RecordedAudio.wav").integratedLufs, 0.5);

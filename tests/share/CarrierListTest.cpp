@@ -2,7 +2,6 @@
 #include "platform/TextFiles.h"
 #include "support/TestAppFolder.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>

@@ -2,7 +2,6 @@
 #include "share/HandOverFiles.h"
 #include "support/TestAppFolder.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>

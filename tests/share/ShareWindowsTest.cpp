@@ -10,7 +10,6 @@
 #include "support/TestAppFolder.h"
 #include "support/WidgetFinding.h"
 
-#include <QComboBox>
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QDir>
@@ -43,6 +42,13 @@ bool MakeClip(const QString& file, int seconds = 1) {
 // Waits until the responder has seen the given number of modal windows.
 bool WaitForTexts(const ModalResponder& responder, int count, int timeoutMs = 60000) {
     return QTest::qWaitFor([&] { return responder.texts.size() >= count; }, timeoutMs);
+}
+
+// What the modal windows opened by clicking the button said; each is closed as if by Escape.
+QStringList SaidOnClick(QWidget* window, const char* button) {
+    ModalResponder responder;
+    Child<QPushButton>(window, button)->click();
+    return responder.texts;
 }
 
 bool WaitForFile(const QString& path) {
@@ -98,12 +104,8 @@ TEST(ConvertAndEmailWindow, EmailNeedsACarrierForAPhoneAndAddressesItsGateway) {
     test::StubProgram xdgEmail("xdg-email");
     frmConvertAndEmail w(paths);
     Child<QLineEdit>(&w, "txtPhoneNumber")->setText("(555) 123-4567");
-    {
-        ModalResponder responder;
-        Child<QPushButton>(&w, "cmdEmail")->click();
-        EXPECT_EQ(responder.texts, QStringList{"Select the Recipient's Cell Carrier."});
-        EXPECT_FALSE(xdgEmail.ran());
-    }
+    EXPECT_EQ(SaidOnClick(&w, "cmdEmail"), QStringList{"Select the Recipient's Cell Carrier."});
+    EXPECT_FALSE(xdgEmail.ran());
     auto* carriers = Child<QListWidget>(&w, "lstCellCarrier");
     carriers->setCurrentItem(carriers->findItems("Verizon Wireless", Qt::MatchExactly).first());
     ModalResponder responder;
@@ -124,12 +126,9 @@ TEST(ConvertAndEmailWindow, ConvertOnlyReportsTheConvertedFileOrTheFailure) {
     const AppPaths paths = AppPaths::forFolder(app.path());
     frmConvertAndEmail w(paths);
     w.cboPresets_Click(6); // Regular Cellphone (MP4 format)
-    {
-        ModalResponder responder;
-        Child<QPushButton>(&w, "cmdConvertOnly")->click();
-        ASSERT_EQ(responder.texts.size(), 1);
-        EXPECT_TRUE(responder.texts.first().startsWith("There is no rendered clip yet"));
-    }
+    const QStringList noClip = SaidOnClick(&w, "cmdConvertOnly");
+    ASSERT_EQ(noClip.size(), 1);
+    EXPECT_TRUE(noClip.first().startsWith("There is no rendered clip yet"));
     ASSERT_TRUE(MakeClip(paths.gstrFinalMixAVIFileSpec));
     const QString output = app.file("ClipquillTempFiles/FinalMix.MP4");
     {
@@ -216,10 +215,9 @@ TEST(SharePanel, ButtonsWithoutARenderedClipSaySoAndSendNothing) {
     DirectorySettings settings;
     SharePanel panel(AppPaths::forFolder(app.path()), settings);
     for (const char* name : {"cmdEmail", "cmdConvert"}) {
-        ModalResponder responder;
-        Child<QPushButton>(&panel, name)->click();
-        ASSERT_EQ(responder.texts.size(), 1) << name;
-        EXPECT_TRUE(responder.texts.first().startsWith("There is no rendered clip yet")) << name;
+        const QStringList said = SaidOnClick(&panel, name);
+        ASSERT_EQ(said.size(), 1) << name;
+        EXPECT_TRUE(said.first().startsWith("There is no rendered clip yet")) << name;
     }
     EXPECT_FALSE(QFile::exists(app.file("SystemTemp/EmailAttachmentList.txt")));
 }
@@ -252,20 +250,15 @@ TEST(SharePanel, FtpWritesItsStartFolderThenStartsTheProgramOrExplainsHowToAddOn
     const AppPaths paths = AppPaths::forFolder(app.path());
     DirectorySettings settings;
     SharePanel panel(paths, settings);
-    {
-        ModalResponder responder;
-        Child<QPushButton>(&panel, "cmdFTP")->click();
-        ASSERT_EQ(responder.texts.size(), 1);
-        EXPECT_TRUE(responder.texts.first().contains("\"FTP\""));
-    }
+    const QStringList noProgram = SaidOnClick(&panel, "cmdFTP");
+    ASSERT_EQ(noProgram.size(), 1);
+    EXPECT_TRUE(noProgram.first().contains("\"FTP\""));
     EXPECT_EQ(ReadFileToBytes(paths.gstrFTPStartUpDirectoryFileSpec),
               ("gstrFTPDirectory=" + paths.gstrTempFilesDirectory + "\r\n\r\n").toUtf8());
 
     test::WriteFile(app.file("FTP"), "#!/bin/sh\npwd > started.txt\n");
     QFile::setPermissions(app.file("FTP"), QFile::ReadOwner | QFile::ExeOwner);
-    ModalResponder responder;
-    Child<QPushButton>(&panel, "cmdFTP")->click();
-    EXPECT_TRUE(responder.texts.isEmpty());
+    EXPECT_TRUE(SaidOnClick(&panel, "cmdFTP").isEmpty());
     EXPECT_TRUE(WaitForFile(paths.gstrTempFilesDirectory + "/started.txt"));
 }
 
@@ -332,19 +325,15 @@ TEST(SharePanel, SupportOpensTheHelpPageMadeFromTheReadme) {
     UrlCatcher desktop;
     QDesktopServices::setUrlHandler("file", &desktop, "open");
     qputenv("BROWSER", "stub-browser");
-    {
-        ModalResponder responder;
-        Child<QPushButton>(&panel, "cmdSupport")->click();
-        EXPECT_TRUE(responder.texts.isEmpty()) << responder.texts.join('|').toStdString();
-        EXPECT_EQ(desktop.urls, QList<QUrl>({QUrl::fromLocalFile(page)}));
-    }
+    const QStringList opened = SaidOnClick(&panel, "cmdSupport");
+    EXPECT_TRUE(opened.isEmpty()) << opened.join('|').toStdString();
+    EXPECT_EQ(desktop.urls, QList<QUrl>({QUrl::fromLocalFile(page)}));
     ASSERT_TRUE(QFile::remove(page));
-    ModalResponder responder;
-    Child<QPushButton>(&panel, "cmdSupport")->click();
+    const QStringList said = SaidOnClick(&panel, "cmdSupport");
     qunsetenv("BROWSER");
     QDesktopServices::unsetUrlHandler("file");
-    ASSERT_EQ(responder.texts.size(), 1);
-    EXPECT_TRUE(responder.texts.first().startsWith("The help page"));
+    ASSERT_EQ(said.size(), 1);
+    EXPECT_TRUE(said.first().startsWith("The help page"));
     EXPECT_EQ(desktop.urls.size(), 1);
 }
 

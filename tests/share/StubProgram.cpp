@@ -1,6 +1,5 @@
 #include "StubProgram.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 

@@ -21,7 +21,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFile>
 #include <QImage>
 #include <QProcess>
 #include <QTest>

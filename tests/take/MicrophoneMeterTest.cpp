@@ -4,7 +4,6 @@
 #include "take/widgets/LevelBar.h"
 
 #include <QAccessible>
-#include <QAccessibleValueInterface>
 #include <QLabel>
 #include <QTest>
 

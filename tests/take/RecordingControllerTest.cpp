@@ -1,6 +1,5 @@
 #include "take/RecordingController.h"
 #include "../timeline/FakeMediaDisplay.h"
-#include "studio/StudioSettings.h"
 #include "support/FileSizeLimit.h"
 #include "support/TestAudio.h"
 #include "support/TestRows.h"
@@ -16,7 +15,6 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 #include <gtest/gtest.h>
 

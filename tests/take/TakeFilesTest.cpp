@@ -4,6 +4,7 @@
 #include "studio/TimelineFile.h"
 #include "support/FileSizeLimit.h"
 #include "support/HeldSync.h"
+#include "support/TestRows.h"
 #include "take/StudioFolderLock.h"
 #include "take/TakeJournal.h"
 
@@ -30,11 +31,8 @@ QString startHelper(QProcess& helper, const QStringList& args) {
 }
 
 TimelineEvent pictureRow(int count) {
-    return {MediaKind::Pictures,
-            count * 1000,
-            std::nullopt,
-            QStringLiteral("/media/p%1.jpg").arg(count),
-            {}};
+    return test::Event(MediaKind::Pictures, count * 1000,
+                       QStringLiteral("/media/p%1.jpg").arg(count));
 }
 
 QByteArray pictureLine(int count) {

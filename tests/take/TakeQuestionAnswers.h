@@ -48,6 +48,21 @@ inline bool questionOpen(const char* box) {
     return false;
 }
 
+// The visible message box whose text holds these words, once one is shown.
+inline QMessageBox* messageSaying(const QString& words) {
+    QMessageBox* told = nullptr;
+    QTest::qWaitFor(
+        [&] {
+            for (QWidget* w : QApplication::topLevelWidgets())
+                if (auto* box = qobject_cast<QMessageBox*>(w);
+                    box && box->isVisible() && box->text().contains(words))
+                    told = box;
+            return told != nullptr;
+        },
+        10000);
+    return told;
+}
+
 inline QStringList takeFilesIn(const QString& work) {
     return QDir(work).entryList(QDir::Files, QDir::Name);
 }

@@ -18,11 +18,9 @@
 
 #include "TakeQuestionAnswers.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -32,6 +30,7 @@
 
 using namespace cq;
 using cq::test::answer;
+using cq::test::messageSaying;
 using cq::test::questionOpen;
 using cq::test::restoredStudio;
 using cq::test::takeFilesIn;
@@ -41,7 +40,9 @@ namespace {
 
 // What a studio that ended mid-take leaves: a voice of one second whose header was never
 // finished, a journal with a picture and a text whose picture is in the work folder.
-void leaveATake(const QString& work, const QString& picture) {
+// Returns the work folder.
+QString leaveATake(const test::TestAppFolder& app, const QString& picture = "/media/a.jpg") {
+    const QString work = workFolderOf(app);
     QDir().mkpath(work);
     WriteWholeFile(WavHeader(8000, 1, 16, 0) + QByteArray(16000, '\1'),
                    work + "/RecordedAudio.wav");
@@ -50,14 +51,14 @@ void leaveATake(const QString& work, const QString& picture) {
                     "/Hello.jpg\tHello\r\n")
                        .toUtf8(),
                    work + u'/' + QString::fromLatin1(kTakeJournalFileName));
+    return work;
 }
 
 } // namespace
 
 TEST(UnsavedTake, RecordOpenAndCloseAskFirstAndCancelKeepsEverything) {
     test::TestAppFolder app;
-    const QString work = workFolderOf(app);
-    leaveATake(work, "/media/a.jpg");
+    const QString work = leaveATake(app);
     auto w = restoredStudio(app);
     TimelineStudio& t = w->timeline();
     ASSERT_EQ(t.grid().rowCount(), 2);
@@ -104,8 +105,7 @@ TEST(UnsavedTake, RecordOpenAndCloseAskFirstAndCancelKeepsEverything) {
 // disk) is no reason to keep quiet: a studio ending now would bring the old rows back.
 TEST(UnsavedTake, AGridCorrectionTheJournalCannotKeepIsToldToTheUser) {
     test::TestAppFolder app;
-    const QString work = workFolderOf(app);
-    leaveATake(work, "/media/a.jpg");
+    const QString work = leaveATake(app);
     auto w = restoredStudio(app);
     TimelineStudio& t = w->timeline();
     const QString journal = work + u'/' + QString::fromLatin1(kTakeJournalFileName);
@@ -122,15 +122,7 @@ TEST(UnsavedTake, AGridCorrectionTheJournalCannotKeepIsToldToTheUser) {
     EXPECT_TRUE(failed.first().at(1).toString().contains(journal))
         << failed.first().at(1).toString().toStdString();
     EXPECT_EQ(ReadFileToBytes(journal), before);
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] {
-            for (QWidget* box : QApplication::topLevelWidgets())
-                if (auto* m = qobject_cast<QMessageBox*>(box);
-                    m && m->isVisible() && m->text().contains(journal))
-                    return true;
-            return false;
-        },
-        10000));
+    EXPECT_NE(messageSaying(journal), nullptr);
 
     // Corrected again with room on the disk, the journal takes the rows.
     ASSERT_TRUE(t.grid().removeEventRow(0));
@@ -140,8 +132,7 @@ TEST(UnsavedTake, AGridCorrectionTheJournalCannotKeepIsToldToTheUser) {
 
 TEST(UnsavedTake, DiscardRemovesTheTakeAndAnUnansweredOneOutlivesTheStudio) {
     test::TestAppFolder app;
-    const QString work = workFolderOf(app);
-    leaveATake(work, "/media/a.jpg");
+    const QString work = leaveATake(app);
     {
         // Ended without a word (as by SIGTERM or a crash): the take stays for the next start.
         auto w = test::OpenStudio(app);
@@ -157,7 +148,7 @@ TEST(UnsavedTake, DiscardRemovesTheTakeAndAnUnansweredOneOutlivesTheStudio) {
         EXPECT_TRUE(QTest::qWaitFor([&] { return !w->isVisible(); }, 10000));
         EXPECT_EQ(takeFilesIn(work), QStringList());
     }
-    leaveATake(work, "/media/a.jpg");
+    leaveATake(app);
     auto w = test::OpenStudio(app);
     ASSERT_TRUE(answer("restoreTakeQuestion", "Discard"));
     EXPECT_EQ(takeFilesIn(work), QStringList());
@@ -170,8 +161,7 @@ TEST(UnsavedTake, DiscardRemovesTheTakeAndAnUnansweredOneOutlivesTheStudio) {
 // A click spoilt on the disk costs that click alone, and the user learns how many were lost.
 TEST(UnsavedTake, AnUnreadableClickIsLeftOutAndCounted) {
     test::TestAppFolder app;
-    const QString work = workFolderOf(app);
-    leaveATake(work, "/media/a.jpg");
+    const QString work = leaveATake(app);
     QFile journal(work + u'/' + QString::fromLatin1(kTakeJournalFileName));
     ASSERT_TRUE(journal.open(QIODevice::Append));
     const char spoilt[] =
@@ -181,16 +171,8 @@ TEST(UnsavedTake, AnUnreadableClickIsLeftOutAndCounted) {
 
     auto w = restoredStudio(app);
     EXPECT_EQ(w->timeline().grid().rowCount(), 3);
-    QMessageBox* told = nullptr;
-    ASSERT_TRUE(QTest::qWaitFor(
-        [&] {
-            for (QWidget* top : QApplication::topLevelWidgets())
-                if (auto* box = qobject_cast<QMessageBox*>(top);
-                    box && box->isVisible() && box->text().contains("clicks"))
-                    told = box;
-            return told != nullptr;
-        },
-        10000));
+    QMessageBox* told = messageSaying("clicks");
+    ASSERT_NE(told, nullptr);
     EXPECT_EQ(told->text(),
               "1 of the take's clicks could not be read and was left out (line 3: the "
               "line holds zero bytes, so it is not text); 3 came back.");
@@ -204,10 +186,9 @@ TEST(UnsavedTake, AnUnreadableClickIsLeftOutAndCounted) {
 // gone with a discard, cleared by the next recording.
 TEST(UnsavedTake, ItsCaptionsComeBackAreKeptWhenEditedAndGoWithIt) {
     test::TestAppFolder app;
-    const QString work = workFolderOf(app);
     // Every file there, so that opening the project has nothing missing to warn about.
     WriteWholeFile("picture", app.file("a.jpg"));
-    leaveATake(work, app.file("a.jpg"));
+    const QString work = leaveATake(app, app.file("a.jpg"));
     WriteWholeFile(WriteSrt({{500, 1500, "Helo"}}), work + "/Captions.srt");
     {
         auto w = test::OpenStudio(app);

@@ -1,5 +1,4 @@
 #include "FakeMediaDisplay.h"
-#include "studio/StudioSettings.h"
 #include "support/TestRows.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/EventLogger.h"

@@ -1,8 +1,8 @@
 #include "timeline/Project.h"
 #include "platform/TextFiles.h"
-#include "platform/WavFileWriter.h"
 #include "platform/WavFormat.h"
 #include "support/CuePrinting.h"
+#include "support/TestAppFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,12 +13,6 @@
 using namespace cq;
 
 namespace {
-void writeFile(const QString& path, const QByteArray& bytes) {
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write(bytes);
-}
 QByteArray wav(int ms) {
     return WavHeader(44100, 1, 16, ms * 882 / 10) + QByteArray(ms * 882 / 10, '\1');
 }
@@ -28,9 +22,9 @@ TEST(Project, SavedAndOpenedAgainGivesTheSameRecording) {
     QTemporaryDir tmp;
     const QString work = tmp.filePath("ClipquillTempFiles");
     const QString voice = work + "/RecordedAudio.wav";
-    writeFile(voice, wav(3500));
-    writeFile(work + "/Hello there.jpg", "BM-hello");
-    writeFile(tmp.filePath("media/clip.mp4"), "video");
+    test::WriteFile(voice, wav(3500));
+    test::WriteFile(work + "/Hello there.jpg", "BM-hello");
+    test::WriteFile(tmp.filePath("media/clip.mp4"), "video");
     const QList<TimelineEvent> rows{
         {MediaKind::Video, 250, std::nullopt, tmp.filePath("media/clip.mp4"), {}},
         {MediaKind::Text, 1500, std::nullopt, work + "/Hello there.jpg", "Hello there"},
@@ -62,16 +56,16 @@ TEST(Project, MissingMediaAreListedAndBadTimelinesRejectedWithTheLine) {
     QTemporaryDir tmp;
     const QString project = tmp.filePath("p");
     const QString work = tmp.filePath("work");
-    writeFile(project + "/Timeline.txt",
-              "1\tPictures\t0.000\t\t/nowhere/a.jpg\r\n2\tText\t1.000\t\tgone.jpg\tgone\r\n");
+    test::WriteFile(project + "/Timeline.txt",
+                    "1\tPictures\t0.000\t\t/nowhere/a.jpg\r\n2\tText\t1.000\t\tgone.jpg\tgone\r\n");
     const ProjectResult opened = OpenProject(project, work + "/RecordedAudio.wav", work);
     ASSERT_TRUE(opened.ok());
     EXPECT_EQ(opened.missingFiles, QStringList({project + "/RecordedAudio.wav", "/nowhere/a.jpg",
                                                 project + "/gone.jpg"}));
     EXPECT_EQ(opened.rows.size(), 2);
 
-    writeFile(project + "/Timeline.txt",
-              "1\tPictures\t0.000\t\t/a.jpg\r\n2\tPictures\tlater\t\t/b.jpg\r\n");
+    test::WriteFile(project + "/Timeline.txt",
+                    "1\tPictures\t0.000\t\t/a.jpg\r\n2\tPictures\tlater\t\t/b.jpg\r\n");
     const ProjectResult bad = OpenProject(project, work + "/RecordedAudio.wav", work);
     EXPECT_FALSE(bad.ok());
     EXPECT_TRUE(bad.error.contains("line 2:")) << bad.error.toStdString();
@@ -83,8 +77,8 @@ TEST(Project, SavingNeedsARecordingAndAWritablePlace) {
     QTemporaryDir tmp;
     EXPECT_EQ(SaveProject(tmp.filePath("p"), {}, tmp.filePath("none.wav"), tmp.path()).error,
               "Please record a sound first");
-    writeFile(tmp.filePath("v.wav"), wav(100));
-    writeFile(tmp.filePath("blocker"), "a file where the folder should go");
+    test::WriteFile(tmp.filePath("v.wav"), wav(100));
+    test::WriteFile(tmp.filePath("blocker"), "a file where the folder should go");
     const ProjectResult r =
         SaveProject(tmp.filePath("blocker/p"), {}, tmp.filePath("v.wav"), tmp.path());
     EXPECT_FALSE(r.ok());
@@ -95,7 +89,7 @@ TEST(Project, ItsCaptionsAreSavedAndOpenedWithItAndAnUnreadableCueIsNamed) {
     QTemporaryDir tmp;
     const QString work = tmp.filePath("work");
     const QString voice = work + "/RecordedAudio.wav";
-    writeFile(voice, wav(2000));
+    test::WriteFile(voice, wav(2000));
     const QString project = tmp.filePath("p");
     const CaptionCues cues{{0, 900, "Hi --> there"}, {900, 1800, "Zwei\nZeilen"}};
     ASSERT_TRUE(SaveProject(project, {}, voice, work, cues).ok());
@@ -110,8 +104,9 @@ TEST(Project, ItsCaptionsAreSavedAndOpenedWithItAndAnUnreadableCueIsNamed) {
     EXPECT_TRUE(OpenProject(project, voice, work).captions.isEmpty());
 
     // A hand-edited file: the good cues are kept, the bad one named.
-    writeFile(project + "/Captions.srt",
-              "1\r\n00:00:00,000 --> 00:00:00,900\r\nKept\r\n\r\n2\r\nsoon --> later\r\nLost\r\n");
+    test::WriteFile(
+        project + "/Captions.srt",
+        "1\r\n00:00:00,000 --> 00:00:00,900\r\nKept\r\n\r\n2\r\nsoon --> later\r\nLost\r\n");
     const ProjectResult edited = OpenProject(project, voice, work);
     ASSERT_TRUE(edited.ok());
     EXPECT_EQ(edited.captions, (CaptionCues{{0, 900, "Kept"}}));

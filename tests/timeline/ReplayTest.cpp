@@ -1,6 +1,5 @@
 #include "timeline/Replay.h"
 #include "FakeMediaDisplay.h"
-#include "studio/StudioSettings.h"
 #include "support/TestRows.h"
 #include "timeline/EventGridModel.h"
 #include "timeline/ReplaySchedule.h"
