@@ -1,3 +1,4 @@
+#include "FirstImage.h"
 #include "app/widgets/MediaStation.h"
 #include "app/widgets/TimelineStudio.h"
 #include "app/widgets/frmClipquill.h"
@@ -34,23 +35,8 @@ void MakePicture(const QString& path, int width, int height) {
     ASSERT_TRUE(image.save(path)) << path.toStdString();
 }
 
-// The first image of the page shown in a viewer: its source and its size on the page.
-struct ShownImage {
-    QString source;
-    int width = 0;
-    int height = 0;
-};
-ShownImage FirstImage(PageViewer* viewer) {
-    for (QTextBlock block = viewer->document()->begin(); block.isValid(); block = block.next())
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QTextFormat format = it.fragment().charFormat();
-            if (format.isImageFormat()) {
-                const QTextImageFormat image = format.toImageFormat();
-                return {image.name(), int(image.width()), int(image.height())};
-            }
-        }
-    return {};
-}
+using test::FirstImage;
+using test::ShownImage;
 
 class LibraryWindow : public ::testing::Test {
 protected:

@@ -1,3 +1,4 @@
+#include "FirstImage.h"
 #include "app/widgets/frmClipquill.h"
 #include "library/FolderListing.h"
 #include "library/PicturesWebPage.h"
@@ -22,22 +23,8 @@ using namespace cq;
 
 namespace {
 
-struct ShownImage {
-    QString source;
-    int width = 0;
-    int height = 0;
-};
-ShownImage FirstImage(PageViewer* viewer) {
-    for (QTextBlock block = viewer->document()->begin(); block.isValid(); block = block.next())
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QTextFormat format = it.fragment().charFormat();
-            if (format.isImageFormat()) {
-                const QTextImageFormat image = format.toImageFormat();
-                return {image.name(), int(image.width()), int(image.height())};
-            }
-        }
-    return {};
-}
+using test::FirstImage;
+using test::ShownImage;
 
 // The window over a pictures folder of the kinds phones, cameras and scanners leave, made by
 // ImageMagick (not by Qt, whose readers are what is being tried).
