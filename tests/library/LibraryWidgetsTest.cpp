@@ -1,4 +1,4 @@
-#include "FirstImage.h"
+#include "PicturesWindow.h"
 #include "app/widgets/MediaStation.h"
 #include "app/widgets/TimelineStudio.h"
 #include "app/widgets/frmClipquill.h"
@@ -45,15 +45,7 @@ protected:
         QDir().mkpath(pictures);
         MakePicture(JoinPath(pictures, "HOLIDAY.JPG"), 400, 1600);
         MakePicture(JoinPath(pictures, "beach 2.jpg"), 800, 600);
-        test::WriteFile(app.file("ClipquillSetup.txt"),
-                        ("gstrMyPicturesDirectory=" + pictures + "\r\n").toUtf8());
-        window = std::make_unique<frmClipquill>(
-            WindowlessStartup::run(app.path(), XdgFolders::fromDesktop()));
-        window->resize(1300, 800);
-        window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !window->mediaBrowser().picturesPage().isBusy(); },
-                                    60000));
+        test::OpenStudioOverPictures(window, app, pictures);
     }
 
     template <typename T> T* child(const char* name) {

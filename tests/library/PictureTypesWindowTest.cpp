@@ -1,4 +1,4 @@
-#include "FirstImage.h"
+#include "PicturesWindow.h"
 #include "app/widgets/frmClipquill.h"
 #include "library/FolderListing.h"
 #include "library/PicturesWebPage.h"
@@ -43,15 +43,7 @@ protected:
                           "xc:teal", JoinPath(pictures, name)});
             ASSERT_TRUE(r.ok()) << name.toStdString() << ": " << r.errorText.toStdString();
         }
-        test::WriteFile(app.file("ClipquillSetup.txt"),
-                        ("gstrMyPicturesDirectory=" + pictures + "\r\n").toUtf8());
-        window = std::make_unique<frmClipquill>(
-            WindowlessStartup::run(app.path(), XdgFolders::fromDesktop()));
-        window->resize(1300, 800);
-        window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !window->mediaBrowser().picturesPage().isBusy(); },
-                                    60000));
+        test::OpenStudioOverPictures(window, app, pictures);
     }
 
     // Each of a shape of its own, so that a picture whose size cannot be read shows up as the
