@@ -66,12 +66,8 @@ void ToolPool::pump() {
     QPointer<ToolPool> self(this);
     while (self && !m_queue.isEmpty() && m_running.size() < m_maxRunning) {
         const Queued next = m_queue.takeFirst();
-        // Checked again at the start: the file may have been swapped while the task waited.
-        const QString problem = next.task.command.inputProblem();
-        if (!problem.isEmpty()) {
-            emit taskFinished(next.id, {RunResult::Outcome::Failed, -1, problem});
-            continue;
-        }
+        // The runner checks the inputs again as it starts (a file may have been swapped while
+        // the task waited) and reports a refusal through its end.
         if (startTask(next) && self)
             emit taskStarted(next.id);
     }
